@@ -1,0 +1,59 @@
+// The board of the game being imported, and the 64-character layout string.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vantrel::chess {
+
+// The layout of the initial position: a1..h1, a2..h2, ... a8..h8.
+inline constexpr std::string_view kInitialLayout =
+    "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
+
+// The last double step of a pawn, which makes an en passant capture possible
+// for exactly one later call of ResolveMove.
+struct EnPassantRecord {
+    bool Active = false;
+    bool Aged = false;
+    char Side = 0;  // 'w' or 'b', 0 while nothing was recorded
+    int16_t PawnFile = 0;
+    int16_t PawnRank = 0;
+    int16_t PassedRank = 0;
+};
+
+// ImportBoard: squares (rank, file), both 1..8, each holding a two-letter
+// piece code: "w"/"b" plus the piece letter in lower case ("wp", "bn", ...),
+// or "no" for an empty square. Row 0 and column 0 exist and are never used.
+class ImportBoard {
+public:
+    ImportBoard();
+
+    // The code on a square; out-of-range squares read as "no".
+    std::string Code(int rank, int file) const;
+    void SetCode(int rank, int file, std::string_view code);
+
+    // Colour letter ('w', 'b' or 'n' for "no") and piece letter of a square,
+    // without building a string. Squares off the board read as "no".
+    char Colour(int rank, int file) const;
+    char Piece(int rank, int file) const;
+    bool IsEmpty(int rank, int file) const { return Colour(rank, file) == 'n'; }
+
+    // Writes the 64 squares of the initial position. The en passant record
+    // is left alone: it survives from one game to the next.
+    void ResetImportBoard();
+
+    // The 64-character layout of the board.
+    std::string BoardToLayout() const;
+
+    EnPassantRecord EnPassant;
+
+private:
+    static bool OnBoard(int rank, int file) { return rank >= 1 && rank <= 8 && file >= 1 && file <= 8; }
+    char squares_[9][9][2];
+};
+
+// The layout character of a piece code: "wq" -> 'Q', "bq" -> 'q', "no" -> '0'.
+char CodeToLayoutChar(std::string_view code);
+
+}  // namespace vantrel::chess

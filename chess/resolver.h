@@ -1,0 +1,39 @@
+// The move resolver: which single piece of the side to move can reach the
+// named square, and carrying the move out on the ImportBoard.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "chess/board.h"
+
+namespace vantrel::chess {
+
+enum ResolveResult : int16_t {
+    kResolved = 0,
+    kAmbiguous = 1,
+    kIllegal = 2,
+    kCantParse = 3,
+};
+
+// What the piece last given to MarkReach can reach: ' ' or 'x' on each
+// square (rank, file), 1..8; row and column 0 unused.
+struct ReachMap {
+    char squares[9][9];
+    bool Marked(int rank, int file) const { return squares[rank][file] == 'x'; }
+};
+
+// Resolves one move of the side given by ply (odd: White) and carries it out.
+// `move` is rewritten only for castling ("o-o" / "o-o-o").
+int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply);
+
+// Counts the pieces of that kind and colour within the hints (0 = no hint).
+// Leaves the square of the n-th of them in rank and file.
+int16_t FindPiece(const ImportBoard& board, std::string& piece, int16_t& rank, int16_t& file, bool isWhite,
+                  int16_t n);
+
+// Clears the map and marks what the piece on (rank, file) can reach.
+void MarkReach(const ImportBoard& board, ReachMap& reach, const std::string& piece, int16_t rank, int16_t file,
+               bool isWhite);
+
+}  // namespace vantrel::chess

@@ -1,0 +1,36 @@
+// The game record that the readers fill, one game at a time.
+#pragma once
+
+#include <array>
+#include <stdexcept>
+#include <string>
+
+namespace vantrel::import {
+
+inline constexpr int kMaxPly = 250;
+
+// GameMoves(0) is the game's name, GameComments(0) its own comment; slots 1
+// to n hold the move and the comment of each ply. Odd plies are White's.
+struct GameRecord {
+    std::array<std::string, kMaxPly + 1> GameMoves;
+    std::array<std::string, kMaxPly + 1> GameComments;
+
+    void Clear() {
+        for (auto& s : GameMoves) s.clear();
+        for (auto& s : GameComments) s.clear();
+    }
+};
+
+// A failure inside a reader that ends the import through the store's error
+// path (a game of more than 250 plies, a tag with no closing bracket, an
+// empty file). `number` is the error number shown by ShowError.
+class ImportError : public std::runtime_error {
+public:
+    ImportError(const std::string& what, int number) : std::runtime_error(what), number_(number) {}
+    int number() const { return number_; }
+
+private:
+    int number_;
+};
+
+}  // namespace vantrel::import

@@ -1,0 +1,70 @@
+// From a text file of games to the table Moves (BuildTree), and from the
+// table to a library file (WriteLibrary). Windows reach the user only
+// through ImportHost, so the same code serves the wizard and the command line.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "chess/board.h"
+#include "import/game_record.h"
+
+namespace vantrel::import {
+
+// The parameters of one import: what the wizard's controls hold.
+struct ImportOptions {
+    std::string programDir;  // Tessimo.mdb is read and the library written here
+    std::string inFile;      // txtInFile (trimmed by the store)
+    std::string bookName;    // txtBookName (trimmed by the store)
+    bool pgn = true;         // optImportType(0)
+    std::string commentStart = "//";  // txtCommentStart, untrimmed (SAN only)
+    std::string commentEnd = "//";    // txtCommentEnd, untrimmed (SAN only)
+    std::array<bool, 7> tags{};       // chkTag(0..6): Event Site Date Round White Black Result
+    bool ignoreQuestion = true;       // chkIgnoreQuestion
+};
+
+enum FixMoveAction : int16_t { kFixCancel = 3, kFixAccept = 4, kFixSkip = 5 };
+
+// What the store needs of the window (or tool) that runs it.
+class ImportHost {
+public:
+    virtual ~ImportHost() = default;
+    // lblCount.
+    virtual void ShowCount(const std::string& text) = 0;
+    // Let pending events run (a click on Cancel comes in here).
+    virtual void Yield() {}
+    // ImportRunning: false once the user has cancelled.
+    virtual bool Running() const = 0;
+    // The repair dialog: ply and last ply of the game, the resolver's result,
+    // the game (GameMoves(ply) is rewritten on accept) and the board ahead of
+    // the bad move. Returns a FixMoveAction.
+    virtual int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, GameRecord& game,
+                               const chess::ImportBoard& board) = 0;
+    // name + ".vnb already exists.  OK to overwrite?" with OK and Cancel.
+    virtual bool AskOverwrite(const std::string& text) = 0;
+    // A message box with OK; an empty title means the program's name.
+    virtual void Message(const std::string& text, const std::string& title) = 0;
+    // The program's error dialog.
+    virtual void ShowError(const std::string& description, int number) = 0;
+};
+
+// State that lives from BuildTree on into WriteLibrary.
+struct ImportSession {
+    std::string ImportRemarks;  // text ahead of the first game: the library's remarks
+    int32_t recordCount = 0;    // records added by BuildTree
+};
+
+// Plays every game of the file and merges it into the table Moves of
+// programDir/Tessimo.mdb. True if the table now holds what a library can be
+// made of.
+bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& session);
+
+// Dumps the table into programDir/<name>.vnb. True if the whole table
+// stands in the file.
+bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session);
+
+// The path WriteLibrary writes to.
+std::string LibraryPath(const ImportOptions& options);
+
+}  // namespace vantrel::import

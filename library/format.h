@@ -1,0 +1,92 @@
+// The library file (.vnb): one LibraryHeader, then LibraryNodeRecords up to
+// the end of the file. Little-endian, no padding, single-byte text.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace vantrel::library {
+
+struct LibraryHeader {
+    int16_t version = 0;  // 1 is the only version there is
+    int16_t flag = -1;    // written as -1, never read
+    std::string book;     // the library's name
+    int32_t RecCount = 0;
+    int32_t MinIndex = 0;
+    int32_t MaxIndex = 0;
+    std::string LibRemarks;
+};
+
+struct LibraryNodeRecord {
+    int32_t index = 0;   // never 0, unique in a file
+    int32_t parent = 0;  // index of the parent; 0 on a top-level node
+    bool new_branch = false;
+    std::string description;  // the move, or "move: game name"
+    std::string remarks;
+    std::string BoardLayout;  // 64 characters on disk
+};
+
+inline constexpr size_t kLayoutBytes = 64;
+inline constexpr size_t kMaxStringBytes = 0xFFFF;
+
+// Serialises into `out` (appended). A string longer than the format can hold
+// is cut at 65,535 bytes; a layout is blank-filled or cut to 64 bytes.
+void EncodeHeader(const LibraryHeader& header, std::string& out);
+void EncodeRecord(const LibraryNodeRecord& record, std::string& out);
+
+// Reads a library front to back. The whole file is read into memory when it
+// is opened and closed at once, so the file is free again during the load.
+class LibraryReader {
+public:
+    // False if the file does not exist or cannot be read.
+    bool Open(const std::string& path);
+    // Reads from bytes already in memory (tests, fuzzing).
+    void OpenBytes(std::string bytes);
+
+    // Reads the header. A file that ends inside it leaves the remaining
+    // fields at their defaults (an empty file gives version 0). Returns false
+    // if the header was not complete.
+    bool ReadHeader(LibraryHeader& header);
+
+    // Reads the next whole record. False at the end of the file, which is the
+    // first read that cannot deliver a complete record; a partial record at
+    // the end is dropped.
+    bool ReadRecord(LibraryNodeRecord& record);
+
+    size_t Size() const { return data_.size(); }
+    size_t Position() const { return pos_; }
+
+private:
+    bool Take(void* dst, size_t n);
+    bool TakeString(std::string& s);
+
+    std::string data_;
+    size_t pos_ = 0;
+};
+
+// Writes a library in one pass. Open creates or truncates the file.
+class LibraryWriter {
+public:
+    LibraryWriter() = default;
+    LibraryWriter(const LibraryWriter&) = delete;
+    LibraryWriter& operator=(const LibraryWriter&) = delete;
+    ~LibraryWriter();
+
+    bool Open(const std::string& path);
+    bool WriteHeader(const LibraryHeader& header);
+    bool WriteRecord(const LibraryNodeRecord& record);
+    // Flushes and closes; false if anything failed on the way.
+    bool Close();
+    bool IsOpen() const { return file_ != nullptr; }
+
+private:
+    bool Flush();
+
+    std::FILE* file_ = nullptr;
+    std::string buffer_;
+    bool failed_ = false;
+};
+
+}  // namespace vantrel::library

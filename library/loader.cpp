@@ -1,0 +1,79 @@
+#include "library/loader.h"
+
+#include <algorithm>
+
+namespace vantrel::library {
+
+bool IsBlank(std::string_view s) {
+    return std::all_of(s.begin(), s.end(), [](char c) { return c == ' '; });
+}
+
+NodeImage ChooseImage(const LibraryNodeRecord& record) {
+    return record.new_branch && record.description.find(':') != std::string::npos ? NodeImage::Board
+                                                                                   : NodeImage::Pawn;
+}
+
+namespace {
+
+LoadResult Load(LibraryReader& reader, LibraryContents& out, LoadObserver* observer) {
+    reader.ReadHeader(out.header);
+    if (out.header.version != 1) return LoadResult::NotValid;
+    if (observer) observer->OnHeader(out.header);
+
+    // The comment table is sized from RecCount; a file with more than
+    // RecCount + 1 records overruns it and fails the load.
+    const int64_t limit = static_cast<int64_t>(out.header.RecCount) + 1;
+    if (limit < 0) return LoadResult::Problem;
+    out.NodeComments.assign(1, std::string());
+    out.NodeComments.reserve(static_cast<size_t>(std::min<int64_t>(limit + 1, TreeModel::kMaxNodes + 1)));
+
+    int counter = 0;
+    int64_t total = 0;
+    LibraryNodeRecord record;
+    try {
+        while (reader.ReadRecord(record)) {
+            if (++counter > 100) {
+                total += counter;
+                counter = 0;
+                if (out.header.RecCount == 0) return LoadResult::Problem;  // division by zero
+                if (observer) observer->OnProgress(static_cast<double>(total) / out.header.RecCount * 100.0);
+            }
+            const NodeImage image = ChooseImage(record);
+            const int number = out.tree.Count() + 1;
+            if (number > limit) return LoadResult::Problem;
+            std::string gameName;
+            if (image == NodeImage::Board) {
+                const size_t colon = record.description.find(':');
+                // Whatever follows the colon and the one character after it.
+                if (colon + 1 >= record.description.size()) return LoadResult::Problem;
+                gameName = record.description.substr(colon + 2);
+            }
+            out.tree.Add(record.parent, record.index, std::move(record.description), image,
+                         std::move(record.BoardLayout));
+            if (image == NodeImage::Board) out.games.push_back({std::move(gameName), number});
+            out.NodeComments.push_back(IsBlank(record.remarks) ? std::string(kNoComments) : std::move(record.remarks));
+            if (observer) observer->OnNode(number);
+            record = LibraryNodeRecord{};
+        }
+    } catch (const TreeError&) {
+        return LoadResult::Problem;
+    }
+    if (out.tree.Count() == 0) return LoadResult::Problem;  // no node 1 to show
+    return LoadResult::Ok;
+}
+
+}  // namespace
+
+LoadResult LoadLibrary(const std::string& path, LibraryContents& out, LoadObserver* observer) {
+    LibraryReader reader;
+    if (!reader.Open(path)) return LoadResult::Problem;
+    return Load(reader, out, observer);
+}
+
+LoadResult LoadLibraryBytes(std::string bytes, LibraryContents& out, LoadObserver* observer) {
+    LibraryReader reader;
+    reader.OpenBytes(std::move(bytes));
+    return Load(reader, out, observer);
+}
+
+}  // namespace vantrel::library

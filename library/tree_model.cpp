@@ -1,0 +1,58 @@
+#include "library/tree_model.h"
+
+namespace vantrel::library {
+
+int TreeModel::Add(int32_t parentIndex, int32_t index, std::string text, NodeImage image, std::string tag) {
+    if (Count() >= kMaxNodes) throw TreeError("too many nodes");
+    int parent = 0;
+    if (parentIndex != 0) {
+        parent = FindByIndex(parentIndex);
+        if (parent == 0) throw TreeError("element not found: " + Key(parentIndex));
+    }
+    if (!byIndex_.emplace(index, static_cast<int>(nodes_.size())).second)
+        throw TreeError("key is not unique: " + Key(index));
+    int number = static_cast<int>(nodes_.size());
+    TreeNode& node = nodes_.emplace_back();
+    node.index = index;
+    node.parent = parent;
+    node.Text = std::move(text);
+    node.Tag = std::move(tag);
+    node.Image = image;
+    (parent ? nodes_[parent].children : top_).push_back(number);
+    return number;
+}
+
+const TreeNode& TreeModel::Node(int number) const {
+    if (!Exists(number)) throw TreeError("index out of bounds");
+    return nodes_[number];
+}
+
+TreeNode& TreeModel::Node(int number) {
+    if (!Exists(number)) throw TreeError("index out of bounds");
+    return nodes_[number];
+}
+
+int TreeModel::FindByIndex(int32_t index) const {
+    auto it = byIndex_.find(index);
+    return it == byIndex_.end() ? 0 : it->second;
+}
+
+std::string TreeModel::FullPath(int number) const {
+    std::vector<int> chain;
+    for (int n = number; n != 0; n = Node(n).parent) chain.push_back(n);
+    std::string path;
+    for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
+        if (!path.empty() || it != chain.rbegin()) path.push_back('\\');
+        path += nodes_[*it].Text;
+    }
+    return path;
+}
+
+void TreeModel::Clear() {
+    nodes_.assign(1, TreeNode{});
+    top_.clear();
+    byIndex_.clear();
+    selected_ = 0;
+}
+
+}  // namespace vantrel::library

@@ -1,0 +1,87 @@
+// frmTreeView: the window of one open library.
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "library/loader.h"
+
+class QComboBox;
+class QLabel;
+class QMdiSubWindow;
+class QTreeView;
+class QWidget;
+
+namespace vantrel::library {
+class TreeItemModel;
+}
+
+class frmTreeView : public QWidget {
+    Q_OBJECT
+public:
+    explicit frmTreeView(QWidget* parent = nullptr);
+    ~frmTreeView() override;
+
+    // The window's key in cTreeView ("TV00001"), also its Tag.
+    QString Tag;
+
+    // In the order of the window's interface.
+    void ExpandNode();
+    void OpenLibrary(const QString& path);
+    void ExpandTree(bool bExpanded);
+    QString LibRemarks() const;
+    void PrintMoveList();
+    void Find(const std::string& szBoard);
+    void FindNext();
+    std::string CurrentBoard() const { return m_CurrentBoard; }
+    bool CurrentSearch() const { return !szSearchBoard.empty(); }
+
+    // Navigation.
+    void tvTreeView_NodeClick(int node);
+    void tvTreeView_GotFocus();
+    void cboListGames_Click();
+    int GetSelectedIndex() const;
+
+    // The first node at or after iFrom, up to iTo, whose position equals
+    // szSearchBoard; 0 if none.
+    int FindInRange(int iFrom, int iTo) const;
+
+    // Selects a node (without a click) and gives the tree the focus.
+    void SelectNode(int node);
+    void FocusTree();
+
+    // The caption (library name) as shown in the window's title.
+    QString Caption() const;
+
+    // The sub-window of the main frame that hosts this window.
+    QMdiSubWindow* SubWindow() const;
+
+    // What the window holds of its library.
+    const vantrel::library::LibraryContents& Contents() const { return contents_; }
+    QTreeView* tvTreeView = nullptr;
+    QComboBox* cboListGames = nullptr;
+    QLabel* Label1 = nullptr;
+    QWidget* Picture1 = nullptr;
+
+    // Members of the window.
+    int16_t CurrentNode = 0;
+    bool IsLoading = false;
+    std::string szSearchBoard;
+    int16_t iSearchStart = 0;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void ShowNode(int node);  // Selected, node click, focus: the end of Find
+    void UnloadSelf();
+
+    vantrel::library::LibraryContents contents_;
+    std::unique_ptr<vantrel::library::TreeItemModel> model_;
+    std::string m_CurrentBoard;
+};

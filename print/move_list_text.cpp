@@ -1,0 +1,1 @@
+#include "print/move_list_text.h"

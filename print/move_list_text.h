@@ -1,0 +1,2 @@
+// The text of a printed moves list, and its pages.
+#pragma once

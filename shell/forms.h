@@ -1,0 +1,69 @@
+// Process-wide state of the program, the single instances of the shared
+// windows, and the helpers that every window uses.
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <string>
+
+class QWidget;
+class MDIVantrel;
+class frmBoard;
+class frmComments;
+class frmMoves;
+class frm_status;
+class cTreeView;
+
+namespace vantrel {
+
+// Process-wide flags.
+inline bool bReverseSides = false;         // the board is shown from Black's side
+inline bool SmartForms = false;            // the main frame's position is remembered
+inline bool AppClosing = false;            // the program is on its way out
+inline bool CommentsMovesStacked = false;  // comments and moves share one place
+inline QString NewLibraryPath;             // the library the import wizard made
+inline int16_t ImportCancelled = 0;        // 1: the wizard ended without a library
+
+// "Vantrel": the title of message boxes that have none of their own.
+QString ProgramTitle();
+
+// The program's own folder: Tessimo.mdb, vantrel.HLP, new libraries and
+// _prt.tmp live there. Tests point it elsewhere.
+QString ProgramDir();
+void SetProgramDir(const QString& dir);
+
+// Screen lengths are worked out in twips, as on a 120-dpi screen.
+inline constexpr int kTwipsPerPixel = 12;
+inline int TwipsToPixels(int twips) { return twips / kTwipsPerPixel; }
+inline int PixelsToTwips(int pixels) { return pixels * kTwipsPerPixel; }
+
+// Library text (Windows-1252) to and from the screen.
+QString FromLib(const std::string& cp1252);
+std::string ToLib(const QString& text);
+
+// Moves a window to the middle of the screen.
+void CenterForm(QWidget* form);
+
+// The error dialog for an unexpected failure: "The following Error
+// occurred:", two line breaks, the description, a line break, "Number: ".
+void ShowError(const QString& description, int number);
+
+// Keeps a window above all others (or ends that), and shows it.
+bool SetAlwaysOnTop(QWidget* form, bool bOnTop = true);
+
+// Lets pending events run (the named yield points of long work).
+void DoEvents();
+
+}  // namespace vantrel
+
+// The single instances, created on first use and living to the end of the run.
+namespace vantrel::forms {
+MDIVantrel* MainFrame();  // null before the frame exists
+frmBoard& Board();
+frmComments& Comments();
+frmMoves& Moves();
+cTreeView& TreeViews();
+frm_status& Status();      // loaded on first use after each unload
+void UnloadStatus();       // unloads frm_status if it is loaded
+bool StatusLoaded();
+}  // namespace vantrel::forms
