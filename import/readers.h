@@ -1,0 +1,69 @@
+// The game readers: the import file's lines, the state that lasts from game
+// to game, and one call per game for PGN and for plain SAN.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "import/game_record.h"
+
+namespace vantrel::import {
+
+// The import file, read line by line. Lines end in CR LF, LF or CR; a line
+// comes back without its end and in Windows-1252, whether the file was
+// written in UTF-8 (with or without a byte-order mark) or in 1252.
+class LineSource {
+public:
+    LineSource() = default;
+    LineSource(const LineSource&) = delete;
+    LineSource& operator=(const LineSource&) = delete;
+    ~LineSource();
+
+    bool Open(const std::string& path);
+    void OpenText(std::string text);  // from memory (tests, fuzzing)
+    void Close();
+    bool IsOpen() const;
+
+    // The next line. Throws ImportError (number 62, "Input past end of
+    // file") when no line is left.
+    std::string ReadLine();
+    // True as soon as the last line has been read (at once for an empty file).
+    bool Eof();
+
+private:
+    int Peek();
+    int Get();
+    bool Fill();
+
+    std::FILE* file_ = nullptr;
+    std::string buffer_;
+    size_t pos_ = 0;
+    bool memory_ = false;
+    bool bomChecked_ = false;
+};
+
+// The import state that lives from game to game.
+struct ImportState {
+    LineSource* ImportFile = nullptr;
+    bool ImportAtEnd = false;
+    bool ImportFirstGame = true;
+    std::string ImportLine;
+    std::string ImportRemarks;
+};
+
+// The tags chosen to make a game's name: chkTag(0..6) are Event, Site, Date,
+// Round, White, Black, Result.
+struct PgnTagChoice {
+    std::array<bool, 7> chkTag{};
+    bool chkIgnoreQuestion = true;
+};
+
+// Each returns LastPly: the number of plies, 0 for a game with a name and no
+// move, -1 if no game was found. Failures throw ImportError.
+int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& tags);
+int16_t ReadSanGame(ImportState& state, GameRecord& game, const std::string& commentStart,
+                    const std::string& commentEnd);
+
+}  // namespace vantrel::import
