@@ -11,4 +11,15 @@ namespace vantrel::library {
 // exactly; 0 if none (also when iFrom > iTo).
 int FindInRange(const TreeModel& tree, const std::string& szBoard, int iFrom, int iTo);
 
+// The walk of a new Find that starts at node iSearchStart: the nodes after
+// it up to the last, then from the first up to iSearchStart itself, which is
+// tried last. The match, or 0.
+int FindFromStart(const TreeModel& tree, const std::string& szBoard, int iSearchStart);
+
+// The walk of Find Next with the selection at node iCurrent and the search
+// begun at node iSearchStart: it goes on behind iCurrent and ends at
+// iSearchStart, wrapping past the last node only if it has not yet gone by
+// iSearchStart. The match, or 0.
+int FindNextFrom(const TreeModel& tree, const std::string& szBoard, int iCurrent, int iSearchStart);
+
 }  // namespace vantrel::library
