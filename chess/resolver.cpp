@@ -1,9 +1,428 @@
 #include "chess/resolver.h"
-// (to be written)
+
+#include <cstring>
+#include <string_view>
+
 namespace vantrel::chess {
-int16_t ResolveMove(ImportBoard&, std::string&, int16_t) { return kCantParse; }
-int16_t FindPiece(const ImportBoard&, std::string&, int16_t&, int16_t&, bool, int16_t) { return 0; }
-void MarkReach(const ImportBoard&, ReachMap& reach, const std::string&, int16_t, int16_t, bool) {
-    for (auto& row : reach.squares) for (auto& c : row) c = ' ';
+
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// A file letter as a number: 'a' is 1, 'h' is 8. Bytes above 127 count as
+// their Windows-1252 codes, so they land far off the board, never below it.
+int16_t FileOf(char c) { return static_cast<int16_t>(static_cast<unsigned char>(c) - 96); }
+
+// A rank character as a number; anything but a digit is 0, which is on no square.
+int16_t RankOf(char c) { return IsDigit(c) ? static_cast<int16_t>(c - '0') : int16_t{0}; }
+
+bool IsCapture(char c) { return c == 'x' || c == 'X'; }
+
+bool IsPromotionLetter(char c) { return c == 'R' || c == 'N' || c == 'B' || c == 'Q'; }
+
+char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool OnBoard(int rank, int file) { return rank >= 1 && rank <= 8 && file >= 1 && file <= 8; }
+
+bool OutsideSubscripts(int16_t v) { return v < 0 || v > 8; }
+
+// Everything one call learns from its token before it looks for the source.
+struct MoveTarget {
+    int16_t targetRank = 0;
+    int16_t targetFile = 0;
+    int16_t hintRank = 0;
+    int16_t hintFile = 0;
+    bool deducedRank = false;
+};
+
+// Looks for the one piece that can reach the target. On success fills the
+// source square and, with a deduced rank, settles the target rank.
+int16_t FindSource(const ImportBoard& board, std::string& piece, bool isWhite, MoveTarget& t, int16_t& sourceRank,
+                   int16_t& sourceFile) {
+    if (t.targetFile > 8 || t.targetRank > 8 || t.targetFile < 0 || OutsideSubscripts(t.hintRank) ||
+        OutsideSubscripts(t.hintFile))
+        return kCantParse;
+
+    int16_t rank = t.hintRank;
+    int16_t file = t.hintFile;
+    const int16_t candidates = FindPiece(board, piece, rank, file, isWhite, 1);
+
+    ReachMap reach;
+    bool found = false;
+    int16_t foundTargetRank = t.targetRank;
+    for (int16_t n = 1; n <= candidates; ++n) {
+        rank = t.hintRank;
+        file = t.hintFile;
+        FindPiece(board, piece, rank, file, isWhite, n);
+        int16_t targetRank = t.targetRank;
+        if (t.deducedRank) {
+            targetRank = static_cast<int16_t>(isWhite ? rank + 1 : rank - 1);
+            if (targetRank < 1 || targetRank > 8) continue;
+        }
+        MarkReach(board, reach, piece, rank, file, isWhite);
+        if (reach.Marked(targetRank, t.targetFile)) {
+            if (found) return kAmbiguous;
+            found = true;
+            sourceRank = rank;
+            sourceFile = file;
+            foundTargetRank = targetRank;
+        }
+    }
+    if (!found) return kIllegal;
+    t.targetRank = foundTargetRank;
+    return kResolved;
 }
+
+void CarryOut(ImportBoard& board, char pieceLetter, bool isWhite, int16_t sourceRank, int16_t sourceFile,
+              int16_t targetRank, int16_t targetFile) {
+    board.SetCode(sourceRank, sourceFile, "no");
+    const char code[2] = {isWhite ? 'w' : 'b', Lower(pieceLetter)};
+    board.SetCode(targetRank, targetFile, std::string_view(code, 2));
+}
+
+int16_t Castle(ImportBoard& board, std::string& move, bool isWhite) {
+    const size_t len = move.size();
+    if (len > 5) return kCantParse;
+    char low[5];
+    for (size_t i = 0; i < len; ++i) low[i] = Lower(move[i]);
+    const std::string_view spelling(low, len);
+
+    bool kingSide;
+    if (spelling == "oo" || spelling == "o-o" || spelling == "00" || spelling == "0-0")
+        kingSide = true;
+    else if (spelling == "ooo" || spelling == "o-o-o" || spelling == "000" || spelling == "0-0-0")
+        kingSide = false;
+    else
+        return kCantParse;
+
+    // Every spelling of one castling shares one tree node.
+    move = kingSide ? "o-o" : "o-o-o";
+
+    const int r = isWhite ? 1 : 8;
+    const char colour = isWhite ? 'w' : 'b';
+    auto holds = [&](int file, char piece) { return board.Colour(r, file) == colour && board.Piece(r, file) == piece; };
+    const char king[2] = {colour, 'k'};
+    const char rook[2] = {colour, 'r'};
+
+    if (kingSide) {
+        if (!holds(5, 'k') || !board.IsEmpty(r, 6) || !board.IsEmpty(r, 7) || !holds(8, 'r')) return kCantParse;
+        board.SetCode(r, 5, "no");
+        board.SetCode(r, 6, std::string_view(rook, 2));
+        board.SetCode(r, 7, std::string_view(king, 2));
+        board.SetCode(r, 8, "no");
+    } else {
+        if (!holds(5, 'k') || !board.IsEmpty(r, 2) || !board.IsEmpty(r, 3) || !board.IsEmpty(r, 4) ||
+            !holds(1, 'r'))
+            return kCantParse;
+        board.SetCode(r, 1, "no");
+        board.SetCode(r, 2, "no");
+        board.SetCode(r, 3, std::string_view(king, 2));
+        board.SetCode(r, 4, std::string_view(rook, 2));
+        board.SetCode(r, 5, "no");
+    }
+    return kResolved;
+}
+
+int16_t PieceMove(ImportBoard& board, const std::string& move, bool isWhite) {
+    const size_t len = move.size();
+    if (len < 3 || len > 5) return kCantParse;
+
+    MoveTarget t;
+    t.targetFile = FileOf(move[len - 2]);
+    t.targetRank = RankOf(move[len - 1]);
+    const char second = move[1];
+    if (len == 4) {
+        if (IsDigit(second))
+            t.hintRank = RankOf(second);
+        else if (!IsCapture(second))
+            t.hintFile = FileOf(second);
+    } else if (len == 5) {
+        // The third character is never looked at: Ng1f3 keeps only the file.
+        if (IsDigit(second))
+            t.hintRank = RankOf(second);
+        else
+            t.hintFile = FileOf(second);
+    }
+
+    std::string piece(1, move[0]);
+    int16_t sourceRank = 0, sourceFile = 0;
+    const int16_t result = FindSource(board, piece, isWhite, t, sourceRank, sourceFile);
+    if (result != kResolved) return result;
+    CarryOut(board, piece[0], isWhite, sourceRank, sourceFile, t.targetRank, t.targetFile);
+    return kResolved;
+}
+
+int16_t PawnMove(ImportBoard& board, const std::string& move, bool isWhite) {
+    const size_t len = move.size();
+    auto c = [&](size_t i) { return move[i - 1]; };  // c(1) .. c(len)
+
+    const char lastRankChar = isWhite ? '8' : '1';
+    const int16_t lastRank = isWhite ? 8 : 1;
+    const int16_t rankBeforeLast = isWhite ? 7 : 2;
+    auto behind = [&](int16_t rank) { return static_cast<int16_t>(isWhite ? rank - 1 : rank + 1); };
+
+    MoveTarget t;
+    char promotion = 0;
+    switch (len) {
+    case 2:
+        if (IsDigit(c(2))) {  // e4
+            t.targetFile = FileOf(c(1));
+            t.targetRank = RankOf(c(2));
+            t.hintFile = FileOf(c(1));
+        } else {  // ed
+            t.targetFile = FileOf(c(2));
+            t.hintFile = FileOf(c(1));
+            t.deducedRank = true;
+        }
+        break;
+    case 3:
+        if (IsDigit(c(3))) {  // ed5
+            t.targetFile = FileOf(c(2));
+            t.targetRank = RankOf(c(3));
+            t.hintFile = FileOf(c(1));
+            t.hintRank = behind(t.targetRank);
+        } else if (IsCapture(c(2))) {  // exd
+            t.targetFile = FileOf(c(3));
+            t.hintFile = FileOf(c(1));
+            t.deducedRank = true;
+        } else if (c(2) == lastRankChar && IsPromotionLetter(c(3))) {  // e8Q
+            t.targetFile = FileOf(c(1));
+            t.targetRank = lastRank;
+            t.hintFile = FileOf(c(1));
+            t.hintRank = rankBeforeLast;
+            promotion = c(3);
+        } else {
+            return kCantParse;
+        }
+        break;
+    case 4:
+        if (IsDigit(c(4)) && IsDigit(c(2))) {  // e2e4, e4d5
+            t.targetFile = FileOf(c(3));
+            t.targetRank = RankOf(c(4));
+            t.hintFile = FileOf(c(1));
+            t.hintRank = RankOf(c(2));
+        } else if (IsDigit(c(4)) && IsCapture(c(2))) {  // exd5
+            t.targetFile = FileOf(c(3));
+            t.targetRank = RankOf(c(4));
+            t.hintFile = FileOf(c(1));
+            t.hintRank = behind(t.targetRank);
+        } else if (c(2) == lastRankChar && c(3) == '=' && IsPromotionLetter(c(4))) {  // e8=Q
+            t.targetFile = FileOf(c(1));
+            t.targetRank = lastRank;
+            t.hintFile = FileOf(c(1));
+            t.hintRank = rankBeforeLast;
+            promotion = c(4);
+        } else {
+            return kCantParse;
+        }
+        break;
+    case 5:
+        if (IsCapture(c(3))) {  // e4xd5
+            t.targetFile = FileOf(c(4));
+            t.targetRank = RankOf(c(5));
+            t.hintFile = FileOf(c(1));
+            t.hintRank = RankOf(c(2));
+        } else if (IsCapture(c(2)) && c(4) == lastRankChar && IsPromotionLetter(c(5))) {  // exd8Q
+            t.targetFile = FileOf(c(3));
+            t.targetRank = lastRank;
+            t.hintFile = FileOf(c(1));
+            t.hintRank = rankBeforeLast;
+            promotion = c(5);
+        } else {
+            return kCantParse;
+        }
+        break;
+    case 6:
+        // exd8=Q; the second character is not looked at.
+        if (c(4) == lastRankChar && c(5) == '=' && IsPromotionLetter(c(6))) {
+            t.targetFile = FileOf(c(3));
+            t.targetRank = lastRank;
+            t.hintFile = FileOf(c(1));
+            t.hintRank = rankBeforeLast;
+            promotion = c(6);
+        } else {
+            return kCantParse;
+        }
+        break;
+    default:
+        return kCantParse;
+    }
+
+    std::string piece(1, 'p');
+    int16_t sourceRank = 0, sourceFile = 0;
+    const int16_t result = FindSource(board, piece, isWhite, t, sourceRank, sourceFile);
+    if (result != kResolved) return result;
+
+    EnPassantRecord& ep = board.EnPassant;
+    if ((isWhite && sourceRank == 2 && t.targetRank == 4) || (!isWhite && sourceRank == 7 && t.targetRank == 5)) {
+        ep.Active = true;
+        ep.Aged = false;
+        ep.Side = isWhite ? 'w' : 'b';
+        ep.PawnFile = sourceFile;
+        ep.PawnRank = isWhite ? 4 : 5;
+        ep.PassedRank = isWhite ? 3 : 6;
+    }
+    if (ep.Active && ep.Aged && t.targetRank == ep.PassedRank && t.targetFile == ep.PawnFile)
+        board.SetCode(ep.PawnRank, ep.PawnFile, "no");  // the pawn taken en passant
+
+    CarryOut(board, promotion != 0 ? promotion : 'p', isWhite, sourceRank, sourceFile, t.targetRank, t.targetFile);
+    return kResolved;
+}
+
+}  // namespace
+
+int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply) {
+    const bool isWhite = (ply % 2) != 0;
+
+    // Every call ages the record, a failed one and a retry of the same ply too.
+    EnPassantRecord& ep = board.EnPassant;
+    if (ep.Active) {
+        if (ep.Aged)
+            ep.Active = false;
+        else
+            ep.Aged = true;
+    }
+
+    if (move.empty()) return kCantParse;
+    switch (move[0]) {
+    case 'R':
+    case 'N':
+    case 'B':
+    case 'Q':
+    case 'K':
+        return PieceMove(board, move, isWhite);
+    case 'o':
+    case 'O':
+    case '0':
+        return Castle(board, move, isWhite);
+    default:
+        if (move[0] >= 'a' && move[0] <= 'h') return PawnMove(board, move, isWhite);
+        return kCantParse;
+    }
+}
+
+int16_t FindPiece(const ImportBoard& board, std::string& piece, int16_t& rank, int16_t& file, bool isWhite,
+                  int16_t n) {
+    if (n < 1) n = 1;
+    // The code is the colour plus the piece letter in lower case; anything
+    // but a single letter builds a code that no square holds.
+    if (piece.size() != 1) return 0;
+    const char colour = isWhite ? 'w' : 'b';
+    const char letter = Lower(piece[0]);
+
+    int16_t count = 0;
+    int16_t foundRank = rank, foundFile = file;
+    auto test = [&](int r, int f) {
+        if (board.Colour(r, f) == colour && board.Piece(r, f) == letter) {
+            ++count;
+            if (count == n) {
+                foundRank = static_cast<int16_t>(r);
+                foundFile = static_cast<int16_t>(f);
+            }
+        }
+    };
+
+    if (rank == 0 && file == 0) {
+        for (int f = 1; f <= 8; ++f)
+            for (int r = 1; r <= 8; ++r) test(r, f);
+    } else if (rank == 0) {
+        for (int r = 1; r <= 8; ++r) test(r, file);
+    } else if (file == 0) {
+        for (int f = 1; f <= 8; ++f) test(rank, f);
+    } else {
+        test(rank, file);
+    }
+
+    rank = foundRank;
+    file = foundFile;
+    return count;
+}
+
+void MarkReach(const ImportBoard& board, ReachMap& reach, const std::string& piece, int16_t rank, int16_t file,
+               bool isWhite) {
+    std::memset(reach.squares, ' ', sizeof reach.squares);
+    if (piece.size() != 1) return;
+
+    const char own = isWhite ? 'w' : 'b';
+    const char other = isWhite ? 'b' : 'w';
+    const EnPassantRecord& ep = board.EnPassant;
+
+    // Plain test: true while the ray stays open.
+    auto plain = [&](int r, int f) {
+        if (!OnBoard(r, f)) return false;
+        const char colour = board.Colour(r, f);
+        if (colour == 'n') {
+            reach.squares[r][f] = 'x';
+            return true;
+        }
+        if (colour != own) reach.squares[r][f] = 'x';
+        return false;
+    };
+    auto ray = [&](int dr, int df) {
+        for (int r = rank + dr, f = file + df; OnBoard(r, f); r += dr, f += df)
+            if (!plain(r, f)) break;
+    };
+    auto pawnCapture = [&](int r, int f) {
+        if (!OnBoard(r, f)) return;
+        const char colour = board.Colour(r, f);
+        if (colour != 'n' && colour != own)
+            reach.squares[r][f] = 'x';
+        else if (ep.Active && ep.Aged && ep.Side == other && ep.PawnFile == f && ep.PassedRank == r)
+            reach.squares[r][f] = 'x';
+    };
+    auto pawnStep = [&](int r, int f) {
+        if (!OnBoard(r, f) || !board.IsEmpty(r, f)) return false;
+        reach.squares[r][f] = 'x';
+        return true;
+    };
+
+    switch (piece[0]) {
+    case 'R':
+        ray(0, 1);
+        ray(0, -1);
+        ray(1, 0);
+        ray(-1, 0);
+        break;
+    case 'B':
+        ray(1, 1);
+        ray(1, -1);
+        ray(-1, 1);
+        ray(-1, -1);
+        break;
+    case 'Q':
+        ray(1, 1);
+        ray(1, -1);
+        ray(-1, 1);
+        ray(-1, -1);
+        ray(0, 1);
+        ray(0, -1);
+        ray(1, 0);
+        ray(-1, 0);
+        break;
+    case 'N':
+        for (int dr : {-2, -1, 1, 2})
+            for (int df : {-2, -1, 1, 2})
+                if (dr != df && dr != -df) plain(rank + dr, file + df);
+        break;
+    case 'K':
+        for (int dr = -1; dr <= 1; ++dr)
+            for (int df = -1; df <= 1; ++df)
+                if (dr != 0 || df != 0) plain(rank + dr, file + df);
+        break;
+    case 'p':
+        if (isWhite) {
+            pawnCapture(rank + 1, file + 1);
+            pawnCapture(rank + 1, file - 1);
+            if (pawnStep(rank + 1, file) && rank == 2) pawnStep(4, file);
+        } else {
+            pawnCapture(rank - 1, file + 1);
+            pawnCapture(rank - 1, file - 1);
+            if (pawnStep(rank - 1, file) && rank == 7) pawnStep(5, file);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
 }  // namespace vantrel::chess

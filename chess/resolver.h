@@ -17,22 +17,29 @@ enum ResolveResult : int16_t {
 };
 
 // What the piece last given to MarkReach can reach: ' ' or 'x' on each
-// square (rank, file), 1..8; row and column 0 unused.
+// square (rank, file), 1..8. Row and column 0 are never marked, so a target
+// of 0 is reached by nothing. The map says nothing once the next piece is marked.
 struct ReachMap {
     char squares[9][9];
     bool Marked(int rank, int file) const { return squares[rank][file] == 'x'; }
 };
 
 // Resolves one move of the side given by ply (odd: White) and carries it out.
-// `move` is rewritten only for castling ("o-o" / "o-o-o").
+// `move` is rewritten only for castling ("o-o" / "o-o-o"), as soon as the
+// spelling is recognised. Every call ages board.EnPassant first, failed calls
+// too. Any result but kResolved leaves the squares unchanged.
 int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply);
 
 // Counts the pieces of that kind and colour within the hints (0 = no hint).
-// Leaves the square of the n-th of them in rank and file.
+// Leaves the square of the n-th of them in rank and file (n below 1 counts
+// as 1); with fewer than n pieces, rank and file stay as they came. The walk
+// without hints runs file a..h outside, rank 1..8 inside.
 int16_t FindPiece(const ImportBoard& board, std::string& piece, int16_t& rank, int16_t& file, bool isWhite,
                   int16_t n);
 
-// Clears the map and marks what the piece on (rank, file) can reach.
+// Clears the map and marks what the piece on (rank, file) can reach. `piece`
+// is "R", "N", "B", "Q", "K" or "p"; a pawn can also reach the square passed
+// by the double step that board.EnPassant holds, once it is aged.
 void MarkReach(const ImportBoard& board, ReachMap& reach, const std::string& piece, int16_t rank, int16_t file,
                bool isWhite);
 
