@@ -38,7 +38,7 @@ std::string MakeLibrary(int nodes) {
             r.parent = line.empty() ? 0 : line.back();
             r.new_branch = first;
             r.description = kMoves[rng() % std::size(kMoves)];
-            if (first) r.description += ": Game " + std::to_string(index);
+            if (first) r.description.append(": Game ").append(std::to_string(index));
             if (rng() % 8 == 0) r.remarks = "A comment on this move, long enough to be realistic.";
             layout[rng() % 64] = "PNBRQK0pnbrqk"[rng() % 13];
             r.BoardLayout = layout;
