@@ -29,19 +29,24 @@ public:
     // The next line. Throws ImportError (number 62, "Input past end of
     // file") when no line is left.
     std::string ReadLine();
+    // The same into a string that the caller keeps, so that its room is reused.
+    void ReadLine(std::string& line);
     // True as soon as the last line has been read (at once for an empty file).
+    // A line end at the very end of the file makes no extra empty line.
     bool Eof();
 
 private:
-    int Peek();
-    int Get();
     bool Fill();
+    void CheckBom();
+
+    static constexpr size_t kBlock = 64 * 1024;
 
     std::FILE* file_ = nullptr;
-    std::string buffer_;
+    std::string buffer_;  // bytes read but not yet handed out start at pos_
     size_t pos_ = 0;
     bool memory_ = false;
     bool bomChecked_ = false;
+    std::string raw_;  // the line's bytes as they stand in the file
 };
 
 // The import state that lives from game to game.

@@ -1,0 +1,171 @@
+// The PGN game reader: the tag section, the game's name made of the chosen
+// tags, and the move text up to the next tag line or the end of the file.
+// It goes by the first character of each trimmed line and by fixed columns
+// of the tag lines, not by the full PGN grammar.
+#include <array>
+#include <string_view>
+
+#include "import/readers.h"
+#include "import/walk.h"
+
+namespace vantrel::import {
+namespace {
+
+struct TagColumn {
+    std::string_view front;  // what the line begins with, in upper case
+    size_t valueStart;       // 1-based: after the bracket, the name, a blank and the quote
+};
+
+constexpr std::array<TagColumn, 7> kTags = {{
+    {"[EVENT", 9},
+    {"[SITE", 8},
+    {"[DATE", 8},
+    {"[ROUND", 9},
+    {"[WHITE", 9},
+    {"[BLACK", 9},
+    {"[RESULT", 10},
+}};
+
+bool FrontIs(std::string_view line, std::string_view upperFront) {
+    if (line.size() < upperFront.size()) return false;
+    for (size_t k = 0; k < upperFront.size(); ++k) {
+        char c = line[k];
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+        if (c != upperFront[k]) return false;
+    }
+    return true;
+}
+
+// Takes the value out of a tag line if the line is one of the seven tags. The
+// value runs from its fixed start up to the character in front of the first
+// "]" at or after column 5, which is taken to be the closing quote.
+void TakeTag(const std::string& line, std::array<std::string, 7>& values) {
+    size_t found = line.size() >= 5 ? line.find(']', 4) : std::string::npos;
+    long p = found == std::string::npos ? 0 : static_cast<long>(found) + 1;
+    for (size_t k = 0; k < kTags.size(); ++k) {
+        if (!FrontIs(line, kTags[k].front)) continue;
+        long start = static_cast<long>(kTags[k].valueStart);
+        long length = p - start - 1;
+        if (length < 0) throw ImportError("Invalid procedure call or argument", 5);
+        values[k] = line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length));
+        return;
+    }
+}
+
+// "1999.??.??" keeps "1999", "a.?.b" becomes "ab": a question mark goes
+// together with a dot beside it.
+void RemoveQuestionMarks(std::string& name) {
+    for (size_t p = name.find('?'); p != std::string::npos; p = name.find('?')) {
+        if (p == 0)
+            name.erase(0, 1);
+        else if (name.compare(p - 1, 3, ".?.") == 0)
+            name.erase(p - 1, 3);
+        else if (name[p - 1] == '.')
+            name.erase(p - 1, 2);
+        else if (p + 1 < name.size() && name[p + 1] == '.')
+            name.erase(p, 2);
+        else
+            name.erase(p, 1);
+    }
+}
+
+void CollapseBlanks(std::string& s) {
+    size_t out = 0;
+    for (size_t i = 0; i < s.size(); ++i) {
+        if (s[i] == ' ' && out > 0 && s[out - 1] == ' ') continue;
+        s[out++] = s[i];
+    }
+    s.resize(out);
+}
+
+std::string MakeName(const std::array<std::string, 7>& values, const PgnTagChoice& tags) {
+    std::string name;
+    if (tags.chkTag[0]) name = values[0];
+    for (size_t i = 1; i < values.size(); ++i) {
+        if (tags.chkTag[i] && !values[i].empty()) {
+            name += ' ';
+            name += values[i];
+        }
+    }
+    if (tags.chkIgnoreQuestion) RemoveQuestionMarks(name);
+    TrimBlanksInPlace(name);
+    CollapseBlanks(name);
+    return name;
+}
+
+}  // namespace
+
+int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& tags) {
+    game.Clear();
+    MoveWalker walk(game);
+    walk.UsePgnRules();
+    TrimBlanksInPlace(state.ImportLine);
+    LineSource& in = *state.ImportFile;
+    std::string line;
+
+    if (state.ImportFirstGame) {
+        // Text ahead of the first tag section is the library's remarks;
+        // blank lines at the top of the file are skipped.
+        state.ImportFirstGame = false;
+        bool found = false;
+        for (;;) {
+            in.ReadLine(line);
+            TrimBlanksInPlace(line);
+            if (in.Eof()) {
+                state.ImportAtEnd = true;
+                break;
+            }
+            if (line.starts_with('[')) {
+                found = true;
+                break;
+            }
+            if (!line.empty() || !state.ImportRemarks.empty()) {
+                state.ImportRemarks += line;
+                state.ImportRemarks += "\r\n";
+            }
+        }
+        state.ImportLine = line;
+        if (!found) return -1;
+    }
+
+    // The tag section. Every line of it goes into the game's comment; the
+    // line that ends it is dropped.
+    std::array<std::string, 7> values;
+    std::string& pending = walk.Pending();
+    line = state.ImportLine;
+    for (;;) {
+        TakeTag(line, values);
+        pending += "\r\n";
+        pending += line;
+        in.ReadLine(line);
+        TrimBlanksInPlace(line);
+        if (in.Eof()) {
+            state.ImportAtEnd = true;
+            break;
+        }
+        if (!line.starts_with('[')) break;
+    }
+    std::string name = MakeName(values, tags);
+    if (state.ImportAtEnd) return -1;
+
+    walk.SetPly(0);
+    game.GameMoves[0] = std::move(name);
+    game.GameComments[0] = pending;
+    pending.clear();
+
+    // The move text, up to the next tag line or the end of the file.
+    while (!state.ImportAtEnd) {
+        in.ReadLine(line);
+        TrimBlanksInPlace(line);
+        if (in.Eof()) state.ImportAtEnd = true;
+        if (line.starts_with('%')) continue;
+        if (line.starts_with('[')) {
+            state.ImportLine = line;
+            break;
+        }
+        walk.WalkLine(line);
+    }
+    return walk.EndGame();
+}
+
+}  // namespace vantrel::import

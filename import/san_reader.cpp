@@ -1,0 +1,56 @@
+// The SAN game reader: a line that begins with "!" names a game, everything
+// else is move text, and comments stand between the two indicators that the
+// user gives.
+#include "import/readers.h"
+#include "import/walk.h"
+
+namespace vantrel::import {
+
+int16_t ReadSanGame(ImportState& state, GameRecord& game, const std::string& commentStart,
+                    const std::string& commentEnd) {
+    game.Clear();
+    MoveWalker walk(game);
+    walk.UseSanRules(TrimBlanks(commentStart), TrimBlanks(commentEnd));
+    TrimBlanksInPlace(state.ImportLine);
+    LineSource& in = *state.ImportFile;
+    std::string line;
+
+    if (state.ImportFirstGame) {
+        // Everything ahead of the first "!" line, blank lines too, is the
+        // library's remarks.
+        state.ImportFirstGame = false;
+        for (;;) {
+            in.ReadLine(line);
+            TrimBlanksInPlace(line);
+            if (in.Eof()) {
+                state.ImportAtEnd = true;
+                break;
+            }
+            if (line.starts_with('!')) {
+                line.erase(0, 1);
+                break;
+            }
+            state.ImportRemarks += line;
+            state.ImportRemarks += "\r\n";
+        }
+        state.ImportLine = line;
+    }
+    if (state.ImportAtEnd) return -1;
+
+    walk.SetPly(0);
+    game.GameMoves[0] = state.ImportLine;
+
+    while (!state.ImportAtEnd) {
+        in.ReadLine(line);
+        if (in.Eof()) state.ImportAtEnd = true;
+        std::string_view trimmed = TrimBlanks(line);
+        if (trimmed.starts_with('!')) {
+            state.ImportLine.assign(trimmed.substr(1));
+            break;
+        }
+        walk.WalkLine(line);
+    }
+    return walk.EndGame();
+}
+
+}  // namespace vantrel::import

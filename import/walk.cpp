@@ -1,0 +1,144 @@
+#include "import/walk.h"
+
+#include "chess/annotation.h"
+
+namespace vantrel::import {
+
+std::string_view TrimBlanks(std::string_view s) {
+    size_t b = 0, e = s.size();
+    while (b < e && s[b] == ' ') ++b;
+    while (e > b && s[e - 1] == ' ') --e;
+    return s.substr(b, e - b);
+}
+
+void TrimBlanksInPlace(std::string& s) {
+    size_t e = s.size();
+    while (e > 0 && s[e - 1] == ' ') --e;
+    s.resize(e);
+    size_t b = 0;
+    while (b < s.size() && s[b] == ' ') ++b;
+    s.erase(0, b);
+}
+
+MoveWalker::MoveWalker(GameRecord& game) : game_(game) {
+    line_.reserve(256);
+    token_.reserve(32);
+    pending_.reserve(256);
+}
+
+void MoveWalker::UsePgnRules() {
+    pgn_ = true;
+    open_ = "{";
+    close_ = "}";
+}
+
+void MoveWalker::UseSanRules(std::string_view commentStart, std::string_view commentEnd) {
+    pgn_ = false;
+    open_.assign(commentStart);
+    close_.assign(commentEnd);
+}
+
+// How many characters the mark covers if it stands at i, else 0.
+size_t MoveWalker::Matches(const std::string& mark, size_t i) const {
+    if (mark.size() == 1) return line_[i] == mark[0] ? 1 : 0;
+    if (mark.size() == 2 && i + 1 < line_.size() && line_[i] == mark[0] && line_[i + 1] == mark[1]) return 2;
+    return 0;
+}
+
+void MoveWalker::WalkLine(std::string_view text) {
+    // The blank behind the line ends a token standing at its end, and every
+    // line of a comment ends in a blank.
+    line_.assign(text);
+    line_.push_back(' ');
+    const size_t last = line_.size() - 1;
+    if ((inComment_ || inVariation_) && !IsBlank(pending_)) pending_.push_back(' ');
+
+    for (size_t i = 0; i <= last; ++i) {
+        const char c = line_[i];
+        if (inComment_) {
+            if (size_t n = Matches(close_, i)) {
+                inComment_ = false;
+                Attach(pending_);
+                pending_.clear();
+                i += n - 1;
+            } else {
+                pending_.push_back(c);
+                if (i == last) pending_ += "\r\n";
+            }
+            continue;
+        }
+        if (inVariation_) {
+            if (c == '(') {
+                ++depth_;
+                pending_.push_back(c);
+            } else if (c == ')') {
+                --depth_;
+                pending_.push_back(c);
+                if (depth_ < 1) {
+                    inVariation_ = false;
+                    Attach(pending_);
+                    pending_.clear();
+                }
+            } else {
+                pending_.push_back(c);
+                if (i == last) pending_ += "\r\n";
+            }
+            continue;
+        }
+        if (size_t n = Matches(open_, i)) {
+            inComment_ = true;
+            i += n - 1;
+            continue;
+        }
+        if (pgn_ && c == '(') {
+            ++depth_;
+            inVariation_ = true;
+            pending_.assign("(");
+            continue;
+        }
+        if (pgn_ && c == ';') {
+            // The rest of the line, with its closing blank, is a comment. An
+            // open token stays open and goes on on the next line.
+            Attach(std::string_view(line_).substr(i + 1));
+            return;
+        }
+        if (c == ' ')
+            EndToken();
+        else
+            token_.push_back(c);
+    }
+}
+
+void MoveWalker::EndToken() {
+    if (!token_.empty()) {  // a token never holds a blank
+        if (chess::ParseToken(token_, move_, note_)) {
+            if (ply_ >= kMaxPly) throw ImportError("Subscript out of range", 9);
+            ++ply_;
+            game_.GameMoves[ply_] = move_;
+        }
+        pending_ += note_;
+        token_.clear();
+    }
+    if (!pending_.empty()) {
+        // A note replaces what the ply's comment held.
+        game_.GameComments[ply_].swap(pending_);
+        pending_.clear();
+    }
+}
+
+void MoveWalker::Attach(std::string_view text) {
+    std::string& slot = game_.GameComments[ply_];
+    if (!slot.empty()) slot += "\r\n";
+    slot += text;
+}
+
+int16_t MoveWalker::EndGame() {
+    if (ply_ >= 0 && !IsBlank(pending_)) game_.GameComments[ply_] = pending_;
+    pending_.clear();
+    token_.clear();
+    inComment_ = inVariation_ = false;
+    depth_ = 0;
+    return ply_;
+}
+
+}  // namespace vantrel::import

@@ -1,0 +1,68 @@
+// The walk over the move text of one game: cuts each line into tokens and
+// comments and fills the game record, ply by ply. Both game readers share it;
+// they differ only in what opens and closes a comment and in whether
+// parentheses and line comments count.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "import/game_record.h"
+
+namespace vantrel::import {
+
+// Blanks only: a tab or any other character stays.
+std::string_view TrimBlanks(std::string_view s);
+void TrimBlanksInPlace(std::string& s);
+inline bool IsBlank(std::string_view s) { return TrimBlanks(s).empty(); }
+
+class MoveWalker {
+public:
+    explicit MoveWalker(GameRecord& game);
+
+    // PGN: "{" and "}" around comments, parentheses hold variations, and a
+    // ";" makes the rest of the line a comment.
+    void UsePgnRules();
+    // SAN: the two indicators, already trimmed. An indicator of one character
+    // matches one character; one of two characters matches a pair; any other
+    // length never matches.
+    void UseSanRules(std::string_view commentStart, std::string_view commentEnd);
+
+    // The slot the last move went into: -1 until the game's name is stored.
+    int16_t Ply() const { return ply_; }
+    void SetPly(int16_t ply) { ply_ = ply; }
+
+    // Comment text being gathered. The PGN reader keeps the tag lines here
+    // until the move text begins.
+    std::string& Pending() { return pending_; }
+
+    // Walks one line of move text (without its line end).
+    void WalkLine(std::string_view line);
+
+    // Ends the game: a comment or variation left open becomes the comment of
+    // the last ply, and an open token is dropped. Returns the last ply.
+    int16_t EndGame();
+
+private:
+    size_t Matches(const std::string& mark, size_t i) const;
+    void EndToken();
+    void Attach(std::string_view text);
+
+    GameRecord& game_;
+    bool pgn_ = true;
+    std::string open_ = "{";
+    std::string close_ = "}";
+
+    int16_t ply_ = -1;
+    std::string line_;
+    std::string token_;
+    std::string pending_;
+    std::string move_;
+    std::string note_;
+    bool inComment_ = false;
+    bool inVariation_ = false;
+    int depth_ = 0;
+};
+
+}  // namespace vantrel::import
