@@ -1,7 +1,336 @@
 #include "import/tree_store.h"
-// (to be written)
+
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <string_view>
+
+#include "chess/resolver.h"
+#include "import/moves_table.h"
+#include "import/readers.h"
+#include "library/format.h"
+
 namespace vantrel::import {
-bool BuildTree(const ImportOptions&, ImportHost&, ImportSession&) { return false; }
-bool WriteLibrary(const ImportOptions&, ImportHost&, const ImportSession&) { return false; }
-std::string LibraryPath(const ImportOptions& o) { return o.programDir + "/" + o.bookName + ".vnb"; }
+
+namespace {
+
+// Blanks only, as the wizard's text boxes are trimmed: tabs stay.
+std::string Trim(std::string_view s) {
+    const size_t first = s.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    const size_t last = s.find_last_not_of(' ');
+    return std::string(s.substr(first, last - first + 1));
+}
+
+// The import file or the library file couldn't be opened.
+struct FileNotOpened {};
+
+// Error numbers the program's error dialog shows for failures that don't
+// bring a number of their own.
+constexpr int kOutOfMemory = 7;
+constexpr int kSubscriptOutOfRange = 9;
+constexpr int kInvalidUseOfNull = 94;
+constexpr int kDeviceIoError = 57;
+constexpr int kPermissionDenied = 70;
+constexpr int kInternalError = 51;
+
+constexpr const char* kTroubleText = "Trouble with 'Tessimo.Mdb'";
+constexpr const char* kTroubleTitle = "Couldn't parse book";
+
+// The one handler of a whole operation: tells the user what went wrong.
+// `fileText` is the "Couldn't open ..." text for a file that can't be opened.
+void Report(ImportHost& host, const std::string& fileText) {
+    try {
+        throw;
+    } catch (const FileNotOpened&) {
+        host.Message(fileText, "");
+    } catch (const DatabaseError& e) {
+        if (e.kind() == DatabaseError::Kind::Engine)
+            host.ShowError(e.what(), e.number());
+        else
+            host.Message(kTroubleText, kTroubleTitle);
+    } catch (const ImportError& e) {
+        host.ShowError(e.what(), e.number());
+    } catch (const std::bad_alloc&) {
+        host.ShowError("Out of memory", kOutOfMemory);
+    } catch (const std::exception& e) {
+        host.ShowError(e.what(), kInternalError);
+    }
+}
+
+// One run of BuildTree, with the state that lives from game to game.
+class TreeBuilder {
+public:
+    TreeBuilder(const ImportOptions& options, ImportHost& host) : options_(options), host_(host) {
+        tags_.chkTag = options.tags;
+        tags_.chkIgnoreQuestion = options.ignoreQuestion;
+    }
+
+    // Steps 1 to 6. Returns the result; throws on failure.
+    bool Run(WorkingDatabase& db, LineSource& file, ImportState& state) {
+        db.Open(DatabasePath(options_));
+        // One transaction for the whole import: it is committed when the
+        // database is closed, whichever way the import ends.
+        db.Begin();
+        MovesTable table(db);
+        table.Clear();
+
+        state.ImportAtEnd = false;
+        if (!file.Open(inFile_)) throw FileNotOpened{};
+        state.ImportFile = &file;
+        state.ImportFirstGame = true;
+        state.ImportRemarks.clear();
+
+        bool result = false;
+        int32_t gameNumber = 0;
+        while (!state.ImportAtEnd) {
+            board_.ResetImportBoard();
+            const int16_t n = options_.pgn
+                                  ? ReadPgnGame(state, game_, tags_)
+                                  : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
+            if (n > kMaxPly) throw ImportError("Subscript out of range", kSubscriptOutOfRange);
+            if (n > 0) result = true;
+            if (n >= 0) host_.GameRead(++gameNumber, n, game_);
+
+            switch (PlayGame(table, n)) {
+                case GameEnd::Done:
+                case GameEnd::Skipped:
+                    break;
+                case GameEnd::Cancelled:
+                    return false;
+            }
+        }
+        return result;
+    }
+
+    int32_t RecordCount() const { return counter_; }
+
+private:
+    enum class GameEnd { Done, Skipped, Cancelled };
+
+    GameEnd PlayGame(MovesTable& table, int16_t n) {
+        const std::string& gameName = game_.GameMoves[0];
+        const std::string& gameComment = game_.GameComments[0];
+        int32_t parent = 0;
+        bool branched = false;
+        bool addRecord = false;
+
+        for (int16_t i = 1; i <= n; ++i) {
+            // The resolver rewrites castling in its own copy; GameMoves keeps
+            // what the file said.
+            move_ = game_.GameMoves[i];
+            int16_t rc = chess::ResolveMove(board_, move_, i);
+            while (rc != chess::kResolved) {
+                const int16_t action = host_.AskFixMove(i, n, rc, game_, board_);
+                if (action == kFixAccept) {
+                    move_ = game_.GameMoves[i];
+                    rc = chess::ResolveMove(board_, move_, i);
+                } else if (action == kFixSkip) {
+                    return GameEnd::Skipped;
+                } else {
+                    return GameEnd::Cancelled;
+                }
+            }
+
+            if (!branched) {
+                const int32_t found = table.Find(parent, move_);
+                if (found == 0) {
+                    branched = true;
+                    addRecord = true;
+                    firstNew_ = true;
+                } else {
+                    parent = found;
+                }
+            } else {
+                addRecord = true;
+            }
+
+            if (addRecord) {
+                ++counter_;
+                host_.ShowCount(std::to_string(counter_));
+                host_.Yield();
+                if (!host_.Running()) return GameEnd::Cancelled;
+
+                MoveRow row;
+                row.index = counter_;
+                row.parent = parent;
+                row.move = move_;
+                row.book = bookName_;
+                if (firstNew_) {
+                    description_ = move_;
+                    if (!Trim(gameName).empty()) {
+                        description_ += ": ";
+                        description_ += gameName;
+                    }
+                    row.newBranch = true;
+                    if (Trim(gameComment).empty()) {
+                        remarks_ = game_.GameComments[i];
+                    } else {
+                        remarks_ = gameComment;
+                        remarks_ += "\r\n";
+                        remarks_ += game_.GameComments[i];
+                    }
+                    row.description = description_;
+                    row.remarks = remarks_;
+                    firstNew_ = false;
+                } else {
+                    row.description = move_;
+                    row.newBranch = false;
+                    row.remarks = game_.GameComments[i];
+                }
+                layout_ = board_.BoardToLayout();
+                row.layout = layout_;
+                table.Add(row);
+                parent = counter_;
+            }
+        }
+        return GameEnd::Done;
+    }
+
+    const ImportOptions& options_;
+    ImportHost& host_;
+    const std::string inFile_ = Trim(options_.inFile);
+    const std::string bookName_ = Trim(options_.bookName);
+    PgnTagChoice tags_;
+
+    // One board for the whole import: its en passant record carries over
+    // from one game to the next, as ResetImportBoard leaves it alone.
+    chess::ImportBoard board_;
+    GameRecord game_;
+    int32_t counter_ = 0;
+    bool firstNew_ = false;
+
+    // Buffers reused from record to record.
+    std::string move_;
+    std::string description_;
+    std::string remarks_;
+    std::string layout_;
+};
+
+}  // namespace
+
+std::string LibraryPath(const ImportOptions& options) {
+    const std::string dir = options.programDir.empty() ? std::string(".") : options.programDir;
+    return dir + "/" + Trim(options.bookName) + ".vnb";
+}
+
+std::string DatabasePath(const ImportOptions& options) {
+    if (!options.databasePath.empty()) return options.databasePath;
+    const std::string dir = options.programDir.empty() ? std::string(".") : options.programDir;
+    return dir + "/Tessimo.mdb";
+}
+
+bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& session) {
+    session.ImportRemarks.clear();
+    session.recordCount = 0;
+
+    WorkingDatabase db;
+    LineSource file;
+    ImportState state;
+    // The builder holds a whole game record; keep it off the stack.
+    auto builder = std::make_unique<TreeBuilder>(options, host);
+    bool result = false;
+    try {
+        result = builder->Run(db, file, state);
+    } catch (...) {
+        result = false;
+        Report(host, "Couldn't open " + Trim(options.inFile));
+    }
+    // Whatever happened, the records written so far stand in the table.
+    file.Close();
+    db.Close();
+
+    session.ImportRemarks = state.ImportRemarks;
+    session.recordCount = builder->RecordCount();
+    return result;
+}
+
+bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session) {
+    namespace fs = std::filesystem;
+    const std::string name = Trim(options.bookName);
+    const std::string path = LibraryPath(options);
+    const std::string fileName = name + ".vnb";
+
+    // An existing library is replaced only if the user agrees; an empty file
+    // of that name is simply written over.
+    std::error_code ec;
+    const auto length = fs::file_size(path, ec);
+    if (!ec && length > 0) {
+        if (!host.AskOverwrite(fileName + " already exists.  OK to overwrite?")) return false;
+        if (!fs::remove(path, ec) || ec) {
+            host.ShowError("Permission denied", kPermissionDenied);
+            return false;
+        }
+    }
+
+    bool result = true;
+    WorkingDatabase db;
+    library::LibraryWriter writer;
+    try {
+        db.Open(DatabasePath(options));
+
+        library::LibraryHeader header;
+        header.version = 1;
+        header.flag = -1;
+        header.book = name;
+        header.LibRemarks = session.ImportRemarks;
+
+        Statement min = db.Prepare(R"(SELECT MIN("index") AS MinIndex FROM Moves)");
+        min.Step();
+        // An empty table has no smallest index.
+        if (min.IsNull(0)) throw ImportError("Invalid use of Null", kInvalidUseOfNull);
+        header.MinIndex = static_cast<int32_t>(min.Int(0));
+
+        Statement max = db.Prepare(R"(SELECT MAX("index") AS MaxIndex FROM Moves)");
+        max.Step();
+        if (max.IsNull(0)) throw ImportError("Invalid use of Null", kInvalidUseOfNull);
+        header.MaxIndex = static_cast<int32_t>(max.Int(0));
+
+        Statement count = db.Prepare(R"(SELECT COUNT(*) AS RecCount FROM Moves WHERE "book" = ?1)");
+        count.Bind(1, name);
+        count.Step();
+        header.RecCount = static_cast<int32_t>(count.Int(0));
+
+        // One forward pass in the order the records were added, which puts
+        // every parent ahead of its children.
+        Statement rows = db.Prepare(
+            R"(SELECT "index", "parent", "new_branch", "description", "BoardLayout", "remarks" )"
+            R"(FROM Moves WHERE "book" = ?1 ORDER BY "index")");
+        rows.Bind(1, name);
+        bool more = rows.Step();
+
+        if (!writer.Open(path)) throw FileNotOpened{};
+        if (!writer.WriteHeader(header)) throw ImportError("Device I/O error", kDeviceIoError);
+
+        int32_t counter = 0;
+        library::LibraryNodeRecord record;
+        while (more) {
+            ++counter;
+            host.ShowCount(" " + std::to_string(counter));
+            host.Yield();
+            if (!host.Running()) {
+                result = false;
+                break;
+            }
+            record.index = static_cast<int32_t>(rows.Int(0));
+            record.parent = static_cast<int32_t>(rows.Int(1));
+            record.new_branch = !rows.IsNull(2) && rows.Int(2) == -1;
+            record.description = rows.Text(3);
+            record.BoardLayout = rows.Text(4);
+            record.remarks = rows.Text(5);  // NULL reads as ""
+            if (!writer.WriteRecord(record)) throw ImportError("Device I/O error", kDeviceIoError);
+            more = rows.Step();
+        }
+        rows.Reset();
+        db.Close();
+        if (!writer.Close()) throw ImportError("Device I/O error", kDeviceIoError);
+    } catch (...) {
+        result = false;
+        Report(host, "Couldn't open " + fileName);
+    }
+    db.Close();
+    if (writer.IsOpen()) writer.Close();
+    return result;
+}
+
 }  // namespace vantrel::import

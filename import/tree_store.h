@@ -22,6 +22,8 @@ struct ImportOptions {
     std::string commentEnd = "//";    // txtCommentEnd, untrimmed (SAN only)
     std::array<bool, 7> tags{};       // chkTag(0..6): Event Site Date Round White Black Result
     bool ignoreQuestion = true;       // chkIgnoreQuestion
+    // The working database; empty means programDir + "/Tessimo.mdb".
+    std::string databasePath;
 };
 
 enum FixMoveAction : int16_t { kFixCancel = 3, kFixAccept = 4, kFixSkip = 5 };
@@ -47,6 +49,10 @@ public:
     virtual void Message(const std::string& text, const std::string& title) = 0;
     // The program's error dialog.
     virtual void ShowError(const std::string& description, int number) = 0;
+    // A reader has just delivered game number `number` (from 1) with
+    // `lastPly` plies; the moves are about to be played. Nothing to do for
+    // the wizard; the command line uses it to name games in its reports.
+    virtual void GameRead(int32_t /*number*/, int16_t /*lastPly*/, const GameRecord& /*game*/) {}
 };
 
 // State that lives from BuildTree on into WriteLibrary.
@@ -64,7 +70,10 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 // stands in the file.
 bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session);
 
-// The path WriteLibrary writes to.
+// The path WriteLibrary writes to: programDir + "/" + the trimmed name + ".vnb".
 std::string LibraryPath(const ImportOptions& options);
+
+// The working database both of them open.
+std::string DatabasePath(const ImportOptions& options);
 
 }  // namespace vantrel::import
