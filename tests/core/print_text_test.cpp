@@ -1,0 +1,282 @@
+// The text of a printed moves list: the line collected from the tree, the
+// rows, the wrapped comments and the pages.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "print/move_list_text.h"
+
+namespace vantrel::print {
+namespace {
+
+using library::NodeImage;
+using library::TreeModel;
+using Lines = std::vector<std::string>;
+
+const std::string kTag(64, '0');
+
+// A tree built as a chain of texts, each the child of the one before. Node
+// numbers are 1..n; comments by node number ("No comments" where empty).
+struct Chain {
+    TreeModel tree;
+    std::vector<std::string> comments{std::string(kNoComments)};
+
+    int Add(const std::string& text, const std::string& comment = std::string(), int parent = -1) {
+        const int number = tree.Count() + 1;
+        if (parent < 0) parent = number - 1;
+        tree.Add(parent == 0 ? 0 : tree.Node(parent).index, number, text, NodeImage::Pawn, kTag);
+        comments.push_back(comment.empty() ? std::string(kNoComments) : comment);
+        return number;
+    }
+    Lines FileLines(int current) const {
+        return ReadFileLines(MovesFileText(MovesFileLines(tree, comments, CollectPrintPath(tree, current))));
+    }
+};
+
+TEST(PrintPictures, NumbersAreRightAlignedAndMovesLeftAligned) {
+    EXPECT_EQ(FormatMoveNumber(1), "  1");
+    EXPECT_EQ(FormatMoveNumber(42), " 42");
+    EXPECT_EQ(FormatMoveNumber(100), "100");
+    EXPECT_EQ(FormatMoveNumber(1000), "1000");
+    EXPECT_EQ(FormatMove("e4"), "e4   ");
+    EXPECT_EQ(FormatMove("O-O-O"), "O-O-O");
+    EXPECT_EQ(FormatMove("Nxe5+"), "Nxe5+");
+    EXPECT_EQ(FormatMove("exd8=Q+"), "exd8=Q+");  // longer moves are kept whole
+    EXPECT_EQ(FormatMove(""), "     ");
+}
+
+TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTop) {
+    Chain c;
+    c.Add("e4");             // 1
+    c.Add("e5");             // 2
+    c.Add("Nf3: Koenig");    // 3
+    c.Add("Nc6");            // 4
+    c.Add("d4", "", 2);      // 5, a sibling of 3
+    PrintPath p = CollectPrintPath(c.tree, 4);
+    EXPECT_EQ(p.slots, (std::vector<int>{4, 3, 2, 1}));
+    EXPECT_EQ(p.HighestSlot(), 3);
+    EXPECT_EQ(p.headNode, 3);
+    PrintPath q = CollectPrintPath(c.tree, 5);
+    EXPECT_EQ(q.slots, (std::vector<int>{5, 2, 1}));
+    EXPECT_EQ(q.headNode, 0);
+}
+
+TEST(PrintPath, TheHeadIsTheNearestNamedNodeAtOrAbove) {
+    Chain c;
+    c.Add("e4: Upper");
+    c.Add("e5");
+    c.Add("Nf3: Lower");
+    c.Add("Nc6");
+    EXPECT_EQ(CollectPrintPath(c.tree, 4).headNode, 3);
+    EXPECT_EQ(CollectPrintPath(c.tree, 3).headNode, 3);
+    EXPECT_EQ(CollectPrintPath(c.tree, 2).headNode, 1);
+    // Both names show in the rows; only the lower one heads the text.
+    Lines lines = c.FileLines(4);
+    EXPECT_EQ(lines, (Lines{" Lower", "", "  1. e4              : Upper", "  1. .....   e5   ",
+                            "  2. Nf3             : Lower", "  2. .....   Nc6  "}));
+}
+
+TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {
+    Chain c;
+    for (int i = 1; i <= 202; ++i) c.Add("m" + std::to_string(i));
+    PrintPath p = CollectPrintPath(c.tree, 201);
+    EXPECT_EQ(p.slots.size(), 201u);
+    EXPECT_EQ(p.slots.back(), 1);
+    try {
+        CollectPrintPath(c.tree, 202);
+        FAIL() << "a line of 202 nodes must fail";
+    } catch (const PrintError& e) {
+        EXPECT_EQ(e.number(), 9);
+    }
+    EXPECT_THROW(CollectPrintPath(c.tree, 0), PrintError);  // no node clicked yet
+    EXPECT_THROW(CollectPrintPath(c.tree, 203), PrintError);
+}
+
+TEST(PrintRows, TheWorkedExampleLineForLine) {
+    Chain c;
+    c.Add("e4: a");
+    c.Add("e5");
+    c.Add("Nf3", "Develops the knight.");
+    c.Add("Nc6");
+    int last = c.Add("Bb5");
+    EXPECT_EQ(c.FileLines(last), (Lines{
+                                     " a",
+                                     "",
+                                     "  1. e4              : a",
+                                     "  1. .....   e5   ",
+                                     "  2. Nf3  ",
+                                     "",
+                                     "Develops the knight.",
+                                     "",
+                                     "  2. .....   Nc6  ",
+                                     "  3. Bb5  ",
+                                 }));
+}
+
+TEST(PrintRows, ADepthOneNodeWithoutNameGivesOneLine) {
+    Chain c;
+    c.Add("d4");
+    EXPECT_EQ(c.FileLines(1), (Lines{"  1. d4   "}));
+}
+
+TEST(PrintRows, WhiteAndBlackShareARowAndTheLastWhiteMoveIsPrinted) {
+    Chain c;
+    c.Add("e4");
+    c.Add("c5");
+    c.Add("Nf3");
+    EXPECT_EQ(c.FileLines(2), (Lines{"  1. e4    - c5   "}));
+    EXPECT_EQ(c.FileLines(3), (Lines{"  1. e4    - c5   ", "  2. Nf3  "}));
+}
+
+TEST(PrintRows, ACommentOnWhiteBreaksTheRow) {
+    Chain c;
+    c.Add("e4", "Best by test");
+    c.Add("e5");
+    EXPECT_EQ(c.FileLines(2), (Lines{"  1. e4   ", "", "Best by test", "", "  1. .....   e5   "}));
+    // A white move with both a name and a comment writes its row once.
+    Chain d;
+    d.Add("e4: King's pawn", "Best by test");
+    d.Add("e5");
+    EXPECT_EQ(d.FileLines(2), (Lines{" King's pawn", "", "  1. e4              : King's pawn", "", "Best by test",
+                                     "", "  1. .....   e5   "}));
+}
+
+TEST(PrintRows, ACommentOnBlackDoesNotBreakTheNextRow) {
+    Chain c;
+    c.Add("e4");
+    c.Add("e5", "Symmetry");
+    c.Add("Nf3");
+    c.Add("Nc6");
+    EXPECT_EQ(c.FileLines(4),
+              (Lines{"  1. e4    - e5   ", "", "Symmetry", "", "  2. Nf3   - Nc6  "}));
+}
+
+TEST(PrintRows, NamesOnBlackFollowTheRowOrTheDots) {
+    Chain c;
+    c.Add("e4");
+    c.Add("c5: Sicilian");
+    EXPECT_EQ(c.FileLines(2), (Lines{" Sicilian", "", "  1. e4    - c5      : Sicilian"}));
+    Chain d;
+    d.Add("e4: Open");
+    d.Add("c5: Sicilian");
+    EXPECT_EQ(d.FileLines(2), (Lines{" Sicilian", "", "  1. e4              : Open",
+                                     "  1. .....   c5      : Sicilian"}));
+}
+
+TEST(PrintRows, TheNameIsEverythingBehindTheFirstColon) {
+    Chain c;
+    c.Add("e4: Game: 2nd round");
+    EXPECT_EQ(c.FileLines(1), (Lines{" Game: 2nd round", "", "  1. e4              : Game: 2nd round"}));
+}
+
+TEST(PrintRows, LineBreaksInACommentBecomeLinesOfTheFile) {
+    Chain c;
+    c.Add("e4", "First line\r\nSecond line");
+    EXPECT_EQ(c.FileLines(1), (Lines{"  1. e4   ", "", "First line", "Second line", ""}));
+}
+
+TEST(PrintWrap, ShortCommentsStayWholeAndTheLastLineMayHave71Characters) {
+    EXPECT_EQ(WrapComment("short"), (Lines{"short"}));
+    EXPECT_EQ(WrapComment(""), Lines{});
+    const std::string c71 = std::string(35, 'a') + " " + std::string(35, 'b');
+    ASSERT_EQ(c71.size(), 71u);
+    EXPECT_EQ(WrapComment(c71), (Lines{c71}));
+    const std::string c72 = std::string(36, 'a') + " " + std::string(35, 'b');
+    ASSERT_EQ(c72.size(), 72u);
+    EXPECT_EQ(WrapComment(c72), (Lines{std::string(36, 'a'), std::string(35, 'b')}));
+}
+
+TEST(PrintWrap, BreaksAtTheLastBlankWithinSeventyCharacters) {
+    // A blank at position 70 is the farthest one looked at: 69 characters.
+    const std::string atSeventy = std::string(69, 'x') + " " + std::string(10, 'y');
+    EXPECT_EQ(WrapComment(atSeventy), (Lines{std::string(69, 'x'), std::string(10, 'y')}));
+    // A blank at position 71 is out of reach; the one at 10 is taken.
+    const std::string beyond = std::string(9, 'a') + " " + std::string(60, 'b') + " " + std::string(20, 'c');
+    EXPECT_EQ(WrapComment(beyond), (Lines{std::string(9, 'a'), std::string(60, 'b'), std::string(20, 'c')}));
+    // Words: every line at most 69 characters, nothing lost but the breaking blanks.
+    std::string words;
+    for (int i = 0; i < 40; ++i) words += "word" + std::to_string(i) + " ";
+    words += "end";
+    const Lines wrapped = WrapComment(words);
+    std::string joined;
+    for (std::size_t i = 0; i < wrapped.size(); ++i) {
+        if (i + 1 < wrapped.size()) {
+            EXPECT_LE(wrapped[i].size(), 69u);
+        }
+        joined += (i ? " " : "") + wrapped[i];
+    }
+    EXPECT_EQ(joined, words);
+}
+
+TEST(PrintWrap, ALongStretchWithoutBlanksIsBrokenHardAndKeepsEveryCharacter) {
+    std::string stretch;
+    for (int i = 0; i < 150; ++i) stretch += static_cast<char>('a' + i % 26);
+    const Lines wrapped = WrapComment(stretch);
+    ASSERT_EQ(wrapped.size(), 3u);
+    EXPECT_EQ(wrapped[0], stretch.substr(0, 70));
+    EXPECT_EQ(wrapped[1], stretch.substr(70, 70));
+    EXPECT_EQ(wrapped[2], stretch.substr(140));
+    // A blank at the very start of a line makes an empty line, as the walk
+    // from position i + 69 down to i finds it there.
+    const std::string lead = "x " + std::string(80, 'z');
+    EXPECT_EQ(WrapComment(lead), (Lines{"x", std::string(70, 'z'), std::string(10, 'z')}));
+}
+
+TEST(PrintPages, TheHeadOfEveryPage) {
+    EXPECT_EQ(PageHead(1), (Lines{"Vantrel - Print Moves List           Page 1", std::string(56, '='), "", ""}));
+    EXPECT_EQ(PageHead(12)[0], "Vantrel - Print Moves List           Page 12");
+}
+
+TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
+    Lines text;
+    for (int i = 1; i <= 62; ++i) text.push_back("line " + std::to_string(i));
+    std::vector<Page> pages = Paginate(text);
+    ASSERT_EQ(pages.size(), 2u);
+    ASSERT_EQ(pages[0].size(), 66u);
+    EXPECT_EQ(pages[0][0], "Vantrel - Print Moves List           Page 1");
+    EXPECT_EQ(pages[0][4], "line 1");
+    EXPECT_EQ(pages[0][65], "line 62");
+    EXPECT_EQ(pages[1], PageHead(2));
+
+    text.push_back("line 63");
+    pages = Paginate(text);
+    ASSERT_EQ(pages.size(), 2u);
+    ASSERT_EQ(pages[1].size(), 5u);
+    EXPECT_EQ(pages[1][0], "Vantrel - Print Moves List           Page 2");
+    EXPECT_EQ(pages[1][4], "line 63");
+
+    text.resize(61);
+    pages = Paginate(text);
+    ASSERT_EQ(pages.size(), 1u);
+    EXPECT_EQ(pages[0].size(), 65u);
+
+    Lines many;
+    for (int i = 1; i <= 124; ++i) many.push_back("l" + std::to_string(i));
+    pages = Paginate(many);
+    ASSERT_EQ(pages.size(), 3u);
+    EXPECT_EQ(pages[1][4], "l63");
+    EXPECT_EQ(pages[1][65], "l124");
+    EXPECT_EQ(pages[2], PageHead(3));
+}
+
+TEST(PrintFile, LinesGoOutWithCrLfAndComeBackTheSame) {
+    const Lines lines{" a", "", "  1. e4   ", ""};
+    EXPECT_EQ(MovesFileText(lines), " a\r\n\r\n  1. e4   \r\n\r\n");
+    EXPECT_EQ(ReadFileLines(MovesFileText(lines)), lines);
+    EXPECT_EQ(ReadFileLines("a\nb\rc"), (Lines{"a", "b", "c"}));
+    EXPECT_EQ(ReadFileLines(""), Lines{});
+}
+
+TEST(PrintPages, TheWholeRoadFromTheClickedNode) {
+    Chain c;
+    c.Add("e4: a");
+    c.Add("e5");
+    const std::vector<Page> pages = MoveListPages(c.tree, c.comments, 2);
+    ASSERT_EQ(pages.size(), 1u);
+    EXPECT_EQ(pages[0], (Lines{"Vantrel - Print Moves List           Page 1", std::string(56, '='), "", "", " a", "",
+                               "  1. e4              : a", "  1. .....   e5   "}));
+}
+
+}  // namespace
+}  // namespace vantrel::print
