@@ -66,4 +66,14 @@ cTreeView& TreeViews();
 frm_status& Status();      // loaded on first use after each unload
 void UnloadStatus();       // unloads frm_status if it is loaded
 bool StatusLoaded();
+
+// The main frame registers itself while it lives. A new frame starts with a
+// fresh register of libraries; the old one goes with the old frame.
+void SetMainFrame(MDIVantrel* frame);
+cTreeView* TreeViewsIfAny();  // null when none has been made
+void ResetTreeViews();
+
+// A child of the main frame lives in a sub-window: the sub-window is what
+// moves, hides and shows. For a window outside the frame, the window itself.
+QWidget* OuterWindow(QWidget* form);
 }  // namespace vantrel::forms

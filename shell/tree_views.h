@@ -39,6 +39,11 @@ public:
 
     // For tests: the window counter (keys are never reused in one run).
     int16_t WindowCounter() const { return m_WindowCounter; }
+    void SetWindowCounter(int16_t counter) { m_WindowCounter = counter; }
+
+    // Drops a window that is going away without Remove (the end of the
+    // program), so that no entry outlives its window.
+    void Forget(frmTreeView* fTreeView);
 
 private:
     QString NewTreeView();

@@ -10,6 +10,8 @@
 #include "library/loader.h"
 
 class QComboBox;
+class QModelIndex;
+class QPoint;
 class QLabel;
 class QMdiSubWindow;
 class QTreeView;
@@ -17,7 +19,21 @@ class QWidget;
 
 namespace vantrel::library {
 class TreeItemModel;
+class GamesListModel;
 }
+
+namespace vantrel {
+// The controls of a tree window for its outer size, in twips: the strip as
+// wide as the window, the list 1200 short of it, the tree 120 narrower and
+// 825 lower than the window. Nothing comes out below 0.
+struct TreeWindowPlan {
+    int pictureWidth = 0;
+    int listWidth = 0;
+    int treeWidth = 0;
+    int treeHeight = 0;
+};
+TreeWindowPlan PlanTreeWindow(int windowWidth, int windowHeight);
+}  // namespace vantrel
 
 class frmTreeView : public QWidget {
     Q_OBJECT
@@ -78,10 +94,24 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    friend class TreeWindowLoad;
+
     void ShowNode(int node);  // Selected, node click, focus: the end of Find
     void UnloadSelf();
+    bool Form_Unload();  // false: the window refuses to go
+    void Form_Resize();
+    void tvTreeView_MouseDown(int button, const QPoint& globalPos);
+    void EnsureVisible(int node);
+    void SetExpanded(int node, bool bExpanded);
+    void PublishLoaded();
+    void OnCurrentChanged(const QModelIndex& current);
+    void OnClicked(const QModelIndex& index);
 
     vantrel::library::LibraryContents contents_;
     std::unique_ptr<vantrel::library::TreeItemModel> model_;
+    std::unique_ptr<vantrel::library::GamesListModel> games_;
     std::string m_CurrentBoard;
+    bool syncingSelection_ = false;
+    bool clickHandled_ = false;  // the press of this click already changed the node
+    bool unloading_ = false;
 };

@@ -1,0 +1,61 @@
+#include "library/ui/remarks_window.h"
+
+#include <QFontDatabase>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <algorithm>
+
+#include "shell/forms.h"
+#include "shell/tree_views.h"
+
+using namespace vantrel;
+
+frmLibRemarks::frmLibRemarks(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("frmLibRemarks"));
+    setWindowTitle(QStringLiteral("Library Remarks"));
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+
+    txtLibRemarks = new QPlainTextEdit(this);
+    txtLibRemarks->setObjectName(QStringLiteral("txtLibRemarks"));
+    txtLibRemarks->setReadOnly(true);
+    txtLibRemarks->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    txtLibRemarks->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    QFont courier(QStringLiteral("Courier New"));
+    courier.setStyleHint(QFont::TypeWriter);
+    courier.setFixedPitch(true);
+    courier.setPointSize(10);
+    txtLibRemarks->setFont(courier);
+
+    Command1 = new QPushButton(QStringLiteral("OK"), this);
+    Command1->setObjectName(QStringLiteral("Command1"));
+    Command1->setDefault(true);
+    Command1->setAutoDefault(true);
+    connect(Command1, &QPushButton::clicked, this, &QDialog::accept);
+
+    // 6600 x 4800 twips.
+    resize(TwipsToPixels(6600), TwipsToPixels(4800));
+    setMinimumSize(TwipsToPixels(2400), TwipsToPixels(1800));
+
+    // Form_Load
+    CenterForm(this);
+    txtLibRemarks->setPlainText(forms::TreeViews().LibRemarks());
+}
+
+void frmLibRemarks::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmLibRemarks::Form_Resize() {
+    // The text takes the inner area less 585 twips at the bottom; the button
+    // stands 840 twips above the window's bottom edge and 1365 in from its
+    // right edge, the window's frame included.
+    const QRect outer = frameGeometry();
+    const QRect inner = geometry();
+    const int insetX = inner.x() - outer.x();
+    const int insetY = inner.y() - outer.y();
+    txtLibRemarks->setGeometry(0, 0, width(), std::max(0, height() - TwipsToPixels(585)));
+    const int left = std::max(0, outer.width() - TwipsToPixels(1365) - insetX);
+    const int top = std::max(0, outer.height() - TwipsToPixels(840) - insetY);
+    Command1->setGeometry(left, top, TwipsToPixels(1215), TwipsToPixels(375));
+}

@@ -1,0 +1,410 @@
+#include "library/ui/tree_window.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QProgressBar>
+#include <QTreeView>
+#include <algorithm>
+
+#include "board/board_window.h"
+#include "library/ui/comments_moves.h"
+#include "library/ui/tree_item_model.h"
+#include "shell/dialogs.h"
+#include "shell/forms.h"
+#include "shell/main_frame.h"
+#include "shell/status_window.h"
+#include "shell/tree_views.h"
+
+using namespace vantrel;
+using vantrel::library::GamesListModel;
+using vantrel::library::NodeImage;
+using vantrel::library::TreeItemModel;
+
+namespace vantrel {
+
+TreeWindowPlan PlanTreeWindow(int windowWidth, int windowHeight) {
+    TreeWindowPlan plan;
+    plan.pictureWidth = std::max(0, windowWidth);
+    plan.listWidth = std::max(0, windowWidth - 1200);
+    plan.treeWidth = std::max(0, windowWidth - 120);
+    plan.treeHeight = std::max(0, windowHeight - 825);
+    return plan;
+}
+
+}  // namespace vantrel
+
+namespace {
+
+// The strip that carries "Go To Game:" is this high.
+constexpr int kStripHeightTwips = 420;
+
+}  // namespace
+
+// Drives the window through a load: the caption and the board when the
+// header is in, the bar every 101 records, the tree as it grows.
+class TreeWindowLoad : public library::LoadObserver {
+public:
+    explicit TreeWindowLoad(frmTreeView& form) : form_(form) {}
+
+    void OnHeader(const library::LibraryHeader& header) override {
+        form_.games_->Clear();
+        form_.setWindowTitle(FromLib(header.book));
+        frm_status& status = forms::Status();
+        SetAlwaysOnTop(&status, true);
+        forms::Board().ResetBoard();
+        forms::Board().DisplayBoard();
+    }
+
+    void OnProgress(double percent) override {
+        // Another load may have ended meanwhile and unloaded the shared
+        // window; a bar that is not up is not brought back.
+        if (forms::StatusLoaded()) {
+            const int value = static_cast<int>(std::clamp(percent, 0.0, 100.0));
+            forms::Status().Progbar->setValue(value);
+        }
+        form_.PublishLoaded();
+        DoEvents();
+    }
+
+private:
+    frmTreeView& form_;
+};
+
+frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("frmTreeView"));
+    setWindowTitle(QStringLiteral("Tree View"));
+    setWindowIcon(TreeItemModel::BoardIcon());
+
+    Picture1 = new QWidget(this);
+    Picture1->setObjectName(QStringLiteral("Picture1"));
+    Label1 = new QLabel(QStringLiteral("Go To Game:"), Picture1);
+    Label1->setObjectName(QStringLiteral("Label1"));
+    cboListGames = new QComboBox(Picture1);
+    cboListGames->setObjectName(QStringLiteral("cboListGames"));
+    cboListGames->setEditable(false);
+    cboListGames->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    cboListGames->setMinimumContentsLength(1);
+    cboListGames->setMaxVisibleItems(24);
+    Label1->setBuddy(cboListGames);
+
+    model_ = std::make_unique<TreeItemModel>(contents_.tree);
+    games_ = std::make_unique<GamesListModel>();
+    cboListGames->setModel(games_.get());
+    cboListGames->setCurrentIndex(-1);
+
+    tvTreeView = new QTreeView(this);
+    tvTreeView->setObjectName(QStringLiteral("tvTreeView"));
+    tvTreeView->setHeaderHidden(true);
+    tvTreeView->setUniformRowHeights(true);
+    tvTreeView->setSelectionMode(QAbstractItemView::SingleSelection);
+    tvTreeView->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    tvTreeView->setExpandsOnDoubleClick(true);
+    tvTreeView->setAnimated(false);
+    tvTreeView->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    tvTreeView->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    tvTreeView->header()->setStretchLastSection(false);
+    tvTreeView->setIconSize(QSize(16, 16));
+    tvTreeView->setModel(model_.get());
+    tvTreeView->installEventFilter(this);
+    tvTreeView->viewport()->installEventFilter(this);
+
+    connect(tvTreeView->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current, const QModelIndex&) { OnCurrentChanged(current); });
+    connect(tvTreeView, &QTreeView::clicked, this, [this](const QModelIndex& index) { OnClicked(index); });
+    connect(tvTreeView, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+        const int node = TreeItemModel::NodeOf(index);
+        if (contents_.tree.Exists(node)) contents_.tree.Node(node).Expanded = true;
+    });
+    connect(tvTreeView, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+        const int node = TreeItemModel::NodeOf(index);
+        if (contents_.tree.Exists(node)) contents_.tree.Node(node).Expanded = false;
+    });
+    connect(cboListGames, &QComboBox::activated, this, [this](int) { cboListGames_Click(); });
+
+    // 4800 x 6000 twips until the frame places the window.
+    resize(TwipsToPixels(4800), TwipsToPixels(6000));
+}
+
+frmTreeView::~frmTreeView() {
+    // The views go before the models they show.
+    delete tvTreeView;
+    tvTreeView = nullptr;
+    delete Picture1;
+    Picture1 = nullptr;
+    cboListGames = nullptr;
+    Label1 = nullptr;
+    if (cTreeView* register_ = forms::TreeViewsIfAny()) register_->Forget(this);
+}
+
+void frmTreeView::OpenLibrary(const QString& path) {
+    IsLoading = true;
+    QPointer<frmTreeView> self(this);
+    TreeWindowLoad watch(*this);
+    const library::LoadResult result =
+        library::LoadLibrary(QFile::encodeName(path).toStdString(), contents_, &watch);
+    if (!self) return;
+
+    if (result == library::LoadResult::NotValid) {
+        // The bar was never shown and the board never reset.
+        ui::MsgBox(QStringLiteral("Not a valid Vantrel library"));
+        IsLoading = false;
+        UnloadSelf();
+        return;
+    }
+    if (result == library::LoadResult::Problem) {
+        forms::UnloadStatus();
+        // All or nothing: the half-built tree goes before the message.
+        model_->Forget();
+        games_->Clear();
+        contents_ = library::LibraryContents{};
+        ui::MsgBox(QStringLiteral("Problem loading library ") + path);
+        IsLoading = false;
+        UnloadSelf();
+        return;
+    }
+
+    PublishLoaded();
+    forms::UnloadStatus();
+
+    // The first node, shown as by a click; the focus brings it up once more.
+    SelectNode(1);
+    tvTreeView_NodeClick(1);
+    FocusTree();
+
+    if (!library::IsBlank(contents_.header.LibRemarks)) {
+        if (MDIVantrel* frame = forms::MainFrame()) frame->mFLibRemarks_Click();
+    }
+    if (self) IsLoading = false;
+}
+
+void frmTreeView::PublishLoaded() {
+    model_->Publish();
+    const bool wasEmpty = games_->rowCount() == 0;
+    const int chosen = cboListGames->currentIndex();
+    const QVariant chosenNode = chosen >= 0 ? cboListGames->itemData(chosen) : QVariant();
+    games_->TakeFrom(contents_.games);
+    // The list keeps the user's choice across the growth of a load, and
+    // otherwise stays empty until a game is chosen.
+    QSignalBlocker block(cboListGames);
+    int restore = -1;
+    if (!wasEmpty && chosenNode.isValid()) restore = cboListGames->findData(chosenNode);
+    cboListGames->setCurrentIndex(restore);
+}
+
+QString frmTreeView::LibRemarks() const { return FromLib(contents_.header.LibRemarks); }
+
+QString frmTreeView::Caption() const { return windowTitle(); }
+
+QMdiSubWindow* frmTreeView::SubWindow() const { return qobject_cast<QMdiSubWindow*>(parentWidget()); }
+
+// --- Navigation -----------------------------------------------------------
+
+void frmTreeView::tvTreeView_NodeClick(int node) {
+    const library::TreeNode& n = contents_.tree.Node(node);
+    CurrentNode = static_cast<int16_t>(node);
+    EnsureVisible(node);
+    frmBoard& board = forms::Board();
+    board.SetBoard(n.Tag);
+    m_CurrentBoard = n.Tag;
+    board.DisplayBoard();
+    forms::Moves().SetMovelist(contents_.tree.FullPath(node));
+    const std::string comment =
+        static_cast<size_t>(node) < contents_.NodeComments.size() ? contents_.NodeComments[node] : std::string();
+    forms::Comments().SetText(library::IsBlank(comment) ? QString::fromLatin1(library::kNoComments)
+                                                        : FromLib(comment));
+}
+
+void frmTreeView::tvTreeView_GotFocus() {
+    forms::TreeViews().SetAsActive(this);
+    // From here on a failure ends the routine quietly, as on a tree that is
+    // still empty.
+    try {
+        tvTreeView_NodeClick(GetSelectedIndex());
+    } catch (const std::exception&) {
+    }
+}
+
+void frmTreeView::tvTreeView_MouseDown(int button, const QPoint& globalPos) {
+    if (button != 2) return;
+    if (MDIVantrel* frame = forms::MainFrame()) frame->m_tree->popup(globalPos);
+}
+
+void frmTreeView::cboListGames_Click() {
+    const int listIndex = cboListGames->currentIndex();
+    if (listIndex < 0) return;
+    const int node = cboListGames->itemData(listIndex, GamesListModel::NodeNumberRole).toInt();
+    if (!contents_.tree.Exists(node)) return;
+    SelectNode(node);
+    tvTreeView_NodeClick(node);
+    FocusTree();
+}
+
+void frmTreeView::ExpandTree(bool bExpanded) {
+    const int count = contents_.tree.Count();
+    for (int i = 1; i <= count; ++i) contents_.tree.Node(i).Expanded = bExpanded;
+    QSignalBlocker block(tvTreeView);
+    if (bExpanded)
+        tvTreeView->expandAll();
+    else
+        tvTreeView->collapseAll();
+}
+
+void frmTreeView::ExpandNode() {
+    const int n = GetSelectedIndex();
+    const int c = contents_.tree.Count();
+    // On the last node the command has no effect, not even on that node.
+    if (n >= c) return;
+    SetExpanded(n, true);
+    for (int i = n + 1; i <= c; ++i) {
+        if (contents_.tree.Node(i).Image != NodeImage::Pawn) break;
+        SetExpanded(i, true);
+    }
+}
+
+int frmTreeView::GetSelectedIndex() const {
+    const int selected = contents_.tree.Selected();
+    return selected == 0 ? 1 : selected;
+}
+
+void frmTreeView::SelectNode(int node) {
+    if (!contents_.tree.Exists(node)) return;
+    contents_.tree.Select(node);
+    const QModelIndex index = model_->IndexOf(node);
+    if (!index.isValid()) return;
+    syncingSelection_ = true;
+    tvTreeView->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    syncingSelection_ = false;
+}
+
+void frmTreeView::FocusTree() { tvTreeView->setFocus(Qt::OtherFocusReason); }
+
+void frmTreeView::EnsureVisible(int node) {
+    // Open the ancestors, top down, then bring the node into view.
+    std::vector<int> ancestors;
+    for (int p = contents_.tree.Node(node).parent; p != 0; p = contents_.tree.Node(p).parent) ancestors.push_back(p);
+    for (auto it = ancestors.rbegin(); it != ancestors.rend(); ++it) SetExpanded(*it, true);
+    const QModelIndex index = model_->IndexOf(node);
+    if (index.isValid()) tvTreeView->scrollTo(index, QAbstractItemView::EnsureVisible);
+}
+
+void frmTreeView::SetExpanded(int node, bool bExpanded) {
+    contents_.tree.Node(node).Expanded = bExpanded;
+    const QModelIndex index = model_->IndexOf(node);
+    if (index.isValid() && tvTreeView->isExpanded(index) != bExpanded) tvTreeView->setExpanded(index, bExpanded);
+}
+
+void frmTreeView::OnCurrentChanged(const QModelIndex& current) {
+    if (syncingSelection_) return;
+    const int node = TreeItemModel::NodeOf(current);
+    if (!contents_.tree.Exists(node)) return;
+    // A click or a key that moves the selection shows the node.
+    contents_.tree.Select(node);
+    clickHandled_ = QGuiApplication::mouseButtons() != Qt::NoButton;
+    tvTreeView_NodeClick(node);
+}
+
+void frmTreeView::OnClicked(const QModelIndex& index) {
+    if (clickHandled_) {
+        clickHandled_ = false;
+        return;
+    }
+    const int node = TreeItemModel::NodeOf(index);
+    if (!contents_.tree.Exists(node)) return;
+    contents_.tree.Select(node);
+    tvTreeView_NodeClick(node);
+}
+
+// --- Size and the way out -------------------------------------------------
+
+void frmTreeView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmTreeView::Form_Resize() {
+    QWidget* outer = forms::OuterWindow(this);
+    if (outer->isMinimized()) return;
+    if (QMdiSubWindow* sub = SubWindow(); sub && sub->isMaximized()) {
+        // A library window is never maximized: it takes the inner area as
+        // a normal window instead, keeping its Left.
+        const int left = sub->x();
+        sub->showNormal();
+        if (QMdiArea* area = sub->mdiArea()) {
+            const QSize inner = area->viewport()->size();
+            sub->setGeometry(left, 0, inner.width(), inner.height());
+        }
+        return;
+    }
+    const TreeWindowPlan plan = PlanTreeWindow(PixelsToTwips(outer->width()), PixelsToTwips(outer->height()));
+    // The controls keep inside the window's own area, whatever its frame.
+    const int innerW = width();
+    const int innerH = height();
+    const int stripH = TwipsToPixels(kStripHeightTwips);
+    Picture1->setGeometry(0, 0, std::min(innerW, TwipsToPixels(plan.pictureWidth)), stripH);
+    const int labelW = Label1->sizeHint().width();
+    Label1->setGeometry(6, 0, labelW, stripH);
+    const int listX = 6 + labelW + 6;
+    const int listW = std::max(0, std::min(TwipsToPixels(plan.listWidth), innerW - listX - 6));
+    const int listH = cboListGames->sizeHint().height();
+    cboListGames->setGeometry(listX, std::max(0, (stripH - listH) / 2), listW, listH);
+    const int treeW = std::min(TwipsToPixels(plan.treeWidth), innerW);
+    const int treeH = std::max(0, std::min(TwipsToPixels(plan.treeHeight), innerH - stripH));
+    tvTreeView->setGeometry(0, stripH, treeW, treeH);
+}
+
+void frmTreeView::closeEvent(QCloseEvent* event) {
+    if (!Form_Unload()) {
+        event->ignore();
+        return;
+    }
+    // A window outside the frame goes by itself; a sub-window takes its
+    // window with it.
+    if (!SubWindow()) setAttribute(Qt::WA_DeleteOnClose);
+    event->accept();
+}
+
+bool frmTreeView::Form_Unload() {
+    if (IsLoading) return false;
+    if (unloading_) return true;
+    if (AppClosing) return true;  // the program goes: no clean-up at all
+    unloading_ = true;
+    frm_status& status = forms::Status();
+    status.move(forms::OuterWindow(&forms::Board())->mapToGlobal(QPoint(0, 0)).x(), status.y());
+    status.show();
+    status.Progbar->hide();
+    status.lblMessage->setText(QStringLiteral("Please wait while Vantrel unloads this library..."));
+    SetAlwaysOnTop(&status, true);
+    DoEvents();
+    forms::TreeViews().Remove(this);
+    forms::UnloadStatus();
+    return true;
+}
+
+void frmTreeView::UnloadSelf() {
+    QWidget* outer = forms::OuterWindow(this);
+    outer->close();
+}
+
+bool frmTreeView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == tvTreeView && event->type() == QEvent::FocusIn) {
+        tvTreeView_GotFocus();
+    } else if (watched == tvTreeView->viewport() && event->type() == QEvent::MouseButtonPress) {
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        if (mouse->button() == Qt::RightButton) {
+            // The pop-up selects nothing.
+            tvTreeView_MouseDown(2, mouse->globalPosition().toPoint());
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}

@@ -1,0 +1,154 @@
+#include "shell/forms.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QScreen>
+#include <QWidget>
+#include <memory>
+
+#include "board/board_window.h"
+#include "library/text_codec.h"
+#include "library/ui/comments_moves.h"
+#include "shell/dialogs.h"
+#include "shell/main_frame.h"
+#include "shell/status_window.h"
+#include "shell/tree_views.h"
+
+namespace vantrel {
+namespace {
+
+QString& programDirOverride() {
+    static QString dir;
+    return dir;
+}
+
+}  // namespace
+
+QString ProgramTitle() { return QStringLiteral("Vantrel"); }
+
+QString ProgramDir() {
+    if (!programDirOverride().isEmpty()) return programDirOverride();
+    return QCoreApplication::applicationDirPath();
+}
+
+void SetProgramDir(const QString& dir) { programDirOverride() = dir; }
+
+QString FromLib(const std::string& cp1252) {
+    return QString::fromStdString(text::Cp1252ToUtf8(cp1252));
+}
+
+std::string ToLib(const QString& text) { return text::Utf8ToCp1252(text.toStdString()); }
+
+void CenterForm(QWidget* form) {
+    if (!form) return;
+    QScreen* screen = form->screen() ? form->screen() : QGuiApplication::primaryScreen();
+    if (!screen) return;
+    const QRect area = screen->geometry();
+    // The window's outer size, halves cut to whole twips.
+    const QRect frame = form->frameGeometry();
+    const int screenW = PixelsToTwips(area.width());
+    const int screenH = PixelsToTwips(area.height());
+    const int formW = PixelsToTwips(frame.width());
+    const int formH = PixelsToTwips(frame.height());
+    const int left = screenW / 2 - formW / 2;
+    const int top = screenH / 2 - formH / 2;
+    form->move(area.left() + TwipsToPixels(left), area.top() + TwipsToPixels(top));
+}
+
+void ShowError(const QString& description, int number) {
+    ui::MsgBox(QStringLiteral("The following Error occurred:") + "\n\n" + description + "\n" + "Number: " +
+                   QString::number(number),
+               ui::Buttons::Ok, ui::Icon::Exclamation);
+}
+
+bool SetAlwaysOnTop(QWidget* form, bool bOnTop) {
+    if (!form) return false;
+    const bool wasOnTop = form->windowFlags().testFlag(Qt::WindowStaysOnTopHint);
+    if (wasOnTop != bOnTop) form->setWindowFlag(Qt::WindowStaysOnTopHint, bOnTop);
+    form->show();
+    return true;
+}
+
+void DoEvents() { QCoreApplication::processEvents(); }
+
+}  // namespace vantrel
+
+namespace vantrel::forms {
+namespace {
+
+QPointer<MDIVantrel>& mainFrame() {
+    static QPointer<MDIVantrel> frame;
+    return frame;
+}
+QPointer<frmBoard>& board() {
+    static QPointer<frmBoard> form;
+    return form;
+}
+QPointer<frmComments>& comments() {
+    static QPointer<frmComments> form;
+    return form;
+}
+QPointer<frmMoves>& moves() {
+    static QPointer<frmMoves> form;
+    return form;
+}
+QPointer<frm_status>& status() {
+    static QPointer<frm_status> form;
+    return form;
+}
+std::unique_ptr<cTreeView>& treeViews() {
+    static std::unique_ptr<cTreeView> register_;
+    return register_;
+}
+
+}  // namespace
+
+MDIVantrel* MainFrame() { return mainFrame().data(); }
+
+void SetMainFrame(MDIVantrel* frame) { mainFrame() = frame; }
+
+frmBoard& Board() {
+    if (!board()) board() = new frmBoard();
+    return *board();
+}
+
+frmComments& Comments() {
+    if (!comments()) comments() = new frmComments();
+    return *comments();
+}
+
+frmMoves& Moves() {
+    if (!moves()) moves() = new frmMoves();
+    return *moves();
+}
+
+cTreeView& TreeViews() {
+    if (!treeViews()) treeViews() = std::make_unique<cTreeView>();
+    return *treeViews();
+}
+
+cTreeView* TreeViewsIfAny() { return treeViews().get(); }
+
+void ResetTreeViews() { treeViews().reset(); }
+
+frm_status& Status() {
+    if (!status()) status() = new frm_status();
+    return *status();
+}
+
+void UnloadStatus() {
+    if (status()) delete status().data();
+    status() = nullptr;
+}
+
+bool StatusLoaded() { return !status().isNull(); }
+
+QWidget* OuterWindow(QWidget* form) {
+    if (!form) return nullptr;
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(form->parentWidget())) return sub;
+    return form;
+}
+
+}  // namespace vantrel::forms

@@ -1,0 +1,561 @@
+#include "shell/main_frame.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QProgressBar>
+#include <QSettings>
+#include <algorithm>
+
+#include "board/board_window.h"
+#include "import/ui/import_wizard.h"
+#include "library/ui/comments_moves.h"
+#include "library/ui/remarks_window.h"
+#include "library/ui/tree_item_model.h"
+#include "library/ui/tree_window.h"
+#include "print/ui/print_setup.h"
+#include "shell/about_window.h"
+#include "shell/dialogs.h"
+#include "shell/forms.h"
+#include "shell/help_window.h"
+#include "shell/status_window.h"
+#include "shell/tree_views.h"
+
+namespace vantrel {
+
+// --- The plan of the inner area --------------------------------------------
+
+CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight) {
+    CommentMovesPlan plan;
+    const int room = innerHeight - boardHeight;
+    if (room > 2400) {
+        plan.height = room / 2;
+        plan.movesTop = plan.height;
+        plan.stacked = false;
+    } else {
+        plan.height = std::max(0, room);
+        plan.movesTop = 0;
+        plan.stacked = true;
+    }
+    return plan;
+}
+
+Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight) {
+    return Placement{innerWidth - boardWidth, innerHeight - boardHeight, boardWidth, boardHeight};
+}
+
+QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered) {
+    QList<Placement> plan;
+    if (count <= 0) return plan;
+    const int height = std::max(0, layered ? innerHeight : innerHeight / count);
+    const int width = std::max(0, innerWidth - columnWidth);
+    int top = 0;
+    for (int i = 0; i < count; ++i) {
+        plan.append(Placement{0, top, width, height});
+        if (!layered) top += height;
+    }
+    return plan;
+}
+
+// --- The settings store ------------------------------------------------------
+
+namespace {
+
+// The store lives where the platform keeps the program's settings; tests
+// point the default format's path elsewhere.
+QSettings OpenStore() {
+    const QString org = QCoreApplication::organizationName().isEmpty() ? QStringLiteral("Vantrel")
+                                                                      : QCoreApplication::organizationName();
+    const QString app = QCoreApplication::applicationName().isEmpty() ? QStringLiteral("Vantrel")
+                                                                     : QCoreApplication::applicationName();
+    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, org, app);
+}
+
+QString Key(const QString& section, const QString& name) { return section + QLatin1Char('/') + name; }
+
+}  // namespace
+
+QString GetSettingText(const QString& section, const QString& name) {
+    QSettings store = OpenStore();
+    const QVariant value = store.value(Key(section, name));
+    if (!value.isValid() || value.typeId() != QMetaType::QString) return QString();
+    QString text = value.toString();
+    const qsizetype nul = text.indexOf(QChar(0));
+    if (nul >= 0) text.truncate(nul);
+    return text;
+}
+
+int GetSettingNumber(const QString& section, const QString& name) {
+    QSettings store = OpenStore();
+    const QVariant value = store.value(Key(section, name));
+    if (!value.isValid()) return 0;
+    bool ok = false;
+    const qlonglong number = value.toLongLong(&ok);
+    // Only a 32-bit value is a number of the store.
+    if (!ok || number < INT32_MIN || number > INT32_MAX) return 0;
+    return static_cast<int>(number);
+}
+
+void SaveSettingText(const QString& section, const QString& name, const QString& text) {
+    QSettings store = OpenStore();
+    store.setValue(Key(section, name), text);
+}
+
+void SaveSettingNumber(const QString& section, const QString& name, int number) {
+    QSettings store = OpenStore();
+    store.setValue(Key(section, name), number);
+}
+
+QString JoinCommandLine(const QStringList& arguments) { return arguments.join(QLatin1Char(' ')); }
+
+}  // namespace vantrel
+
+using namespace vantrel;
+
+namespace {
+
+constexpr const char* kForms = "Forms";
+const QString kFormName = QStringLiteral("MDIVantrel");
+
+
+void SetGeometryTwips(QWidget* w, int left, int top, int width, int height) {
+    w->setGeometry(TwipsToPixels(left), TwipsToPixels(top), std::max(1, TwipsToPixels(width)),
+                   std::max(1, TwipsToPixels(height)));
+}
+
+}  // namespace
+
+MDIVantrel::MDIVantrel(QWidget* parent) : QMainWindow(parent) {
+    setObjectName(kFormName);
+    setWindowTitle(QStringLiteral("Vantrel "));
+    setWindowIcon(library::TreeItemModel::BoardIcon());
+
+    // A new frame is a new run.
+    AppClosing = false;
+    bReverseSides = false;
+    CommentsMovesStacked = false;
+    forms::ResetTreeViews();
+    forms::SetMainFrame(this);
+
+    mdiArea_ = new QMdiArea(this);
+    mdiArea_->setObjectName(QStringLiteral("MDIClient"));
+    mdiArea_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    mdiArea_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    mdiArea_->setBackground(QColor(0x8A, 0x93, 0xA3));
+    setCentralWidget(mdiArea_);
+    mdiArea_->viewport()->installEventFilter(this);
+
+    BuildMenus();
+
+    // The shared windows live in the frame from the start, not yet shown.
+    AdoptSharedWindow(&forms::Comments());
+    AdoptSharedWindow(&forms::Moves());
+    AdoptSharedWindow(&forms::Board());
+
+    // The design size: 12000 x 9000 twips.
+    resize(TwipsToPixels(12000), TwipsToPixels(9000));
+}
+
+MDIVantrel::~MDIVantrel() {
+    // The register of libraries goes with the frame; the windows it names
+    // are children of the frame and go with it too.
+    mdiArea_->viewport()->removeEventFilter(this);
+    forms::ResetTreeViews();
+    forms::UnloadStatus();
+    if (forms::MainFrame() == this) forms::SetMainFrame(nullptr);
+}
+
+void MDIVantrel::AdoptSharedWindow(QWidget* form) {
+    QMdiSubWindow* sub = AddChild(form);
+    // The shared windows are never deleted by a close of their own.
+    sub->setAttribute(Qt::WA_DeleteOnClose, false);
+    sub->setWindowFlags(Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                        Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+    sub->adjustSize();
+    form->installEventFilter(this);
+    sub->hide();
+}
+
+QMdiSubWindow* MDIVantrel::AddChild(QWidget* form) {
+    QMdiSubWindow* sub = mdiArea_->addSubWindow(form);
+    sub->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
+    return sub;
+}
+
+int MDIVantrel::ScaleWidth() const { return PixelsToTwips(mdiArea_->viewport()->width()); }
+int MDIVantrel::ScaleHeight() const { return PixelsToTwips(mdiArea_->viewport()->height()); }
+
+// --- Menus -----------------------------------------------------------------
+
+void MDIVantrel::BuildMenus() {
+    QMenuBar* bar = menuBar();
+    auto item = [this](QMenu* menu, const char* name, const QString& caption, void (MDIVantrel::*slot)(),
+                       const QKeySequence& key = QKeySequence()) {
+        QAction* action = menu->addAction(caption);
+        action->setObjectName(QString::fromLatin1(name));
+        if (!key.isEmpty()) action->setShortcut(key);
+        connect(action, &QAction::triggered, this, [this, slot] { (this->*slot)(); });
+        return action;
+    };
+    auto separator = [](QMenu* menu, const char* name) {
+        QAction* action = menu->addSeparator();
+        action->setObjectName(QString::fromLatin1(name));
+        return action;
+    };
+
+    m_file = bar->addMenu(QStringLiteral("&File"));
+    m_file->setObjectName(QStringLiteral("m_file"));
+    m_open = item(m_file, "m_open", QStringLiteral("&Open"), &MDIVantrel::m_open_Click, QKeySequence(Qt::CTRL | Qt::Key_O));
+    m_import = item(m_file, "m_import", QStringLiteral("&Import"), &MDIVantrel::m_import_Click);
+    mFLibRemarks = item(m_file, "mFLibRemarks", QStringLiteral("Library &Remarks"), &MDIVantrel::mFLibRemarks_Click);
+    m_sep1 = separator(m_file, "m_sep1");
+    mFPrintSetup = item(m_file, "mFPrintSetup", QStringLiteral("Print Set&up"), &MDIVantrel::mFPrintSetup_Click);
+    msep2 = separator(m_file, "msep2");
+    m_exit = item(m_file, "m_exit", QStringLiteral("E&xit"), &MDIVantrel::m_exit_Click, QKeySequence(Qt::CTRL | Qt::Key_X));
+
+    m_tree = bar->addMenu(QStringLiteral("&Tree"));
+    m_tree->setObjectName(QStringLiteral("m_tree"));
+    mTSearch = item(m_tree, "mTSearch", QStringLiteral("&Find"), &MDIVantrel::mTSearch_Click, QKeySequence(Qt::CTRL | Qt::Key_F));
+    mTFindNext = item(m_tree, "mTFindNext", QStringLiteral("Find &Next"), &MDIVantrel::mTFindNext_Click,
+                      QKeySequence(Qt::CTRL | Qt::Key_N));
+    mTsep = separator(m_tree, "mTsep");
+    m_expand_tree = item(m_tree, "m_expand_tree", QStringLiteral("E&xpand All"), &MDIVantrel::m_expand_tree_Click);
+    m_collapse_tree = item(m_tree, "m_collapse_tree", QStringLiteral("&Collapse All"), &MDIVantrel::m_collapse_tree_Click);
+    mTExpandGame = item(m_tree, "mTExpandGame", QStringLiteral("Expand to Next &Game"), &MDIVantrel::mTExpandGame_Click);
+
+    m_board = bar->addMenu(QStringLiteral("&Board"));
+    m_board->setObjectName(QStringLiteral("m_board"));
+    m_reverse_sides = item(m_board, "m_reverse_sides", QStringLiteral("&Reverse Sides"), &MDIVantrel::m_reverse_sides_Click);
+    m_reverse_sides->setCheckable(true);
+    m_reset_board = item(m_board, "m_reset_board", QStringLiteral("Re&set"), &MDIVantrel::m_reset_board_Click);
+    m_tsep = separator(m_board, "m_tsep");
+    mBPrintMoveList = item(m_board, "mBPrintMoveList", QStringLiteral("&Print Moves List"), &MDIVantrel::mBPrintMoveList_Click,
+                           QKeySequence(Qt::CTRL | Qt::Key_P));
+
+    mWindow = bar->addMenu(QStringLiteral("&Window"));
+    mWindow->setObjectName(QStringLiteral("mWindow"));
+    mWArrangeWindows = item(mWindow, "mWArrangeWindows", QStringLiteral("&Arrange Windows"), &MDIVantrel::mWArrangeWindows_Click);
+    mWLayerWindows = item(mWindow, "mWLayerWindows", QStringLiteral("&Layer Windows"), &MDIVantrel::mWLayerWindows_Click);
+    mWRememberPositions = item(mWindow, "mWRememberPositions", QStringLiteral("&Remember Vantrel Position"),
+                               &MDIVantrel::mWRememberPositions_Click);
+    mWRememberPositions->setCheckable(true);
+    mWShowBoard = item(mWindow, "mWShowBoard", QStringLiteral("Show &Board"), &MDIVantrel::mWShowBoard_Click);
+    mWShowComments = item(mWindow, "mWShowComments", QStringLiteral("Show Commen&ts"), &MDIVantrel::mWShowComments_Click);
+    mWShowMoves = item(mWindow, "mWShowMoves", QStringLiteral("Show &Moves List"), &MDIVantrel::mWShowMoves_Click);
+    mWShowBoard->setVisible(false);
+    mWShowComments->setVisible(false);
+    mWShowMoves->setVisible(false);
+    // The open child windows follow, as the platform lists them.
+    windowListSeparator_ = mWindow->addSeparator();
+    connect(mWindow, &QMenu::aboutToShow, this, &MDIVantrel::RefreshWindowList);
+
+    m_help = bar->addMenu(QStringLiteral("&Help"));
+    m_help->setObjectName(QStringLiteral("m_help"));
+    m_help_contents = item(m_help, "m_help_contents", QStringLiteral("&Contents"), &MDIVantrel::m_help_contents_Click);
+    m_search_help = item(m_help, "m_search_help", QStringLiteral("&Search For Help On..."), &MDIVantrel::m_search_help_Click);
+    m_hsep = separator(m_help, "m_hsep");
+    m_about = item(m_help, "m_about", QStringLiteral("&About Vantrel"), &MDIVantrel::m_about_Click);
+
+    // Pop-up menus only: never in the menu bar.
+    MovesPopUpMenu = new QMenu(QStringLiteral("MovesPopUpMenu"), this);
+    MovesPopUpMenu->setObjectName(QStringLiteral("MovesPopUpMenu"));
+    MovesPopUpMenu->menuAction()->setVisible(false);
+    mMPUShowComments = item(MovesPopUpMenu, "mMPUShowComments", QStringLiteral("Show Comments"), &MDIVantrel::ShowCommentWindow);
+    mCommentsPopUpMenu = new QMenu(QStringLiteral("CommentsPopUpMenu"), this);
+    mCommentsPopUpMenu->setObjectName(QStringLiteral("mCommentsPopUpMenu"));
+    mCommentsPopUpMenu->menuAction()->setVisible(false);
+    mCPUMShowMoves = item(mCommentsPopUpMenu, "mCPUMShowMoves", QStringLiteral("Show Moves"), &MDIVantrel::ShowMovesWindow);
+}
+
+void MDIVantrel::RefreshWindowList() {
+    for (QAction* action : windowListActions_) {
+        mWindow->removeAction(action);
+        action->deleteLater();
+    }
+    windowListActions_.clear();
+    int number = 0;
+    QMdiSubWindow* active = mdiArea_->activeSubWindow();
+    for (QMdiSubWindow* sub : mdiArea_->subWindowList(QMdiArea::CreationOrder)) {
+        if (!sub->isVisible()) continue;
+        ++number;
+        const QString title = sub->windowTitle();
+        QString caption = number < 10 ? QStringLiteral("&%1 %2").arg(number).arg(title)
+                                      : QStringLiteral("%1 %2").arg(number).arg(title);
+        auto* action = new QAction(caption, mWindow);
+        action->setCheckable(true);
+        action->setChecked(sub == active);
+        QPointer<QMdiSubWindow> target(sub);
+        connect(action, &QAction::triggered, this, [this, target] {
+            if (target) mdiArea_->setActiveSubWindow(target);
+        });
+        mWindow->addAction(action);
+        windowListActions_.append(action);
+    }
+    windowListSeparator_->setVisible(!windowListActions_.isEmpty());
+}
+
+// --- Start and end ------------------------------------------------------------
+
+void MDIVantrel::MDIForm_Load(const QString& commandLine) {
+    commandLine_ = commandLine;
+    Initialize();
+    show();
+    ShowBoard();
+    ShowCommentMovesWindow();
+    m_reset_board_Click();
+    // One path is all the command line can hold; it goes on as it came.
+    QString withoutBlanks = commandLine_;
+    withoutBlanks.remove(QLatin1Char(' '));
+    if (!withoutBlanks.isEmpty()) forms::TreeViews().OpenLib(commandLine_);
+}
+
+void MDIVantrel::Initialize() {
+    SmartForms = GetSettingText(QString::fromLatin1(kForms), QStringLiteral("SmartForms")) == QStringLiteral("T");
+    mWRememberPositions->setChecked(SmartForms);
+    if (!SmartForms) return;
+    const auto number = [](const QString& suffix) {
+        return static_cast<int16_t>(GetSettingNumber(QString::fromLatin1(kForms), kFormName + suffix));
+    };
+    const int16_t state = number(QStringLiteral("WinState"));
+    if (state == 1) {
+        setWindowState(Qt::WindowMinimized);
+        return;
+    }
+    if (state == 2) {
+        setWindowState(Qt::WindowMaximized);
+        return;
+    }
+    if (state != 0) return;
+    const int left = number(QStringLiteral("Left"));
+    const int top = number(QStringLiteral("Top"));
+    const int width = number(QStringLiteral("Width"));
+    const int height = number(QStringLiteral("Height"));
+    setWindowState(Qt::WindowNoState);
+    move(TwipsToPixels(left), TwipsToPixels(top));
+    resize(std::max(1, TwipsToPixels(width)), std::max(1, TwipsToPixels(height)));
+}
+
+void MDIVantrel::SavePosition() {
+    if (!SmartForms) return;
+    const QString section = QString::fromLatin1(kForms);
+    SaveSettingText(section, QStringLiteral("SmartForms"), QStringLiteral("T"));
+    const int state = isMinimized() ? 1 : isMaximized() ? 2 : 0;
+    SaveSettingNumber(section, kFormName + QStringLiteral("WinState"), state);
+    SaveSettingNumber(section, kFormName + QStringLiteral("Left"), PixelsToTwips(x()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Top"), PixelsToTwips(y()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Width"), PixelsToTwips(width()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Height"), PixelsToTwips(height()));
+}
+
+void MDIVantrel::closeEvent(QCloseEvent* event) {
+    if (!MDIForm_QueryUnload()) {
+        event->ignore();
+        return;
+    }
+    MDIForm_Unload();
+    event->accept();
+}
+
+bool MDIVantrel::MDIForm_QueryUnload() {
+    frm_status& status = forms::Status();
+    status.show();
+    status.Progbar->hide();
+    status.lblMessage->setText(QStringLiteral("Please wait while Vantrel unloads..."));
+    DoEvents();
+    AppClosing = true;
+
+    // The library windows go first; one that is still loading refuses, and
+    // then the close is called off as a whole.
+    bool refused = false;
+    if (cTreeView* register_ = forms::TreeViewsIfAny()) {
+        const QList<frmTreeView*> libraries = register_->All();
+        for (frmTreeView* form : libraries) {
+            if (!forms::OuterWindow(form)->close()) refused = true;
+        }
+    }
+    if (refused) {
+        AppClosing = false;
+        forms::UnloadStatus();
+        return false;
+    }
+    // The shared windows let themselves go when the program ends.
+    for (QWidget* form : {static_cast<QWidget*>(&forms::Board()), static_cast<QWidget*>(&forms::Comments()),
+                          static_cast<QWidget*>(&forms::Moves())}) {
+        forms::OuterWindow(form)->close();
+    }
+    return true;
+}
+
+void MDIVantrel::MDIForm_Unload() {
+    SavePosition();
+    forms::UnloadStatus();
+}
+
+bool MDIVantrel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == mdiArea_->viewport() && event->type() == QEvent::Resize) {
+        // MDIForm_Resize: the board keeps to the bottom right corner.
+        if (isVisible()) ShowBoard();
+    } else if (event->type() == QEvent::Hide) {
+        // A shared window that hides itself takes its sub-window along.
+        auto* form = qobject_cast<QWidget*>(watched);
+        if (form && form->isHidden()) {
+            QWidget* outer = forms::OuterWindow(form);
+            if (outer != form) outer->hide();
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+// --- The plan ------------------------------------------------------------------
+
+void MDIVantrel::ShowBoard() {
+    if (isMinimized()) return;
+    frmBoard& board = forms::Board();
+    QWidget* outer = forms::OuterWindow(&board);
+    if (outer->isMinimized()) outer->showNormal();
+    const Placement p = PlanBoard(ScaleWidth(), ScaleHeight(), PixelsToTwips(outer->width()),
+                                  PixelsToTwips(outer->height()));
+    outer->move(TwipsToPixels(p.left), TwipsToPixels(p.top));
+    board.show();
+    outer->show();
+}
+
+void MDIVantrel::ShowCommentMovesWindow() {
+    if (isMinimized()) return;
+    QWidget* comments = forms::OuterWindow(&forms::Comments());
+    QWidget* moves = forms::OuterWindow(&forms::Moves());
+    if (comments->isMinimized()) comments->showNormal();
+    if (moves->isMinimized()) moves->showNormal();
+    QWidget* board = forms::OuterWindow(&forms::Board());
+    const int boardW = PixelsToTwips(board->width());
+    const int boardH = PixelsToTwips(board->height());
+    const CommentMovesPlan plan = PlanCommentsMoves(ScaleHeight(), boardH);
+    CommentsMovesStacked = plan.stacked;
+    const int left = ScaleWidth() - boardW;
+    SetGeometryTwips(comments, left, 0, boardW, plan.height);
+    SetGeometryTwips(moves, left, plan.movesTop, boardW, plan.height);
+    forms::Comments().show();
+    comments->show();
+    comments->raise();
+    forms::Moves().show();
+    moves->show();
+    moves->raise();
+}
+
+void MDIVantrel::ShowCommentWindow() {
+    if (isMinimized()) return;
+    forms::Comments().show();
+    QWidget* outer = forms::OuterWindow(&forms::Comments());
+    outer->show();
+    outer->raise();
+}
+
+void MDIVantrel::ShowMovesWindow() {
+    if (isMinimized()) return;
+    forms::Moves().show();
+    QWidget* outer = forms::OuterWindow(&forms::Moves());
+    outer->show();
+    outer->raise();
+}
+
+// --- Commands ------------------------------------------------------------------
+
+QString MDIVantrel::BrowseLibrary() {
+    // "Vantrel Libraries(*.vnb) | *.vnb", in the dialog's own form.
+    return ui::GetOpenFileName(this, QStringLiteral("Browse File"), ProgramDir(),
+                               QStringLiteral("Vantrel Libraries (*.vnb)"));
+}
+
+void MDIVantrel::m_open_Click() {
+    const QString path = BrowseLibrary();
+    QString withoutBlanks = path;
+    withoutBlanks.remove(QLatin1Char(' '));
+    if (!withoutBlanks.isEmpty()) forms::TreeViews().OpenLib(path);
+}
+
+void MDIVantrel::m_import_Click() {
+    NewLibraryPath.clear();
+    ImportCancelled = 0;
+    {
+        frmImportWizard wizard(this);
+        ui::ExecModal(wizard);
+    }
+    if (ImportCancelled == 0) forms::TreeViews().OpenLib(NewLibraryPath);
+}
+
+void MDIVantrel::mFLibRemarks_Click() {
+    frmLibRemarks remarks(this);
+    ui::ExecModal(remarks);
+}
+
+void MDIVantrel::mFPrintSetup_Click() { ShowPrintSetup(this); }
+
+void MDIVantrel::m_exit_Click() { close(); }
+
+void MDIVantrel::mTSearch_Click() { forms::TreeViews().Find(); }
+void MDIVantrel::mTFindNext_Click() { forms::TreeViews().FindNext(); }
+void MDIVantrel::m_expand_tree_Click() { forms::TreeViews().ExpandAll(); }
+void MDIVantrel::m_collapse_tree_Click() { forms::TreeViews().CollapseAll(); }
+void MDIVantrel::mTExpandGame_Click() { forms::TreeViews().ExpandNode(); }
+
+void MDIVantrel::m_reverse_sides_Click() {
+    bReverseSides = !bReverseSides;
+    m_reverse_sides->setChecked(bReverseSides);
+    forms::Board().SetLabels();
+    forms::Board().DisplayBoard();
+}
+
+void MDIVantrel::m_reset_board_Click() {
+    forms::Board().ResetBoard();
+    forms::Board().DisplayBoard();
+}
+
+void MDIVantrel::mBPrintMoveList_Click() { forms::TreeViews().PrintMoveList(); }
+
+void MDIVantrel::mWArrangeWindows_Click() {
+    ShowBoard();
+    ShowCommentMovesWindow();
+    forms::TreeViews().ArrangeWindows();
+}
+
+void MDIVantrel::mWLayerWindows_Click() {
+    ShowBoard();
+    ShowCommentMovesWindow();
+    forms::TreeViews().LayerWindows();
+}
+
+void MDIVantrel::mWRememberPositions_Click() {
+    // The action has turned its check mark already.
+    SmartForms = mWRememberPositions->isChecked();
+}
+
+void MDIVantrel::mWShowBoard_Click() {
+    ShowBoard();
+    forms::OuterWindow(&forms::Board())->raise();
+    mWShowBoard->setVisible(false);
+}
+
+void MDIVantrel::mWShowComments_Click() {
+    ShowCommentWindow();
+    mWShowComments->setVisible(false);
+}
+
+void MDIVantrel::mWShowMoves_Click() {
+    ShowMovesWindow();
+    mWShowMoves->setVisible(false);
+}
+
+void MDIVantrel::m_help_contents_Click() { ShowHelpContents(); }
+void MDIVantrel::m_search_help_Click() { ShowHelpSearch(); }
+
+void MDIVantrel::m_about_Click() {
+    frmAbout about(this);
+    ui::ExecModal(about);
+}

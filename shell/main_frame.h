@@ -1,0 +1,164 @@
+// MDIVantrel: the program's one top-level window. Its inner area holds the
+// library windows on the left, the board bottom right, and the comments and
+// moves windows above the board. It owns the whole menu.
+#pragma once
+
+#include <QMainWindow>
+#include <QString>
+#include <QStringList>
+
+class QAction;
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+
+namespace vantrel {
+
+// The plan of the comments and moves windows above the board, in twips.
+struct CommentMovesPlan {
+    int height = 0;    // the height of each of the two windows
+    int movesTop = 0;  // the Top of the moves window
+    bool stacked = false;
+};
+
+// `innerHeight` is the frame's inner height, `boardHeight` the board
+// window's outer height. Over 2400 twips of room above the board the two
+// windows stand one over the other with half the room each; at 2400 or less
+// they share the whole room, stacked. A height is never below 0.
+CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight);
+
+// Where a window goes: the board into the bottom right corner of the inner
+// area; the left column of library windows. All in twips.
+struct Placement {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+};
+Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight);
+
+// The tiles of `count` library windows from top to bottom (arranged) or all
+// in one place (layered), beside a right column `columnWidth` wide.
+QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered);
+
+// The settings store: named values in sections.
+QString GetSettingText(const QString& section, const QString& name);
+int GetSettingNumber(const QString& section, const QString& name);
+void SaveSettingText(const QString& section, const QString& name, const QString& text);
+void SaveSettingNumber(const QString& section, const QString& name, int number);
+
+// The command line as the program keeps it: the arguments after the
+// program's name joined by single blanks.
+QString JoinCommandLine(const QStringList& arguments);
+
+}  // namespace vantrel
+
+class MDIVantrel : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit MDIVantrel(QWidget* parent = nullptr);
+    ~MDIVantrel() override;
+
+    // Start-up: restores the position, shows the frame, places the shared
+    // windows, resets the board and opens the library on the command line.
+    void MDIForm_Load(const QString& commandLine = QString());
+
+    // In the order of the frame's interface.
+    void Initialize();
+    void ShowBoard();
+    void ShowCommentMovesWindow();
+    void ShowCommentWindow();
+    void ShowMovesWindow();
+    void m_reset_board_Click();
+    void mFLibRemarks_Click();
+
+    // The inner area, in twips.
+    int ScaleWidth() const;
+    int ScaleHeight() const;
+
+    QMdiArea* MdiArea() const { return mdiArea_; }
+    // Adds a window as a child of the frame, in its own sub-window.
+    QMdiSubWindow* AddChild(QWidget* form);
+
+    // The commands, by name (tests and other windows drive them).
+    void m_open_Click();
+    void m_import_Click();
+    void mFPrintSetup_Click();
+    void m_exit_Click();
+    void mTSearch_Click();
+    void mTFindNext_Click();
+    void m_expand_tree_Click();
+    void m_collapse_tree_Click();
+    void mTExpandGame_Click();
+    void m_reverse_sides_Click();
+    void mBPrintMoveList_Click();
+    void mWArrangeWindows_Click();
+    void mWLayerWindows_Click();
+    void mWRememberPositions_Click();
+    void mWShowBoard_Click();
+    void mWShowComments_Click();
+    void mWShowMoves_Click();
+    void m_help_contents_Click();
+    void m_search_help_Click();
+    void m_about_Click();
+
+    // The menus and their items.
+    QMenu* m_file = nullptr;
+    QAction* m_open = nullptr;
+    QAction* m_import = nullptr;
+    QAction* mFLibRemarks = nullptr;
+    QAction* m_sep1 = nullptr;
+    QAction* mFPrintSetup = nullptr;
+    QAction* msep2 = nullptr;
+    QAction* m_exit = nullptr;
+    QMenu* m_tree = nullptr;
+    QAction* mTSearch = nullptr;
+    QAction* mTFindNext = nullptr;
+    QAction* mTsep = nullptr;
+    QAction* m_expand_tree = nullptr;
+    QAction* m_collapse_tree = nullptr;
+    QAction* mTExpandGame = nullptr;
+    QMenu* m_board = nullptr;
+    QAction* m_reverse_sides = nullptr;
+    QAction* m_reset_board = nullptr;
+    QAction* m_tsep = nullptr;
+    QAction* mBPrintMoveList = nullptr;
+    QMenu* mWindow = nullptr;
+    QAction* mWArrangeWindows = nullptr;
+    QAction* mWLayerWindows = nullptr;
+    QAction* mWRememberPositions = nullptr;
+    QAction* mWShowBoard = nullptr;
+    QAction* mWShowComments = nullptr;
+    QAction* mWShowMoves = nullptr;
+    QMenu* m_help = nullptr;
+    QAction* m_help_contents = nullptr;
+    QAction* m_search_help = nullptr;
+    QAction* m_hsep = nullptr;
+    QAction* m_about = nullptr;
+    // Pop-up menus only, never in the menu bar.
+    QMenu* MovesPopUpMenu = nullptr;
+    QAction* mMPUShowComments = nullptr;
+    QMenu* mCommentsPopUpMenu = nullptr;
+    QAction* mCPUMShowMoves = nullptr;
+
+    // The command line kept by MDIForm_Load.
+    QString CommandLine() const { return commandLine_; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void BuildMenus();
+    void AdoptSharedWindow(QWidget* form);
+    void RefreshWindowList();
+    QString BrowseLibrary();
+    void SavePosition();
+    bool MDIForm_QueryUnload();
+    void MDIForm_Unload();
+
+    QMdiArea* mdiArea_ = nullptr;
+    QAction* windowListSeparator_ = nullptr;
+    QList<QAction*> windowListActions_;
+    QString commandLine_;
+};
