@@ -407,4 +407,41 @@ inline Game PlayGame(Rng& rng, int plies) {
     return game;
 }
 
+// Appends one game in PGN: tags, a blank line, the move text in lines of
+// about 80 characters, and a blank line. With `extras`, some moves get a
+// comment, a mark or a numeric annotation code behind them.
+inline void AppendPgn(std::string& out, const std::string& event, const std::string& white, const std::string& black,
+                      const Game& game, Rng& rng, bool extras) {
+    out += "[Event \"" + event + "\"]\n";
+    out += "[Site \"Made up\"]\n";
+    out += "[White \"" + white + "\"]\n";
+    out += "[Black \"" + black + "\"]\n\n";
+    static constexpr const char* kComments[] = {"{The usual move.}", "{Safer was to castle first.}",
+                                                "{Both sides have chances.}", "{A new idea.}"};
+    size_t lineStart = out.size();
+    for (size_t i = 0; i < game.moves.size(); ++i) {
+        std::string token;
+        if (i % 2 == 0) token = std::to_string(i / 2 + 1) + ". ";
+        token += game.moves[i];
+        if (extras) {
+            const bool check = game.moves[i].back() == '+';
+            const uint32_t roll = rng.Below(100);
+            if (roll < 6)
+                token += std::string(" ") + kComments[rng.Below(4)];
+            else if (roll < 9 && !check)
+                token += "!";
+            else if (roll < 11)
+                token += " $" + std::to_string(1 + rng.Below(19));
+        }
+        if (out.size() - lineStart + token.size() + 1 > 80) {
+            out += '\n';
+            lineStart = out.size();
+        } else if (out.size() > lineStart) {
+            out += ' ';
+        }
+        out += token;
+    }
+    out += "\n\n";
+}
+
 }  // namespace vantrel::gen

@@ -1,0 +1,272 @@
+// Shared by the tree store and library writer tests: a temporary program
+// directory with its own Tessimo.mdb, a host that records what the store
+// tells the user and answers the repair dialog from a script, and direct
+// access to the table Moves.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "chess/board.h"
+#include "import/moves_table.h"
+#include "import/tree_store.h"
+#include "tools/random_games.h"
+
+namespace vantrel::storetest {
+
+namespace fs = std::filesystem;
+using import::ImportHost;
+
+inline std::string ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+inline void WriteFile(const std::string& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << bytes;
+}
+
+// A fresh directory that is removed again at the end of the test.
+class TempDir {
+public:
+    TempDir() {
+        static std::atomic<int> counter{0};
+        path_ = fs::temp_directory_path() /
+                ("vantrel-store-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+        fs::remove_all(path_);
+        fs::create_directories(path_);
+    }
+    ~TempDir() {
+        std::error_code ec;
+        fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ec);
+        fs::remove_all(path_, ec);
+    }
+    std::string str() const { return path_.string(); }
+    std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    fs::path path_;
+};
+
+// The repair dialog's answer: an action, and for "accept" the move typed in.
+struct FixAnswer {
+    int16_t action;
+    std::string replacement;
+};
+
+struct FixCall {
+    int16_t ply;
+    int16_t lastPly;
+    int16_t code;
+    std::string move;    // GameMoves(ply) as the dialog sees it
+    std::string layout;  // the board ahead of the bad move
+};
+
+class RecordingHost : public ImportHost {
+public:
+    void ShowCount(const std::string& text) override { counts.push_back(text); }
+    void Yield() override {
+        ++yields;
+        if (cancelAtCount > 0 && static_cast<int>(counts.size()) == cancelAtCount) running = false;
+    }
+    bool Running() const override { return running; }
+
+    int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, import::GameRecord& game,
+                       const chess::ImportBoard& board) override {
+        fixCalls.push_back({ply, lastPly, errorCode, game.GameMoves[ply], board.BoardToLayout()});
+        if (answers.empty()) {
+            ADD_FAILURE() << "unexpected repair request for ply " << ply << " move " << game.GameMoves[ply];
+            return import::kFixCancel;
+        }
+        FixAnswer a = answers.front();
+        answers.pop_front();
+        if (a.action == import::kFixAccept) game.GameMoves[ply] = a.replacement;
+        return a.action;
+    }
+
+    bool AskOverwrite(const std::string& text) override {
+        overwriteQuestions.push_back(text);
+        return overwriteAnswer;
+    }
+    void Message(const std::string& text, const std::string& title) override { messages.push_back({text, title}); }
+    void ShowError(const std::string& description, int number) override { errors.push_back({description, number}); }
+    void GameRead(int32_t number, int16_t lastPly, const import::GameRecord& game) override {
+        games.push_back({number, lastPly, game.GameMoves[0]});
+    }
+
+    // Nothing was told to the user.
+    bool Silent() const { return messages.empty() && errors.empty(); }
+
+    std::vector<std::string> counts;
+    int yields = 0;
+    bool running = true;
+    int cancelAtCount = 0;  // Running() turns false at the yield after this count
+    std::deque<FixAnswer> answers;
+    std::vector<FixCall> fixCalls;
+    bool overwriteAnswer = true;
+    std::vector<std::string> overwriteQuestions;
+    std::vector<std::pair<std::string, std::string>> messages;
+    std::vector<std::pair<std::string, int>> errors;
+    struct GameSeen {
+        int32_t number;
+        int16_t lastPly;
+        std::string name;
+    };
+    std::vector<GameSeen> games;
+};
+
+// One record of Moves, read straight from the database.
+struct Row {
+    int64_t index = 0;
+    int64_t parent = 0;
+    std::string move;
+    std::string book;
+    std::string description;
+    int64_t newBranch = 0;
+    std::string remarks;
+    bool remarksNull = false;
+    std::string layout;
+};
+
+class Db {
+public:
+    explicit Db(const std::string& path) {
+        if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
+            ADD_FAILURE() << "can't open " << path;
+        }
+    }
+    ~Db() { sqlite3_close_v2(db_); }
+
+    std::vector<Row> Rows() {
+        std::vector<Row> rows;
+        sqlite3_stmt* s = nullptr;
+        sqlite3_prepare_v2(db_,
+                           R"(SELECT "index", "parent", "move", "book", "description", "new_branch", "remarks", )"
+                           R"("BoardLayout" FROM Moves ORDER BY "index")",
+                           -1, &s, nullptr);
+        auto text = [&](int c) {
+            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(s, c));
+            return p ? std::string(p, static_cast<size_t>(sqlite3_column_bytes(s, c))) : std::string();
+        };
+        while (sqlite3_step(s) == SQLITE_ROW) {
+            Row r;
+            r.index = sqlite3_column_int64(s, 0);
+            r.parent = sqlite3_column_int64(s, 1);
+            r.move = text(2);
+            r.book = text(3);
+            r.description = text(4);
+            r.newBranch = sqlite3_column_int64(s, 5);
+            r.remarksNull = sqlite3_column_type(s, 6) == SQLITE_NULL;
+            r.remarks = text(6);
+            r.layout = text(7);
+            rows.push_back(std::move(r));
+        }
+        sqlite3_finalize(s);
+        return rows;
+    }
+
+    void Insert(const Row& r) {
+        sqlite3_stmt* s = nullptr;
+        sqlite3_prepare_v2(db_,
+                           R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", "new_branch", )"
+                           R"("remarks", "BoardLayout") VALUES (?, ?, ?, ?, ?, ?, ?, ?))",
+                           -1, &s, nullptr);
+        sqlite3_bind_int64(s, 1, r.index);
+        sqlite3_bind_int64(s, 2, r.parent);
+        sqlite3_bind_text(s, 3, r.move.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_text(s, 4, r.book.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_text(s, 5, r.description.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_int64(s, 6, r.newBranch);
+        if (r.remarksNull)
+            sqlite3_bind_null(s, 7);
+        else
+            sqlite3_bind_text(s, 7, r.remarks.c_str(), static_cast<int>(r.remarks.size()), SQLITE_TRANSIENT);
+        sqlite3_bind_text(s, 8, r.layout.c_str(), -1, SQLITE_TRANSIENT);
+        EXPECT_EQ(sqlite3_step(s), SQLITE_DONE) << sqlite3_errmsg(db_);
+        sqlite3_finalize(s);
+    }
+
+    void Exec(const char* sql) { EXPECT_EQ(sqlite3_exec(db_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql; }
+
+    // Makes a database file of its own, not from the schema.
+    static void Create(const std::string& path, const char* sql) {
+        sqlite3* db = nullptr;
+        ASSERT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+        sqlite3_close_v2(db);
+    }
+
+private:
+    sqlite3* db_ = nullptr;
+};
+
+// The position after a line of moves in plain notation, worked out by the
+// test's own move generator rather than by the resolver.
+inline std::string LayoutAfter(const std::vector<std::string>& moves) {
+    gen::Position pos;
+    std::vector<gen::Move> legal;
+    for (std::string m : moves) {
+        while (!m.empty() && (m.back() == '+' || m.back() == '#')) m.pop_back();
+        pos.LegalMoves(legal);
+        bool played = false;
+        for (const auto& g : legal) {
+            std::string s = pos.San(g);
+            if (!s.empty() && s.back() == '+') s.pop_back();
+            if (s == m) {
+                pos.Apply(g);
+                played = true;
+                break;
+            }
+        }
+        if (!played) {
+            ADD_FAILURE() << "test line has an impossible move " << m;
+            return {};
+        }
+    }
+    return pos.Layout();
+}
+
+// A program directory with a fresh Tessimo.mdb, and the options of an import
+// into it.
+class StoreTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string error;
+        ASSERT_TRUE(import::CreateDatabaseFromSchema(DbPath(), VANTREL_SCHEMA, &error)) << error;
+        options.programDir = dir.str();
+        options.inFile = dir / "games.pgn";
+        options.bookName = "Demo";
+        options.pgn = true;
+        options.tags = {true, false, false, false, false, false, false};  // Event
+    }
+
+    std::string DbPath() const { return dir / "Tessimo.mdb"; }
+
+    // Writes the import file and runs BuildTree on it.
+    bool Build(const std::string& text) {
+        WriteFile(options.inFile, text);
+        return import::BuildTree(options, host, session);
+    }
+
+    std::vector<Row> Rows() { return Db(DbPath()).Rows(); }
+
+    TempDir dir;
+    import::ImportOptions options;
+    RecordingHost host;
+    import::ImportSession session;
+};
+
+}  // namespace vantrel::storetest
