@@ -1,0 +1,212 @@
+// The register of open libraries: keys, the active library, and what the
+// shared windows show as libraries come and go.
+#include <QListWidget>
+#include <QMdiArea>
+#include <QPlainTextEdit>
+
+#include "chess/board.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+const std::string kStart(chess::kInitialLayout);
+
+// A layout that differs from the start position in one square.
+std::string Layout(char c) {
+    std::string s = kStart;
+    s[28] = c;  // e4
+    return s;
+}
+
+LibraryBuilder Named(const std::string& book, char piece) {
+    LibraryBuilder lib(book);
+    lib.Add(1, 0, "e4", book + " comment", false, Layout(piece));
+    lib.Add(2, 1, "e5", "", false, Layout(piece));
+    return lib;
+}
+
+class RegisterTest : public FrameTest {};
+
+}  // namespace
+
+TEST_F(RegisterTest, KeysCountUpAndAreNotReusedAfterAClose) {
+    StartFrame();
+    frmTreeView* first = Open(Named("One", 'P'));
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->Tag, "TV00001");
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00001");
+    ASSERT_TRUE(CloseByUser(first));
+    EXPECT_EQ(forms::TreeViews().Count(), 0);
+
+    frmTreeView* second = Open(Named("Two", 'P'));
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->Tag, "TV00002");
+    EXPECT_EQ(forms::TreeViews().Item("TV00002"), second);
+    EXPECT_EQ(forms::TreeViews().Item("TV00001"), nullptr);
+}
+
+TEST_F(RegisterTest, AFreshFrameStartsCountingAgain) {
+    StartFrame();
+    ASSERT_NE(Open(Named("One", 'P')), nullptr);
+    frame.reset();
+    FlushDeletes();
+    StartFrame();
+    frmTreeView* form = Open(Named("One", 'P'));
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(form->Tag, "TV00001");
+}
+
+TEST_F(RegisterTest, TheSameFileTwiceGivesTwoLibrariesWithOneCaption) {
+    StartFrame();
+    const QString path = Write(Named("Twice", 'P'));
+    forms::TreeViews().OpenLib(path);
+    forms::TreeViews().OpenLib(path);
+    ASSERT_EQ(forms::TreeViews().Count(), 2);
+    EXPECT_EQ(forms::TreeViews().All()[0]->Caption(), "Twice");
+    EXPECT_EQ(forms::TreeViews().All()[1]->Caption(), "Twice");
+    EXPECT_NE(forms::TreeViews().All()[0], forms::TreeViews().All()[1]);
+}
+
+TEST_F(RegisterTest, ClosingAWindowThatIsNotActiveLeavesActiveAndSharedWindowsAlone) {
+    StartFrame();
+    frmTreeView* a = Open(Named("A", 'P'), "a.vnb");
+    frmTreeView* b = Open(Named("B", 'N'), "b.vnb");
+    ASSERT_TRUE(a && b);
+    ASSERT_EQ(forms::TreeViews().GetActiveKey(), b->Tag);
+    const QString comments = forms::Comments().Text();
+    const QStringList moves = forms::Moves().Lines();
+    const std::string board = forms::Board().Board();
+
+    ASSERT_TRUE(CloseByUser(a));
+    EXPECT_EQ(forms::TreeViews().Count(), 1);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00002");
+    EXPECT_EQ(forms::Comments().Text(), comments);
+    EXPECT_EQ(forms::Moves().Lines(), moves);
+    EXPECT_EQ(forms::Board().Board(), board);
+}
+
+TEST_F(RegisterTest, ClosingTheActiveOfThreeMakesTheLastOpenedActiveWithoutTouchingTheSharedWindows) {
+    StartFrame();
+    frmTreeView* a = Open(Named("A", 'P'), "a.vnb");
+    frmTreeView* b = Open(Named("B", 'N'), "b.vnb");
+    frmTreeView* c = Open(Named("C", 'B'), "c.vnb");
+    ASSERT_TRUE(a && b && c);
+    // The user works in A, then in C.
+    a->tvTreeView_GotFocus();
+    c->tvTreeView_GotFocus();
+    ASSERT_EQ(forms::TreeViews().GetActiveKey(), c->Tag);
+    ASSERT_EQ(forms::Board().Board(), Layout('B'));
+
+    ASSERT_TRUE(CloseByUser(c));
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
+    EXPECT_EQ(forms::Board().Board(), Layout('B')) << "the closed library's node stays until a tree gets the focus";
+    EXPECT_EQ(forms::Comments().Text(), "C comment");
+
+    a->tvTreeView_GotFocus();
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
+    EXPECT_EQ(forms::Board().Board(), Layout('P'));
+}
+
+TEST_F(RegisterTest, ClosingTheLastLibraryPutsTheSharedWindowsBackToTheStart) {
+    StartFrame();
+    frmTreeView* form = Open(Named("Only", 'Q'));
+    ASSERT_NE(form, nullptr);
+    ASSERT_EQ(forms::Board().Board(), Layout('Q'));
+    ASSERT_FALSE(forms::Moves().Lines().isEmpty());
+    ASSERT_EQ(forms::Comments().Text(), "Only comment");
+
+    ASSERT_TRUE(CloseByUser(form));
+    EXPECT_EQ(forms::TreeViews().Count(), 0);
+    EXPECT_TRUE(forms::TreeViews().GetActiveKey().isEmpty());
+    EXPECT_EQ(forms::Comments().Text(), "") << "empty, not \"No comments\"";
+    EXPECT_TRUE(forms::Moves().Lines().isEmpty());
+    EXPECT_EQ(forms::Board().Board(), kStart);
+    EXPECT_FALSE(forms::StatusLoaded()) << "the please-wait window goes with the library";
+}
+
+TEST_F(RegisterTest, GetAllLibrariesListsOnlyWhenThereIsAChoice) {
+    StartFrame();
+    QStringList libs{"stale"}, tags{"stale"};
+    EXPECT_EQ(forms::TreeViews().GetAllLibraries(libs, tags), 0);
+    EXPECT_TRUE(libs.isEmpty());
+
+    ASSERT_NE(Open(Named("First", 'P'), "1.vnb"), nullptr);
+    EXPECT_EQ(forms::TreeViews().GetAllLibraries(libs, tags), 1);
+    EXPECT_TRUE(libs.isEmpty());
+    EXPECT_TRUE(tags.isEmpty());
+
+    ASSERT_NE(Open(Named("Second", 'P'), "2.vnb"), nullptr);
+    ASSERT_NE(Open(Named("Third", 'P'), "3.vnb"), nullptr);
+    EXPECT_EQ(forms::TreeViews().GetAllLibraries(libs, tags), 3);
+    EXPECT_EQ(libs, (QStringList{"First", "Second", "Third"}));
+    EXPECT_EQ(tags, (QStringList{"TV00001", "TV00002", "TV00003"}));
+}
+
+TEST_F(RegisterTest, WithNoLibraryTheCommandsDoNothingAndTheQuestionsHaveDefaults) {
+    StartFrame();
+    cTreeView& tv = forms::TreeViews();
+    tv.ExpandAll();
+    tv.CollapseAll();
+    tv.ExpandNode();
+    tv.PrintMoveList();
+    tv.ArrangeWindows();
+    tv.LayerWindows();
+    EXPECT_TRUE(messages.messages.empty());
+    EXPECT_EQ(tv.LibRemarks(), "No open libraries");
+    EXPECT_EQ(tv.CurrentBoard(), "");
+    EXPECT_EQ(tv.Active(), nullptr);
+}
+
+TEST_F(RegisterTest, CurrentBoardAndLibRemarksFollowTheActiveLibrary) {
+    StartFrame();
+    LibraryBuilder a = Named("A", 'P');
+    a.Remarks("Remarks of A");
+    LibraryBuilder b = Named("B", 'N');
+    b.Remarks("Remarks of B");
+    frmTreeView* fa = Open(a, "a.vnb");
+    frmTreeView* fb = Open(b, "b.vnb");
+    ASSERT_TRUE(fa && fb);
+    EXPECT_EQ(forms::TreeViews().CurrentBoard(), Layout('N'));
+    EXPECT_EQ(forms::TreeViews().LibRemarks(), "Remarks of B");
+    forms::TreeViews().SetActive(fa->Tag);
+    EXPECT_EQ(forms::TreeViews().CurrentBoard(), Layout('P'));
+    EXPECT_EQ(forms::TreeViews().LibRemarks(), "Remarks of A");
+}
+
+TEST_F(RegisterTest, AnExhaustedWindowCounterRefusesANewWindowInsteadOfWrapping) {
+    StartFrame();
+    forms::TreeViews().SetWindowCounter(32766);
+    frmTreeView* last = Open(Named("Last", 'P'));
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->Tag, "TV32767");
+    messages.messages.clear();
+
+    EXPECT_EQ(Open(Named("Beyond", 'P'), "beyond.vnb"), nullptr);
+    EXPECT_EQ(forms::TreeViews().Count(), 1);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_TRUE(messages.messages[0].text.contains("cannot open any more library windows"));
+    EXPECT_EQ(forms::TreeViews().WindowCounter(), 32767);
+}
+
+TEST_F(RegisterTest, ANewLibraryTakesTheLeftOfTheFrameBesideTheBoard) {
+    StartFrame();
+    frame->resize(1000, 760);
+    QCoreApplication::processEvents();
+    frmTreeView* form = Open(Named("Left", 'P'));
+    ASSERT_NE(form, nullptr);
+    QWidget* outer = forms::OuterWindow(form);
+    QWidget* board = forms::OuterWindow(&forms::Board());
+    EXPECT_EQ(outer->geometry().topLeft(), QPoint(0, 0));
+    EXPECT_EQ(outer->width(), frame->MdiArea()->viewport()->width() - board->width());
+    EXPECT_EQ(outer->height(), frame->MdiArea()->viewport()->height());
+
+    // With the board hidden the library takes the whole width.
+    forms::Board().hide();
+    frmTreeView* wide = Open(Named("Wide", 'P'), "wide.vnb");
+    ASSERT_NE(wide, nullptr);
+    EXPECT_EQ(forms::OuterWindow(wide)->width(), frame->MdiArea()->viewport()->width());
+}
