@@ -1,0 +1,125 @@
+#include "library/ui/comments_moves.h"
+
+#include <QCloseEvent>
+#include <QFont>
+#include <QListWidget>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+#include "library/move_list.h"
+#include "shell/forms.h"
+#include "shell/main_frame.h"
+
+namespace {
+
+// The one control of each window fills it (Form_Resize).
+void FillWith(QWidget* form, QWidget* control) {
+    auto* layout = new QVBoxLayout(form);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(control);
+}
+
+// A close by the user hides the window and puts its item into the Window
+// menu; at the end of the program the close goes through.
+void QueryUnload(QWidget* form, QCloseEvent* event, QAction* MDIVantrel::*item) {
+    if (vantrel::AppClosing) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+    form->hide();
+    if (MDIVantrel* frame = vantrel::forms::MainFrame(); frame && frame->*item) (frame->*item)->setVisible(true);
+}
+
+// The right button, while the two windows share one place, offers the one
+// behind. Standing apart, a right click does nothing.
+bool PopUpOther(QEvent* event, QMenu* MDIVantrel::*menu) {
+    if (event->type() != QEvent::MouseButtonPress) return false;
+    auto* mouse = static_cast<QMouseEvent*>(event);
+    if (mouse->button() != Qt::RightButton) return false;
+    if (vantrel::CommentsMovesStacked) {
+        MDIVantrel* frame = vantrel::forms::MainFrame();
+        if (frame && frame->*menu) (frame->*menu)->popup(mouse->globalPosition().toPoint());
+    }
+    return true;
+}
+
+}  // namespace
+
+// --- frmComments -----------------------------------------------------------------
+
+frmComments::frmComments(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("frmComments"));
+    setWindowTitle(QStringLiteral("Game Comments"));
+
+    txtComments = new QPlainTextEdit(this);
+    txtComments->setObjectName(QStringLiteral("txtComments"));
+    txtComments->setReadOnly(true);
+    txtComments->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    txtComments->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    txtComments->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    txtComments->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    txtComments->setContextMenuPolicy(Qt::NoContextMenu);
+    txtComments->viewport()->installEventFilter(this);
+    FillWith(this, txtComments);
+    setMinimumSize(120, 60);
+}
+
+QString frmComments::Text() const {
+    // Lines of the program's text are joined by CR LF.
+    return txtComments->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+}
+
+void frmComments::SetText(const QString& text) { txtComments->setPlainText(text); }
+
+void frmComments::closeEvent(QCloseEvent* event) { QueryUnload(this, event, &MDIVantrel::mWShowComments); }
+
+bool frmComments::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == txtComments->viewport() && PopUpOther(event, &MDIVantrel::mCommentsPopUpMenu)) return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+// --- frmMoves --------------------------------------------------------------------
+
+frmMoves::frmMoves(QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("frmMoves"));
+    setWindowTitle(QStringLiteral("Moves List"));
+
+    lstMoves = new QListWidget(this);
+    lstMoves->setObjectName(QStringLiteral("lstMoves"));
+    // A fixed-pitch font lines up the two columns.
+    QFont courier(QStringLiteral("Courier"));
+    courier.setStyleHint(QFont::TypeWriter, QFont::PreferMatch);
+    courier.setFixedPitch(true);
+    courier.setPointSize(10);
+    lstMoves->setFont(courier);
+    lstMoves->setUniformItemSizes(true);
+    lstMoves->setContextMenuPolicy(Qt::NoContextMenu);
+    lstMoves->viewport()->installEventFilter(this);
+    FillWith(this, lstMoves);
+    setMinimumSize(120, 60);
+}
+
+void frmMoves::SetMovelist(const std::string& szFullpath) {
+    lstMoves->clear();
+    for (const std::string& line : vantrel::library::MoveListLines(szFullpath))
+        lstMoves->addItem(vantrel::FromLib(line));
+}
+
+void frmMoves::Clear() { lstMoves->clear(); }
+
+QStringList frmMoves::Lines() const {
+    QStringList lines;
+    for (int i = 0; i < lstMoves->count(); ++i) lines << lstMoves->item(i)->text();
+    return lines;
+}
+
+void frmMoves::closeEvent(QCloseEvent* event) { QueryUnload(this, event, &MDIVantrel::mWShowMoves); }
+
+bool frmMoves::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == lstMoves->viewport() && PopUpOther(event, &MDIVantrel::MovesPopUpMenu)) return true;
+    return QWidget::eventFilter(watched, event);
+}
