@@ -21,7 +21,9 @@ enum ResolveResult : int16_t {
 // of 0 is reached by nothing. The map says nothing once the next piece is marked.
 struct ReachMap {
     char squares[9][9];
-    bool Marked(int rank, int file) const { return squares[rank][file] == 'x'; }
+    bool Marked(int rank, int file) const {
+        return rank >= 0 && rank <= 8 && file >= 0 && file <= 8 && squares[rank][file] == 'x';
+    }
 };
 
 // Resolves one move of the side given by ply (odd: White) and carries it out.
