@@ -1,5 +1,7 @@
 // Any text given to the PGN reader as an import file ends in games, a clean
-// end of the file or an ImportError, and every call makes progress.
+// end of the file or an ImportError, and every call makes progress. The first
+// byte of the input picks the tags of the name (bit k for tag k) and bit 7
+// the removal of question marks; the rest is the file.
 #include <cstdint>
 #include <cstdlib>
 #include <string>

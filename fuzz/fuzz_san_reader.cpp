@@ -1,6 +1,8 @@
 // Any text and any pair of comment indicators given to the SAN reader end in
 // games, a clean end of the file or an ImportError, and every call makes
-// progress.
+// progress. The input starts with the two indicators, each as a byte whose
+// low two bits give its length (0 to 3) and then its characters; the rest is
+// the file.
 #include <cstdint>
 #include <cstdlib>
 #include <string>
