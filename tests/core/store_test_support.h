@@ -147,6 +147,7 @@ public:
         if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
             ADD_FAILURE() << "can't open " << path;
         }
+        sqlite3_exec(db_, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
     }
     ~Db() { sqlite3_close_v2(db_); }
 

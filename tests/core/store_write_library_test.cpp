@@ -1,0 +1,225 @@
+// WriteLibrary: the table Moves dumped into a library file.
+#include <gtest/gtest.h>
+
+#include "library/format.h"
+#include "library/loader.h"
+#include "store_test_support.h"
+
+namespace vantrel::storetest {
+namespace {
+
+class WriteLibraryTest : public StoreTest {
+protected:
+    Row MakeRow(int64_t index, int64_t parent, const std::string& move, const std::string& book = "Demo") {
+        Row r;
+        r.index = index;
+        r.parent = parent;
+        r.move = move;
+        r.book = book;
+        r.description = move;
+        r.layout = std::string(chess::kInitialLayout);
+        return r;
+    }
+
+    void Insert(const std::vector<Row>& rows) {
+        Db db(DbPath());
+        for (const auto& r : rows) db.Insert(r);
+    }
+
+    bool Write() { return import::WriteLibrary(options, host, session); }
+
+    std::string Path() const { return dir / "Demo.vnb"; }
+
+    struct FileContents {
+        library::LibraryHeader header;
+        std::vector<library::LibraryNodeRecord> records;
+    };
+
+    static FileContents ReadBack(const std::string& path) {
+        FileContents c;
+        library::LibraryReader reader;
+        EXPECT_TRUE(reader.Open(path)) << path;
+        reader.ReadHeader(c.header);
+        library::LibraryNodeRecord r;
+        while (reader.ReadRecord(r)) c.records.push_back(r);
+        return c;
+    }
+};
+
+TEST_F(WriteLibraryTest, HeaderCountersComeFromTheTableAndRecordsInIndexOrder) {
+    // Added out of order, and with a record of another library among them.
+    Insert({MakeRow(3, 2, "Nf3"), MakeRow(1, 0, "e4"), MakeRow(4, 0, "d4", "Other"), MakeRow(2, 1, "e5")});
+    session.ImportRemarks = "Hi\r\nthere\r\n";
+    ASSERT_TRUE(Write());
+    EXPECT_TRUE(host.Silent());
+    EXPECT_TRUE(host.overwriteQuestions.empty());
+
+    const auto c = ReadBack(Path());
+    EXPECT_EQ(c.header.version, 1);
+    EXPECT_EQ(c.header.flag, -1);
+    EXPECT_EQ(c.header.book, "Demo");
+    EXPECT_EQ(c.header.RecCount, 3);  // only this library's records
+    EXPECT_EQ(c.header.MinIndex, 1);  // over the whole table
+    EXPECT_EQ(c.header.MaxIndex, 4);
+    EXPECT_EQ(c.header.LibRemarks, "Hi\r\nthere\r\n");
+
+    ASSERT_EQ(c.records.size(), 3u);
+    EXPECT_EQ(c.records[0].index, 1);
+    EXPECT_EQ(c.records[1].index, 2);
+    EXPECT_EQ(c.records[2].index, 3);
+    EXPECT_EQ(c.records[2].parent, 2);
+    EXPECT_EQ(c.records[2].description, "Nf3");
+
+    // The counter starts at 1, with a blank in front of the digits.
+    EXPECT_EQ(host.counts, (std::vector<std::string>{" 1", " 2", " 3"}));
+    EXPECT_EQ(host.yields, 3);
+}
+
+TEST_F(WriteLibraryTest, FieldsAreConvertedAsTheFileWantsThem) {
+    std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5"), MakeRow(3, 2, "Nf3"), MakeRow(4, 3, "Nc6")};
+    rows[0].newBranch = -1;
+    rows[0].description = "e4: a game";
+    rows[0].remarksNull = true;          // NULL remarks
+    rows[1].newBranch = 1;               // only -1 is true
+    rows[1].remarks = "";                // empty remarks
+    rows[1].layout = "RNB";              // short: blanks behind
+    rows[2].remarks = "two\r\nlines";
+    rows[2].layout = std::string(70, 'q');  // long: cut at 64
+    Insert(rows);
+    ASSERT_TRUE(Write());
+
+    const auto c = ReadBack(Path());
+    ASSERT_EQ(c.records.size(), 4u);
+    EXPECT_TRUE(c.records[0].new_branch);
+    EXPECT_EQ(c.records[0].description, "e4: a game");
+    EXPECT_EQ(c.records[0].remarks, "");
+    EXPECT_FALSE(c.records[1].new_branch);
+    EXPECT_EQ(c.records[1].remarks, "");
+    EXPECT_EQ(c.records[1].BoardLayout, "RNB" + std::string(61, ' '));
+    EXPECT_EQ(c.records[2].remarks, "two\r\nlines");
+    EXPECT_EQ(c.records[2].BoardLayout, std::string(64, 'q'));
+    EXPECT_FALSE(c.records[3].new_branch);
+
+    // Every record holds 78 bytes plus its two texts: a layout is 64 bytes.
+    size_t expected = 20 + 4 + 0;  // header: "Demo", no remarks
+    for (const auto& r : c.records) expected += 78 + r.description.size() + r.remarks.size();
+    EXPECT_EQ(fs::file_size(Path()), expected);
+}
+
+TEST_F(WriteLibraryTest, TheTableIsNotChangedByWriting) {
+    ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"b\"]\n\ne4 c5\n"));
+    const auto before = Rows();
+    ASSERT_TRUE(Write());
+    const auto after = Rows();
+    ASSERT_EQ(before.size(), after.size());
+    for (size_t k = 0; k < before.size(); ++k) {
+        EXPECT_EQ(before[k].description, after[k].description);
+        EXPECT_EQ(before[k].layout, after[k].layout);
+    }
+}
+
+TEST_F(WriteLibraryTest, EmptyTableEndsInTheErrorDialogWithNoFile) {
+    ASSERT_FALSE(Build("[Event \"x\"]\n\n*\n"));
+    host = RecordingHost{};
+    EXPECT_FALSE(Write());
+    EXPECT_TRUE(host.messages.empty());
+    ASSERT_EQ(host.errors.size(), 1u);
+    EXPECT_EQ(host.errors[0].second, 94);  // no smallest index to read
+    EXPECT_FALSE(fs::exists(Path()));
+}
+
+TEST_F(WriteLibraryTest, AnEmptyFileOfThatNameIsWrittenOverWithoutAsking) {
+    Insert({MakeRow(1, 0, "e4")});
+    WriteFile(Path(), "");
+    ASSERT_TRUE(Write());
+    EXPECT_TRUE(host.overwriteQuestions.empty());
+    EXPECT_EQ(ReadBack(Path()).records.size(), 1u);
+}
+
+TEST_F(WriteLibraryTest, AnExistingLibraryIsReplacedOnlyWhenTheUserAgrees) {
+    Insert({MakeRow(1, 0, "e4")});
+    WriteFile(Path(), "old library");
+    // Refused: nothing is touched, not even the database.
+    fs::rename(DbPath(), dir / "aside.mdb");
+    host.overwriteAnswer = false;
+    EXPECT_FALSE(Write());
+    ASSERT_EQ(host.overwriteQuestions.size(), 1u);
+    EXPECT_EQ(host.overwriteQuestions[0], "Demo.vnb already exists.  OK to overwrite?");
+    EXPECT_TRUE(host.Silent());
+    EXPECT_EQ(ReadFile(Path()), "old library");
+
+    // Agreed: the old file goes and the new one is written.
+    fs::rename(dir / "aside.mdb", DbPath());
+    host = RecordingHost{};
+    host.overwriteAnswer = true;
+    ASSERT_TRUE(Write());
+    EXPECT_EQ(host.overwriteQuestions.size(), 1u);
+    EXPECT_EQ(ReadBack(Path()).records.size(), 1u);
+}
+
+TEST_F(WriteLibraryTest, OldLibraryIsGoneEvenWhenWritingThenFails) {
+    WriteFile(Path(), "old library");
+    // Agreed to overwrite, but the table is empty.
+    EXPECT_FALSE(Write());
+    EXPECT_EQ(host.errors.size(), 1u);
+    EXPECT_FALSE(fs::exists(Path()));
+}
+
+TEST_F(WriteLibraryTest, FileThatCannotBeCreatedIsNamed) {
+    Insert({MakeRow(1, 0, "e4")});
+    options.databasePath = DbPath();
+    options.programDir = dir / "no-such-directory";
+    EXPECT_FALSE(Write());
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].first, "Couldn't open Demo.vnb");
+    EXPECT_EQ(host.messages[0].second, "");
+    EXPECT_TRUE(host.errors.empty());
+}
+
+TEST_F(WriteLibraryTest, MissingDatabaseOrTable) {
+    fs::remove(DbPath());
+    EXPECT_FALSE(Write());
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0], std::make_pair(std::string("Trouble with 'Tessimo.Mdb'"),
+                                               std::string("Couldn't parse book")));
+    EXPECT_FALSE(fs::exists(DbPath()));
+    EXPECT_FALSE(fs::exists(Path()));
+
+    Db::Create(DbPath(), "CREATE TABLE Something (x INTEGER)");
+    host = RecordingHost{};
+    EXPECT_FALSE(Write());
+    ASSERT_EQ(host.messages.size(), 1u);
+    EXPECT_EQ(host.messages[0].first, "Trouble with 'Tessimo.Mdb'");
+}
+
+TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
+    std::vector<Row> rows;
+    for (int k = 1; k <= 5; ++k) rows.push_back(MakeRow(k, k - 1, "m" + std::to_string(k)));
+    Insert(rows);
+    host.cancelAtCount = 3;
+    EXPECT_FALSE(Write());
+    EXPECT_TRUE(host.Silent());
+
+    const auto c = ReadBack(Path());
+    EXPECT_EQ(c.header.RecCount, 5);  // the whole table's count
+    EXPECT_EQ(c.records.size(), 2u);
+    library::LibraryContents contents;
+    ASSERT_EQ(library::LoadLibrary(Path(), contents), library::LoadResult::Ok);
+    EXPECT_EQ(contents.tree.Count(), 2);
+}
+
+TEST_F(WriteLibraryTest, NamesAreTrimmedAndMayHoldAnApostrophe) {
+    options.bookName = "  O'Kelly's lines  ";
+    ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5\n"));
+    ASSERT_TRUE(Write());
+    EXPECT_TRUE(host.Silent());
+    const std::string path = dir / "O'Kelly's lines.vnb";
+    EXPECT_EQ(import::LibraryPath(options), path);
+    const auto c = ReadBack(path);
+    EXPECT_EQ(c.header.book, "O'Kelly's lines");
+    EXPECT_EQ(c.header.RecCount, 2);
+    EXPECT_EQ(c.records.size(), 2u);
+}
+
+}  // namespace
+}  // namespace vantrel::storetest
