@@ -19,10 +19,10 @@ const std::string& CommentOf(const std::vector<std::string>& nodeComments, int n
 
 PrintPath CollectPrintPath(const library::TreeModel& tree, int currentNode) {
     PrintPath path;
-    path.slots.reserve(kMaxPathSlots);
+    path.nodes.reserve(kMaxPathSlots);
     int current = currentNode;
     try {
-        path.slots.push_back(current);
+        path.nodes.push_back(current);
         bool lookingForName = true;
         for (;;) {
             const library::TreeNode& node = tree.Node(current);
@@ -32,8 +32,8 @@ PrintPath CollectPrintPath(const library::TreeModel& tree, int currentNode) {
             }
             if (node.parent == 0) break;  // a top-level node ends the walk
             current = node.parent;
-            if (static_cast<int>(path.slots.size()) >= kMaxPathSlots) throw PrintError("Subscript out of range", 9);
-            path.slots.push_back(current);
+            if (static_cast<int>(path.nodes.size()) >= kMaxPathSlots) throw PrintError("Subscript out of range", 9);
+            path.nodes.push_back(current);
         }
     } catch (const library::TreeError&) {
         throw PrintError("Invalid procedure call or argument", 5);
@@ -108,7 +108,7 @@ std::vector<std::string> MovesFileLines(const library::TreeModel& tree, const st
     bool rowPending = false;  // a white move whose row has not been written
     int number = 0;
     for (int slot = path.HighestSlot(); slot >= 0; --slot) {
-        const int node = path.slots[static_cast<std::size_t>(slot)];
+        const int node = path.nodes[static_cast<std::size_t>(slot)];
         const std::string& text = tree.Node(node).Text;
         const std::size_t colon = text.find(':');
         const bool hasName = colon != std::string::npos;

@@ -26,7 +26,7 @@ private:
     int number_;
 };
 
-inline constexpr int kMaxPathSlots = 201;      // PrintPath has the slots 0 to 200
+inline constexpr int kMaxPathSlots = 201;      // a line has room for 201 nodes
 inline constexpr int kCommentWidth = 70;       // width of a wrapped comment line
 inline constexpr int kLinesPerPage = 66;       // head lines included
 inline constexpr std::string_view kNoComments = "No comments";
@@ -36,9 +36,9 @@ inline constexpr std::string_view kPageHead = "Vantrel - Print Moves List       
 // the top-level node, and the node whose game name heads the text (the
 // nearest at or above the clicked node whose text holds a colon; 0 if none).
 struct PrintPath {
-    std::vector<int> slots;
+    std::vector<int> nodes;
     int headNode = 0;
-    int HighestSlot() const { return static_cast<int>(slots.size()) - 1; }
+    int HighestSlot() const { return static_cast<int>(nodes.size()) - 1; }
 };
 
 // Walks up from currentNode through the parents. Throws PrintError when the

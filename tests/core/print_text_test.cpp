@@ -54,11 +54,11 @@ TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTop) {
     c.Add("Nc6");            // 4
     c.Add("d4", "", 2);      // 5, a sibling of 3
     PrintPath p = CollectPrintPath(c.tree, 4);
-    EXPECT_EQ(p.slots, (std::vector<int>{4, 3, 2, 1}));
+    EXPECT_EQ(p.nodes, (std::vector<int>{4, 3, 2, 1}));
     EXPECT_EQ(p.HighestSlot(), 3);
     EXPECT_EQ(p.headNode, 3);
     PrintPath q = CollectPrintPath(c.tree, 5);
-    EXPECT_EQ(q.slots, (std::vector<int>{5, 2, 1}));
+    EXPECT_EQ(q.nodes, (std::vector<int>{5, 2, 1}));
     EXPECT_EQ(q.headNode, 0);
 }
 
@@ -81,8 +81,8 @@ TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {
     Chain c;
     for (int i = 1; i <= 202; ++i) c.Add("m" + std::to_string(i));
     PrintPath p = CollectPrintPath(c.tree, 201);
-    EXPECT_EQ(p.slots.size(), 201u);
-    EXPECT_EQ(p.slots.back(), 1);
+    EXPECT_EQ(p.nodes.size(), 201u);
+    EXPECT_EQ(p.nodes.back(), 1);
     try {
         CollectPrintPath(c.tree, 202);
         FAIL() << "a line of 202 nodes must fail";

@@ -1,0 +1,60 @@
+// Find and Find Next of the register: which library is searched, and the
+// setup window that gives the position.
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "board/search_window.h"
+#include "library/ui/tree_window.h"
+#include "shell/dialogs.h"
+#include "shell/forms.h"
+#include "shell/main_frame.h"
+#include "shell/tree_views.h"
+
+using namespace vantrel;
+
+namespace {
+
+void NoOpenLibraries() { ui::MsgBox(QStringLiteral("No open libraries")); }
+
+// Brings a library window to the front of the frame and gives its tree the
+// focus.
+void FocusLibrary(frmTreeView* form) {
+    if (MDIVantrel* frame = forms::MainFrame()) {
+        if (QMdiSubWindow* sub = form->SubWindow()) frame->MdiArea()->setActiveSubWindow(sub);
+    }
+    form->FocusTree();
+}
+
+}  // namespace
+
+void cTreeView::Find() {
+    if (ActiveKey.isEmpty()) {
+        NoOpenLibraries();
+        return;
+    }
+    m_SearchCancelled = false;
+    {
+        // The user may make another library the active one in the dialog.
+        FrmSearchTree dialog(forms::MainFrame());
+        dialog.Form_Load();
+        ui::ExecModal(dialog);
+    }
+    if (m_SearchCancelled) return;
+    frmTreeView* form = Active();
+    if (!form) return;
+    FocusLibrary(form);
+    form->Find(m_SearchBoard);
+}
+
+void cTreeView::FindNext() {
+    if (ActiveKey.isEmpty()) {
+        NoOpenLibraries();
+        return;
+    }
+    frmTreeView* form = Active();
+    if (form && form->CurrentSearch()) {
+        form->FindNext();
+    } else {
+        Find();
+    }
+}
