@@ -94,16 +94,17 @@ int TreeItemModel::PublishedChildren(int node) const {
 void TreeItemModel::Publish() {
     const int count = tree_.Count();
     if (count <= published_) return;
+    // One reset for the whole batch: row by row, a view would lay its rows
+    // out again for each node at the top level.
+    beginResetModel();
     rows_.resize(static_cast<size_t>(count) + 1, 0);
     for (int n = published_ + 1; n <= count; ++n) {
         const int parentNode = tree_.Node(n).parent;
-        const int row = PublishedChildren(parentNode);
-        const QModelIndex parentIndex = parentNode == 0 ? QModelIndex() : IndexOf(parentNode);
-        beginInsertRows(parentIndex, row, row);
-        rows_[n] = row;
+        // Its row is the number of its siblings published before it.
+        rows_[n] = PublishedChildren(parentNode);
         published_ = n;
-        endInsertRows();
     }
+    endResetModel();
 }
 
 void TreeItemModel::Forget() {

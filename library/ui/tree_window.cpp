@@ -13,6 +13,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QProgressBar>
+#include <QScrollBar>
 #include <QTreeView>
 #include <algorithm>
 
@@ -113,6 +114,8 @@ frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
     tvTreeView->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     tvTreeView->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     tvTreeView->header()->setStretchLastSection(false);
+    // The column fits the rows in view, not all 32,767 of them.
+    tvTreeView->header()->setResizeContentsPrecision(0);
     tvTreeView->setIconSize(QSize(16, 16));
     tvTreeView->setModel(model_.get());
     tvTreeView->installEventFilter(this);
@@ -188,7 +191,24 @@ void frmTreeView::OpenLibrary(const QString& path) {
 }
 
 void frmTreeView::PublishLoaded() {
-    model_->Publish();
+    if (model_->Published() < contents_.tree.Count()) {
+        // The view starts afresh with the grown tree: the open nodes, the
+        // selection and the scroll position come back from what was there.
+        const int scroll = tvTreeView->verticalScrollBar()->value();
+        model_->Publish();
+        syncingSelection_ = true;
+        {
+            QSignalBlocker block(tvTreeView);
+            const int count = model_->Published();
+            for (int n = 1; n <= count; ++n)
+                if (contents_.tree.Node(n).Expanded) tvTreeView->setExpanded(model_->IndexOf(n), true);
+        }
+        if (contents_.tree.Selected() != 0)
+            tvTreeView->selectionModel()->setCurrentIndex(model_->IndexOf(contents_.tree.Selected()),
+                                                          QItemSelectionModel::ClearAndSelect);
+        syncingSelection_ = false;
+        tvTreeView->verticalScrollBar()->setValue(scroll);
+    }
     const bool wasEmpty = games_->rowCount() == 0;
     const int chosen = cboListGames->currentIndex();
     const QVariant chosenNode = chosen >= 0 ? cboListGames->itemData(chosen) : QVariant();

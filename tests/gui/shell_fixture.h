@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QMdiSubWindow>
+#include <QPlainTextEdit>
 #include <QSettings>
 #include <functional>
 #include <memory>

@@ -1,0 +1,324 @@
+// Loading a library into its window: what the window holds afterwards, and
+// the ways a load fails.
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QMdiArea>
+#include <QProgressBar>
+#include <QTreeView>
+
+#include "chess/board.h"
+#include "library/ui/tree_item_model.h"
+#include "shell/status_window.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+const std::string kStart(chess::kInitialLayout);
+
+std::string Layout(char c, int square = 28) {
+    std::string s = kStart;
+    s[static_cast<size_t>(square)] = c;
+    return s;
+}
+
+QStringList ListEntries(const frmTreeView& form) {
+    QStringList entries;
+    for (int i = 0; i < form.cboListGames->count(); ++i) entries << form.cboListGames->itemText(i);
+    return entries;
+}
+
+QList<int> ListNodes(const frmTreeView& form) {
+    QList<int> nodes;
+    for (int i = 0; i < form.cboListGames->count(); ++i) nodes << form.cboListGames->itemData(i).toInt();
+    return nodes;
+}
+
+QString ImageKey(const frmTreeView& form, int node) {
+    auto* model = static_cast<library::TreeItemModel*>(form.tvTreeView->model());
+    return model->data(model->IndexOf(node), library::TreeItemModel::ImageKeyRole).toString();
+}
+
+class LoadTest : public FrameTest {
+protected:
+    // A library that is open already, which no failure may disturb.
+    frmTreeView* OpenBystander() {
+        LibraryBuilder lib("Bystander");
+        lib.Add(1, 0, "d4", "bystander", false, Layout('Q'));
+        return Open(lib, "bystander.vnb");
+    }
+};
+
+}  // namespace
+
+TEST_F(LoadTest, ALoadedLibraryShowsItsFirstNodeEverywhere) {
+    StartFrame();
+    LibraryBuilder lib("Open Games");
+    lib.Game(1, 0, "e4", "King's pawn", "  The most popular first move.  ", Layout('P'))
+        .Add(2, 1, "e5", "", false, Layout('p', 36))
+        .Game(3, 1, "c5", "Sicilian", "   ")
+        .Add(4, 2, "Nf3: no game here", "", false)
+        .Game(5, 0, "d4", "zebra")
+        .Game(6, 0, "c4", "English")
+        .Game(7, 5, "d5", "english")
+        .Game(8, 5, "Nf6", "Alpha");
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    EXPECT_TRUE(messages.messages.empty());
+
+    EXPECT_EQ(form->Caption(), "Open Games");
+    EXPECT_EQ(form->SubWindow()->windowTitle(), "Open Games");
+    EXPECT_FALSE(form->IsLoading);
+    EXPECT_EQ(form->Contents().tree.Count(), 8);
+
+    // The list sorts by name without regard to case; equal names keep the
+    // order in which they came; each entry carries its node number.
+    EXPECT_EQ(ListEntries(*form),
+              (QStringList{"Alpha", "English", "english", "King's pawn", "Sicilian", "zebra"}));
+    EXPECT_EQ(ListNodes(*form), (QList<int>{8, 6, 7, 1, 3, 5}));
+    EXPECT_EQ(form->cboListGames->currentIndex(), -1) << "nothing is chosen after a load";
+
+    EXPECT_EQ(ImageKey(*form, 1), "board");
+    EXPECT_EQ(ImageKey(*form, 2), "pawn");
+    EXPECT_EQ(ImageKey(*form, 4), "pawn") << "a colon without a new branch is no game";
+
+    EXPECT_EQ(form->Contents().NodeComments[1], "  The most popular first move.  ");
+    EXPECT_EQ(form->Contents().NodeComments[3], "No comments");
+
+    // Node 1 is selected and shown; nothing is expanded.
+    EXPECT_EQ(form->GetSelectedIndex(), 1);
+    EXPECT_EQ(form->CurrentNode, 1);
+    EXPECT_EQ(form->CurrentBoard(), Layout('P'));
+    EXPECT_EQ(forms::Board().Board(), Layout('P'));
+    EXPECT_EQ(forms::Moves().Lines(), QStringList{"  1. e4"});
+    EXPECT_EQ(forms::Comments().Text(), "  The most popular first move.  ");
+    auto* model = form->tvTreeView->model();
+    EXPECT_EQ(model->rowCount(), 3) << "three top-level nodes";
+    EXPECT_EQ(form->tvTreeView->currentIndex().data().toString(), "e4: King's pawn");
+    for (int n = 1; n <= 8; ++n) EXPECT_FALSE(form->Contents().tree.Node(n).Expanded) << n;
+    EXPECT_FALSE(form->tvTreeView->isExpanded(form->tvTreeView->currentIndex()));
+
+    EXPECT_FALSE(forms::StatusLoaded()) << "the bar goes when the tree is built";
+    EXPECT_TRUE(modals.empty()) << "blank remarks open no window";
+}
+
+TEST_F(LoadTest, RemarksThatHoldTextOpenTheRemarksWindowAfterTheLoad) {
+    StartFrame();
+    LibraryBuilder lib("With remarks");
+    lib.Remarks("Collected from the 1990s.").Add(1, 0, "e4");
+    bool loadingWhileShown = false;
+    onModal = [&](QDialog&) {
+        loadingWhileShown = forms::TreeViews().Active()->IsLoading;
+        return static_cast<int>(QDialog::Accepted);
+    };
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    ASSERT_EQ(modals.size(), 1u);
+    EXPECT_EQ(modals[0].title, "Library Remarks");
+    EXPECT_EQ(modals[0].remarks, "Collected from the 1990s.");
+    EXPECT_TRUE(loadingWhileShown) << "the load waits for the remarks window";
+    EXPECT_FALSE(form->IsLoading);
+
+    modals.clear();
+    LibraryBuilder blank("Blank remarks");
+    blank.Remarks("     ").Add(1, 0, "e4");
+    ASSERT_NE(Open(blank, "blank.vnb"), nullptr);
+    EXPECT_TRUE(modals.empty());
+}
+
+TEST_F(LoadTest, ALibraryOfOneRecordShowsThatNodeSelected) {
+    StartFrame();
+    LibraryBuilder lib("One");
+    lib.Add(7, 0, "Nf3", "", false, Layout('N', 21));
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(form->GetSelectedIndex(), 1);
+    EXPECT_EQ(forms::Board().Board(), Layout('N', 21));
+    EXPECT_EQ(forms::Comments().Text(), "No comments");
+    EXPECT_TRUE(ListEntries(*form).isEmpty());
+}
+
+TEST_F(LoadTest, NameEndingOneCharacterAfterTheColonGivesAnEmptyEntry) {
+    StartFrame();
+    LibraryBuilder lib("Short names");
+    lib.Add(1, 0, "e4: ", "", true).Add(2, 1, "e5:x", "", true);
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(ListEntries(*form), (QStringList{"", ""}));
+    EXPECT_EQ(ListNodes(*form), (QList<int>{1, 2}));
+}
+
+TEST_F(LoadTest, TextOutsideAsciiIsShownFromWindows1252) {
+    StartFrame();
+    LibraryBuilder lib("R\xE9ti \x96 Openings");
+    lib.Game(1, 0, "Nf3", "R\xE9ti", "Caf\xE9 comment");
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(form->Caption(), QString::fromUtf8("Réti – Openings"));
+    EXPECT_EQ(ListEntries(*form), QStringList{QString::fromUtf8("Réti")});
+    EXPECT_EQ(forms::Comments().Text(), QString::fromUtf8("Café comment"));
+}
+
+// Every way a load fails: the exact message, no new library, and the
+// libraries already open untouched.
+struct FailureCase {
+    const char* name;
+    std::function<void(const QString& path)> make;
+    bool notValid;  // "Not a valid Vantrel library" rather than "Problem loading library "
+};
+
+class LoadFailureTest : public LoadTest, public ::testing::WithParamInterface<FailureCase> {};
+
+TEST_P(LoadFailureTest, TellsTheUserAndLeavesNoWindow) {
+    StartFrame();
+    frmTreeView* bystander = OpenBystander();
+    ASSERT_NE(bystander, nullptr);
+    bystander->SelectNode(1);
+    const QString path = dir.file(QStringLiteral("broken.vnb"));
+    GetParam().make(path);
+    messages.messages.clear();
+    forms::Board().SetBoard(Layout('K', 40));
+
+    bool statusUpAtMessage = true;
+    messages.AnswerBy([&](const ui::MessageRequest&) {
+        statusUpAtMessage = forms::StatusLoaded();
+        return ui::Answer::Ok;
+    });
+    forms::TreeViews().OpenLib(path);
+    FlushDeletes();
+
+    ASSERT_EQ(messages.messages.size(), 1u);
+    const ui::MessageRequest& m = messages.messages[0];
+    if (GetParam().notValid) {
+        EXPECT_EQ(m.text, "Not a valid Vantrel library");
+        EXPECT_EQ(forms::Board().Board(), Layout('K', 40)) << "the board is not reset for a file that is no library";
+    } else {
+        EXPECT_EQ(m.text, "Problem loading library " + path);
+        EXPECT_FALSE(statusUpAtMessage) << "the bar goes before the message";
+    }
+    EXPECT_EQ(m.buttons, ui::Buttons::Ok);
+    EXPECT_TRUE(m.title.isEmpty()) << "the program's own title";
+
+    EXPECT_EQ(forms::TreeViews().Count(), 1);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), bystander->Tag);
+    EXPECT_EQ(forms::TreeViews().WindowCounter(), 2) << "the failed window had its key";
+    EXPECT_EQ(frame->MdiArea()->subWindowList().size(), 4) << "board, comments, moves and the bystander";
+    EXPECT_EQ(bystander->Contents().tree.Count(), 1);
+    EXPECT_FALSE(forms::StatusLoaded());
+    EXPECT_FALSE(AppClosing);
+}
+
+namespace {
+
+void WriteBytes(const QString& path, const std::string& bytes) {
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bytes.data(), static_cast<qint64>(bytes.size()));
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, LoadFailureTest,
+    ::testing::Values(
+        FailureCase{"MissingFile", [](const QString&) {}, false},
+        FailureCase{"EmptyFile", [](const QString& p) { WriteBytes(p, std::string()); }, true},
+        FailureCase{"VersionTwo",
+                    [](const QString& p) { LibraryBuilder("Two").Version(2).Add(1, 0, "e4").WriteTo(p); }, true},
+        FailureCase{"RecordAheadOfItsParent",
+                    [](const QString& p) { LibraryBuilder().Add(1, 0, "e4").Add(2, 3, "e5").Add(3, 1, "c5").WriteTo(p); },
+                    false},
+        FailureCase{"DuplicateIndex",
+                    [](const QString& p) { LibraryBuilder().Add(1, 0, "e4").Add(1, 0, "d4").WriteTo(p); }, false},
+        FailureCase{"MoreThanRecCountPlusOneRecords",
+                    [](const QString& p) {
+                        LibraryBuilder().RecCount(1).Add(1, 0, "e4").Add(2, 1, "e5").Add(3, 2, "Nf3").WriteTo(p);
+                    },
+                    false},
+        FailureCase{"GameNameEndingInItsColon",
+                    [](const QString& p) { LibraryBuilder().Add(1, 0, "e4").Add(2, 1, "e5:", "", true).WriteTo(p); },
+                    false},
+        FailureCase{"ZeroRecords", [](const QString& p) { LibraryBuilder("Empty").WriteTo(p); }, false},
+        FailureCase{"MoreNodesThanNumbersExist",
+                    [](const QString& p) {
+                        LibraryBuilder lib("Huge");
+                        for (int i = 1; i <= 32768; ++i) lib.Add(i, 0, "a3", "", false, "");
+                        lib.WriteTo(p);
+                    },
+                    false}),
+    [](const ::testing::TestParamInfo<FailureCase>& info) { return std::string(info.param.name); });
+
+TEST_F(LoadTest, RecCountPlusOneRecordsStillLoad) {
+    StartFrame();
+    LibraryBuilder lib("One extra");
+    lib.RecCount(2).Add(1, 0, "e4").Add(2, 1, "e5").Add(3, 2, "Nf3");
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(form->Contents().tree.Count(), 3);
+}
+
+TEST_F(LoadTest, ClosingAWindowWhileItLoadsIsRefusedAndTheLoadGoesOn) {
+    StartFrame();
+    LibraryBuilder lib = Chain(450, "Long");
+    bool tried = false, closed = true, loadingSeen = false;
+    // Runs at the first point at which the load lets events run.
+    QMetaObject::invokeMethod(
+        qApp,
+        [&] {
+            frmTreeView* loading = forms::TreeViews().Active();
+            loadingSeen = loading && loading->IsLoading;
+            tried = true;
+            closed = loading && forms::OuterWindow(loading)->close();
+        },
+        Qt::QueuedConnection);
+    frmTreeView* form = Open(lib);
+    ASSERT_TRUE(tried);
+    EXPECT_TRUE(loadingSeen);
+    EXPECT_FALSE(closed);
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(form->Contents().tree.Count(), 450);
+    EXPECT_EQ(forms::TreeViews().Count(), 1);
+
+    // After the load the window goes through its unload.
+    EXPECT_TRUE(CloseByUser(form));
+    EXPECT_EQ(forms::TreeViews().Count(), 0);
+}
+
+TEST_F(LoadTest, TheBarShowsTheShareOfRecordsReadEvery101Records) {
+    StartFrame();
+    LibraryBuilder lib = Chain(404, "Bar");
+    std::vector<int> seen;
+    std::vector<bool> onTop;
+    std::function<void()> watch;
+    watch = [&] {
+        if (forms::StatusLoaded() && forms::TreeViews().Active() && forms::TreeViews().Active()->IsLoading) {
+            frm_status& status = forms::Status();
+            seen.push_back(status.Progbar->value());
+            onTop.push_back(status.windowFlags().testFlag(Qt::WindowStaysOnTopHint) && status.isVisible());
+            EXPECT_EQ(status.lblMessage->text(), "Building tree...");
+            // The tree grows with the load and can be walked meanwhile.
+            EXPECT_EQ(forms::TreeViews().Active()->tvTreeView->model()->rowCount(), 1);
+            QMetaObject::invokeMethod(qApp, watch, Qt::QueuedConnection);
+        }
+    };
+    QMetaObject::invokeMethod(qApp, watch, Qt::QueuedConnection);
+    ASSERT_NE(Open(lib), nullptr);
+    QCoreApplication::processEvents();  // the last look, after the load
+    // 101, 202, 303, 404 of 404 records.
+    EXPECT_EQ(seen, (std::vector<int>{25, 50, 75, 100}));
+    for (bool b : onTop) EXPECT_TRUE(b);
+}
+
+TEST_F(LoadTest, TheWholeRangeOfNodeNumbersLoads) {
+    StartFrame();
+    LibraryBuilder lib("Full");
+    // 32,767 nodes: a few long chains under a handful of top-level nodes.
+    for (int i = 1; i <= 32767; ++i) lib.Add(i, i % 64 == 1 ? 0 : i - 1, "m", "", false, "");
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    EXPECT_EQ(form->Contents().tree.Count(), 32767);
+    EXPECT_EQ(form->tvTreeView->model()->rowCount(), (32767 + 63) / 64);
+}
