@@ -57,7 +57,8 @@ public:
 
     bool IsNull(int column) const;
     int64_t Int(int column) const;
-    std::string Text(int column) const;  // "" for NULL
+    // "" for NULL. Valid until the next Step, Reset or read of the column.
+    std::string_view TextView(int column) const;
 
 private:
     [[noreturn]] void Fail(int rc) const;

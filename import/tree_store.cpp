@@ -303,10 +303,13 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
         if (!writer.WriteHeader(header)) throw ImportError("Device I/O error", kDeviceIoError);
 
         int32_t counter = 0;
+        std::string shown;
         library::LibraryNodeRecord record;
         while (more) {
             ++counter;
-            host.ShowCount(" " + std::to_string(counter));
+            shown.assign(" ");
+            shown += std::to_string(counter);
+            host.ShowCount(shown);
             host.Yield();
             if (!host.Running()) {
                 result = false;
@@ -315,9 +318,9 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
             record.index = static_cast<int32_t>(rows.Int(0));
             record.parent = static_cast<int32_t>(rows.Int(1));
             record.new_branch = !rows.IsNull(2) && rows.Int(2) == -1;
-            record.description = rows.Text(3);
-            record.BoardLayout = rows.Text(4);
-            record.remarks = rows.Text(5);  // NULL reads as ""
+            record.description.assign(rows.TextView(3));
+            record.BoardLayout.assign(rows.TextView(4));
+            record.remarks.assign(rows.TextView(5));  // NULL reads as ""
             if (!writer.WriteRecord(record)) throw ImportError("Device I/O error", kDeviceIoError);
             more = rows.Step();
         }
