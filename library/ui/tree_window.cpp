@@ -357,8 +357,8 @@ void frmTreeView::Form_Resize() {
     if (QMdiSubWindow* sub = SubWindow(); sub && sub->isMaximized()) {
         // A library window is never maximized: it takes the inner area as
         // a normal window instead, keeping its Left.
-        const int left = sub->x();
         sub->showNormal();
+        const int left = sub->x();
         if (QMdiArea* area = sub->mdiArea()) {
             const QSize inner = area->viewport()->size();
             sub->setGeometry(left, 0, inner.width(), inner.height());
