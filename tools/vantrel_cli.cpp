@@ -193,7 +193,7 @@ int Import(const std::vector<std::string>& args, const char* argv0) {
         std::fprintf(stderr, "Couldn't create library '%s.vnb'\n", Out(name).c_str());
         return 1;
     }
-    std::printf("%s\n%d records from %d games, %d moves not resolved\n",
+    std::printf("%s\n%d records from %d games; unresolved moves: %d\n",
                 Out(import::LibraryPath(options)).c_str(), session.recordCount, host.Games(), host.Unresolved());
     return 0;
 }
