@@ -135,6 +135,15 @@ TEST_F(BuildTreeTest, FileWithoutMovesIsFalseWithoutMessage) {
     EXPECT_EQ(session.ImportRemarks, "Just some text\r\nand more\r\n");
 }
 
+TEST_F(BuildTreeTest, GameWithoutMovesIsPassedOver) {
+    ASSERT_TRUE(Build("[Event \"empty\"]\n\n*\n\n[Event \"b\"]\n\ne4\n"));
+    const auto rows = Rows();
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0].description, "e4: b");
+    ASSERT_EQ(host.games.size(), 2u);
+    EXPECT_EQ(host.games[0].lastPly, 0);
+}
+
 TEST_F(BuildTreeTest, TextAheadOfTheFirstGameBecomesTheRemarks) {
     ASSERT_TRUE(Build("\nMy openings\n\nfor the club\n[Event \"a\"]\n\ne4\n"));
     EXPECT_EQ(session.ImportRemarks, "My openings\r\n\r\nfor the club\r\n");
