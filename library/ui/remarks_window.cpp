@@ -50,12 +50,14 @@ void frmLibRemarks::Form_Resize() {
     // The text takes the inner area less 585 twips at the bottom; the button
     // stands 840 twips above the window's bottom edge and 1365 in from its
     // right edge, the window's frame included.
+    // A thin frame never lets the button ride up over the text.
     const QRect outer = frameGeometry();
     const QRect inner = geometry();
     const int insetX = inner.x() - outer.x();
     const int insetY = inner.y() - outer.y();
-    txtLibRemarks->setGeometry(0, 0, width(), std::max(0, height() - TwipsToPixels(585)));
+    const int textHeight = std::max(0, height() - TwipsToPixels(585));
+    txtLibRemarks->setGeometry(0, 0, width(), textHeight);
     const int left = std::max(0, outer.width() - TwipsToPixels(1365) - insetX);
-    const int top = std::max(0, outer.height() - TwipsToPixels(840) - insetY);
+    const int top = std::max(textHeight + 4, outer.height() - TwipsToPixels(840) - insetY);
     Command1->setGeometry(left, top, TwipsToPixels(1215), TwipsToPixels(375));
 }
