@@ -1,0 +1,131 @@
+// The settings store and the memory of the frame's position.
+#include <QMdiSubWindow>
+#include <QSettings>
+
+#include "chess/board.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+class SettingsTest : public FrameTest {
+protected:
+    static QSettings Store() {
+        return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
+                         QStringLiteral("Vantrel"));
+    }
+    void CloseFrame() {
+        ASSERT_TRUE(frame->close());
+        frame.reset();
+        FlushDeletes();
+        AppClosing = false;
+    }
+};
+
+}  // namespace
+
+TEST_F(SettingsTest, TheStoreReadsTextAndNumbersWithTheirDefaults) {
+    EXPECT_EQ(GetSettingText("Forms", "Nothing"), "");
+    EXPECT_EQ(GetSettingNumber("Forms", "Nothing"), 0);
+    EXPECT_EQ(GetSettingText("NoSuchSection", "SmartForms"), "");
+
+    SaveSettingText("Forms", "Word", "T");
+    SaveSettingNumber("Forms", "Count", -1234567);
+    EXPECT_EQ(GetSettingText("Forms", "Word"), "T");
+    EXPECT_EQ(GetSettingNumber("Forms", "Count"), -1234567);
+
+    SaveSettingText("Forms", "Nul", QString("ab") + QChar(0) + "cd");
+    EXPECT_EQ(GetSettingText("Forms", "Nul"), "ab") << "the text ends at its first NUL";
+
+    SaveSettingText("Forms", "NotANumber", "twelve");
+    EXPECT_EQ(GetSettingNumber("Forms", "NotANumber"), 0);
+    {
+        QSettings store = Store();
+        store.setValue("Forms/Huge", QVariant::fromValue<qlonglong>(1LL << 40));
+    }
+    EXPECT_EQ(GetSettingNumber("Forms", "Huge"), 0) << "only a 32-bit value is a number";
+}
+
+TEST_F(SettingsTest, AFirstRunIsUncheckedAndSavesNothing) {
+    StartFrame();
+    EXPECT_FALSE(SmartForms);
+    EXPECT_FALSE(frame->mWRememberPositions->isChecked());
+    CloseFrame();
+    EXPECT_TRUE(Store().allKeys().isEmpty());
+}
+
+TEST_F(SettingsTest, ACheckedItemSavesThePositionAndTheNextStartRestoresIt) {
+    StartFrame();
+    frame->mWRememberPositions->trigger();
+    EXPECT_TRUE(SmartForms);
+    EXPECT_TRUE(frame->mWRememberPositions->isChecked());
+    frame->setGeometry(40, 50, 900, 700);
+    QCoreApplication::processEvents();
+    const QPoint pos = frame->pos();
+    const QSize size = frame->size();
+    CloseFrame();
+
+    EXPECT_EQ(GetSettingText("Forms", "SmartForms"), "T");
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWinState"), 0);
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelLeft"), PixelsToTwips(pos.x()));
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelTop"), PixelsToTwips(pos.y()));
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), PixelsToTwips(size.width()));
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelHeight"), PixelsToTwips(size.height()));
+
+    SmartForms = false;
+    StartFrame();
+    EXPECT_TRUE(SmartForms);
+    EXPECT_TRUE(frame->mWRememberPositions->isChecked());
+    EXPECT_EQ(frame->pos(), pos);
+    EXPECT_EQ(frame->size(), size);
+}
+
+TEST_F(SettingsTest, UncheckingSavesNothingSoTheOldPositionStays) {
+    SaveSettingText("Forms", "SmartForms", "T");
+    SaveSettingNumber("Forms", "MDIVantrelWinState", 0);
+    SaveSettingNumber("Forms", "MDIVantrelLeft", 1200);
+    SaveSettingNumber("Forms", "MDIVantrelTop", 600);
+    SaveSettingNumber("Forms", "MDIVantrelWidth", 9600);
+    SaveSettingNumber("Forms", "MDIVantrelHeight", 7200);
+    StartFrame();
+    ASSERT_TRUE(frame->mWRememberPositions->isChecked());
+    EXPECT_EQ(frame->pos(), QPoint(100, 50));
+    EXPECT_EQ(frame->size(), QSize(800, 600));
+    frame->mWRememberPositions->trigger();
+    EXPECT_FALSE(SmartForms);
+    frame->move(300, 300);
+    CloseFrame();
+    EXPECT_EQ(GetSettingText("Forms", "SmartForms"), "T");
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelLeft"), 1200);
+}
+
+TEST_F(SettingsTest, OnlyTheTextTMeansRemember) {
+    SaveSettingText("Forms", "SmartForms", "t");
+    SaveSettingNumber("Forms", "MDIVantrelLeft", 1200);
+    StartFrame();
+    EXPECT_FALSE(SmartForms);
+    EXPECT_FALSE(frame->mWRememberPositions->isChecked());
+}
+
+TEST_F(SettingsTest, AFrameClosedMinimizedComesBackMinimizedWithThePlanUndone) {
+    SaveSettingText("Forms", "SmartForms", "T");
+    SaveSettingNumber("Forms", "MDIVantrelWinState", 1);
+    StartFrame();
+    EXPECT_TRUE(frame->isMinimized());
+    EXPECT_FALSE(forms::OuterWindow(&forms::Comments())->isVisible()) << "the placing at the start did nothing";
+    EXPECT_FALSE(frame->mWShowComments->isVisible());
+    EXPECT_EQ(forms::Board().Board(), std::string(chess::kInitialLayout)) << "Reset still ran";
+}
+
+TEST_F(SettingsTest, AFrameClosedMaximizedComesBackMaximizedAndSavesItsState) {
+    SaveSettingText("Forms", "SmartForms", "T");
+    SaveSettingNumber("Forms", "MDIVantrelWinState", 2);
+    SaveSettingNumber("Forms", "MDIVantrelLeft", 99999);
+    StartFrame();
+    EXPECT_TRUE(frame->isMaximized());
+    CloseFrame();
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWinState"), 2);
+    EXPECT_NE(GetSettingNumber("Forms", "MDIVantrelWidth"), 0) << "all five are saved whatever the state";
+}
