@@ -26,6 +26,25 @@ bool OnBoard(int rank, int file) { return rank >= 1 && rank <= 8 && file >= 1 &&
 
 bool OutsideSubscripts(int16_t v) { return v < 0 || v > 8; }
 
+// Walks the squares within the hints in FindPiece's order and calls `visit`
+// for each that holds the code (colour, letter).
+template <typename Visit>
+void WalkPieces(const ImportBoard& board, char colour, char letter, int rank, int file, Visit&& visit) {
+    auto test = [&](int r, int f) {
+        if (board.Colour(r, f) == colour && board.Piece(r, f) == letter) visit(r, f);
+    };
+    if (rank == 0 && file == 0) {
+        for (int f = 1; f <= 8; ++f)
+            for (int r = 1; r <= 8; ++r) test(r, f);
+    } else if (rank == 0) {
+        for (int r = 1; r <= 8; ++r) test(r, file);
+    } else if (file == 0) {
+        for (int f = 1; f <= 8; ++f) test(rank, f);
+    } else {
+        test(rank, file);
+    }
+}
+
 // Everything one call learns from its token before it looks for the source.
 struct MoveTarget {
     int16_t targetRank = 0;
@@ -37,23 +56,28 @@ struct MoveTarget {
 
 // Looks for the one piece that can reach the target. On success fills the
 // source square and, with a deduced rank, settles the target rank.
-int16_t FindSource(const ImportBoard& board, std::string& piece, bool isWhite, MoveTarget& t, int16_t& sourceRank,
+int16_t FindSource(const ImportBoard& board, const std::string& piece, bool isWhite, MoveTarget& t, int16_t& sourceRank,
                    int16_t& sourceFile) {
     if (t.targetFile > 8 || t.targetRank > 8 || t.targetFile < 0 || OutsideSubscripts(t.hintRank) ||
         OutsideSubscripts(t.hintFile))
         return kCantParse;
 
-    int16_t rank = t.hintRank;
-    int16_t file = t.hintFile;
-    const int16_t candidates = FindPiece(board, piece, rank, file, isWhite, 1);
+    // The candidates in the order FindPiece counts them: one walk gives the
+    // same squares as asking FindPiece for each n in turn.
+    int16_t candidateRank[64], candidateFile[64];
+    int candidates = 0;
+    WalkPieces(board, isWhite ? 'w' : 'b', Lower(piece[0]), t.hintRank, t.hintFile, [&](int r, int f) {
+        candidateRank[candidates] = static_cast<int16_t>(r);
+        candidateFile[candidates] = static_cast<int16_t>(f);
+        ++candidates;
+    });
 
     ReachMap reach;
     bool found = false;
     int16_t foundTargetRank = t.targetRank;
-    for (int16_t n = 1; n <= candidates; ++n) {
-        rank = t.hintRank;
-        file = t.hintFile;
-        FindPiece(board, piece, rank, file, isWhite, n);
+    for (int n = 0; n < candidates; ++n) {
+        const int16_t rank = candidateRank[n];
+        const int16_t file = candidateFile[n];
         int16_t targetRank = t.targetRank;
         if (t.deducedRank) {
             targetRank = static_cast<int16_t>(isWhite ? rank + 1 : rank - 1);
@@ -312,26 +336,12 @@ int16_t FindPiece(const ImportBoard& board, std::string& piece, int16_t& rank, i
 
     int16_t count = 0;
     int16_t foundRank = rank, foundFile = file;
-    auto test = [&](int r, int f) {
-        if (board.Colour(r, f) == colour && board.Piece(r, f) == letter) {
-            ++count;
-            if (count == n) {
-                foundRank = static_cast<int16_t>(r);
-                foundFile = static_cast<int16_t>(f);
-            }
+    WalkPieces(board, colour, letter, rank, file, [&](int r, int f) {
+        if (++count == n) {
+            foundRank = static_cast<int16_t>(r);
+            foundFile = static_cast<int16_t>(f);
         }
-    };
-
-    if (rank == 0 && file == 0) {
-        for (int f = 1; f <= 8; ++f)
-            for (int r = 1; r <= 8; ++r) test(r, f);
-    } else if (rank == 0) {
-        for (int r = 1; r <= 8; ++r) test(r, file);
-    } else if (file == 0) {
-        for (int f = 1; f <= 8; ++f) test(rank, f);
-    } else {
-        test(rank, file);
-    }
+    });
 
     rank = foundRank;
     file = foundFile;
