@@ -103,7 +103,11 @@ HelpWindow::HelpWindow(QWidget* parent) : QWidget(parent, Qt::Window) {
             QTextCursor at(browser->document());
             at.setPosition(topics_[current_].start);
             const QTextCursor hit = browser->document()->find(word, at);
-            if (!hit.isNull() && hit.selectionStart() < topics_[current_].end) browser->setTextCursor(hit);
+            if (!hit.isNull() && hit.selectionStart() < topics_[current_].end) {
+                navigating_ = true;
+                browser->setTextCursor(hit);
+                navigating_ = false;
+            }
         }
     });
     connect(browser->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { FollowScroll(); });
