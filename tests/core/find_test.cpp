@@ -10,7 +10,7 @@
 namespace vantrel::library {
 namespace {
 
-const std::string kTarget = "RNBQKBNRPPPP0PPP000000000000P00000000000000000000pppppppprnbqkbnr";
+const std::string kTarget = "RNBQKBNRPPPP0PPP000000000000P0000000000000000000pppppppprnbqkbnr";
 const std::string kOther = "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
 
 // A flat tree of n nodes; the nodes in `matches` hold the target position.

@@ -1,0 +1,265 @@
+// Find and Find Next through the menu road: the register, the setup dialog
+// and the walk of a library window, with the node it ends on shown.
+#include <QComboBox>
+#include <QPushButton>
+#include <set>
+
+#include "board/search_window.h"
+#include "chess/board.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+const std::string kStart(chess::kInitialLayout);
+const std::string kTarget = "RNBQKBNRPPPP0PPP000000000000P0000000000000000000pppppppprnbqkbnr";
+
+// A position of its own for node i, so that only chosen nodes match.
+std::string Unique(int i) {
+    std::string s = kStart;
+    s[static_cast<std::size_t>(16 + i % 32)] = 'N';
+    s[static_cast<std::size_t>(47 - i / 32)] = 'n';
+    return s;
+}
+
+// Ten nodes in file order; nodes 6..10 hang below node 2, so the order of
+// the file is not the order on the screen.
+LibraryBuilder Ten(std::set<int> matches, const std::string& book = "Ten") {
+    LibraryBuilder lib(book);
+    for (int i = 1; i <= 10; ++i) {
+        const int parent = i == 1 ? 0 : i <= 5 ? i - 1 : 2;
+        lib.Add(i, parent, "m" + std::to_string(i), "", false, matches.count(i) ? kTarget : Unique(i));
+    }
+    return lib;
+}
+
+class FindTest : public FrameTest {
+protected:
+    void SetUp() override {
+        FrameTest::SetUp();
+        FrmSearchTree::szSetupBoard.clear();
+        // The dialog searches for whatever `search` holds, or cancels.
+        onModal = [this](QDialog& dialog) {
+            auto* form = qobject_cast<FrmSearchTree*>(&dialog);
+            if (!form) return static_cast<int>(QDialog::Rejected);
+            ++dialogs;
+            if (chooseLibrary >= 0) form->cboLibSelect->setCurrentIndex(chooseLibrary);
+            if (cancel) {
+                form->cmdCancel->click();
+                return form->result();
+            }
+            FrmSearchTree::szSetupBoard = search;
+            form->DisplayBoard();
+            form->cmdSearch->click();
+            return form->result();
+        };
+    }
+    void TearDown() override {
+        FrmSearchTree::szSetupBoard.clear();
+        FrameTest::TearDown();
+    }
+
+    static void Select(frmTreeView* form, int node) {
+        form->SelectNode(node);
+        form->tvTreeView_NodeClick(node);
+    }
+    static int Selected(frmTreeView* form) { return form->Contents().tree.Selected(); }
+
+    std::string search = kTarget;
+    bool cancel = false;
+    int chooseLibrary = -1;
+    int dialogs = 0;
+};
+
+TEST_F(FindTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatch) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({3, 8}));
+    ASSERT_NE(form, nullptr);
+    Select(form, 5);
+    messages.messages.clear();
+
+    forms::TreeViews().Find();
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(Selected(form), 8);
+    EXPECT_EQ(form->CurrentNode, 8);
+    EXPECT_EQ(forms::Board().Board(), kTarget) << "the node found is shown as by a click";
+    EXPECT_EQ(form->iSearchStart, 5);
+    EXPECT_TRUE(form->CurrentSearch());
+    EXPECT_TRUE(messages.messages.empty());
+
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(dialogs, 1) << "a library with a search goes on without the dialog";
+    EXPECT_EQ(Selected(form), 3);
+
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(Selected(form), 3) << "the pass has ended at node 5";
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_EQ(messages.messages[0].text, "No match found");
+    EXPECT_TRUE(messages.messages[0].title.isEmpty());
+    EXPECT_EQ(messages.messages[0].buttons, ui::Buttons::Ok);
+    EXPECT_EQ(form->iSearchStart, 5) << "the start stays fixed through Find Next";
+
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(messages.Texts(), (QStringList{"No match found", "No match found"}));
+    EXPECT_EQ(Selected(form), 3);
+}
+
+TEST_F(FindTest, NoMatchKeepsAndShowsTheStartNode) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({}));
+    ASSERT_NE(form, nullptr);
+    Select(form, 7);
+    forms::Board().SetBoard(kStart);  // shown again at the end
+    messages.messages.clear();
+    forms::TreeViews().Find();
+    EXPECT_EQ(messages.Texts(), QStringList{"No match found"});
+    EXPECT_EQ(Selected(form), 7);
+    EXPECT_EQ(form->CurrentNode, 7);
+    EXPECT_EQ(forms::Board().Board(), Unique(7));
+    EXPECT_TRUE(form->CurrentSearch()) << "the search stays in force";
+}
+
+TEST_F(FindTest, TheSelectedNodeAsOnlyMatchIsFoundWithoutAMessage) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({6}));
+    ASSERT_NE(form, nullptr);
+    Select(form, 6);
+    messages.messages.clear();
+    forms::TreeViews().Find();
+    EXPECT_EQ(Selected(form), 6);
+    EXPECT_TRUE(messages.messages.empty());
+}
+
+TEST_F(FindTest, SelectionMovedBeforeTheStartEndsTheWalkThere) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({1, 8}));
+    ASSERT_NE(form, nullptr);
+    Select(form, 5);
+    forms::TreeViews().Find();
+    ASSERT_EQ(Selected(form), 8);
+    Select(form, 2);  // the user clicks a node before the start
+    messages.messages.clear();
+    forms::TreeViews().FindNext();  // 3..5 only: node 8 and node 1 are not reached
+    EXPECT_EQ(messages.Texts(), QStringList{"No match found"});
+    EXPECT_EQ(Selected(form), 2);
+}
+
+TEST_F(FindTest, WithNoLibraryBothCommandsSayNoOpenLibraries) {
+    StartFrame();
+    forms::TreeViews().Find();
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(messages.Texts(), (QStringList{"No open libraries", "No open libraries"}));
+    EXPECT_TRUE(messages.messages[0].title.isEmpty());
+    EXPECT_EQ(dialogs, 0);
+}
+
+TEST_F(FindTest, FindNextWithoutASearchOpensTheDialog) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({4}));
+    ASSERT_NE(form, nullptr);
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(Selected(form), 4);
+}
+
+TEST_F(FindTest, CancelAndTheCloseBoxLeaveTheWindowAlone) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({4}));
+    ASSERT_NE(form, nullptr);
+    Select(form, 2);
+    cancel = true;
+    forms::TreeViews().Find();
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_FALSE(form->CurrentSearch());
+    EXPECT_EQ(Selected(form), 2);
+
+    // The close box of the dialog counts as Cancel.
+    onModal = [this](QDialog& dialog) {
+        ++dialogs;
+        dialog.show();
+        dialog.close();
+        return dialog.result();
+    };
+    forms::TreeViews().Find();
+    EXPECT_EQ(dialogs, 2);
+    EXPECT_FALSE(form->CurrentSearch());
+    EXPECT_EQ(Selected(form), 2);
+    EXPECT_TRUE(messages.messages.empty());
+}
+
+TEST_F(FindTest, ACancelledFindLeavesTheLastSearchInForce) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({3, 8}));
+    ASSERT_NE(form, nullptr);
+    Select(form, 5);
+    forms::TreeViews().Find();
+    ASSERT_EQ(Selected(form), 8);
+    cancel = true;
+    forms::TreeViews().Find();
+    EXPECT_EQ(form->szSearchBoard, kTarget);
+    EXPECT_EQ(form->iSearchStart, 5);
+    cancel = false;
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(Selected(form), 3);
+}
+
+TEST_F(FindTest, EachLibraryKeepsItsOwnSearch) {
+    StartFrame();
+    frmTreeView* a = Open(Ten({3}, "A"), "a.vnb");
+    frmTreeView* b = Open(Ten({9}, "B"), "b.vnb");
+    ASSERT_TRUE(a && b);
+    ASSERT_EQ(forms::TreeViews().GetActiveKey(), b->Tag);
+
+    // In the dialog the user picks the first library: it is searched.
+    chooseLibrary = 0;
+    forms::TreeViews().Find();
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
+    EXPECT_EQ(Selected(a), 3);
+    EXPECT_TRUE(a->CurrentSearch());
+    EXPECT_FALSE(b->CurrentSearch());
+
+    // Picking the second and cancelling leaves the first's search intact,
+    // while the second stays active.
+    chooseLibrary = 1;
+    cancel = true;
+    forms::TreeViews().Find();
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag);
+    EXPECT_EQ(a->szSearchBoard, kTarget);
+    EXPECT_EQ(a->iSearchStart, 1);
+    EXPECT_FALSE(b->CurrentSearch());
+
+    // Another position searched in B; A goes on with its own at once.
+    cancel = false;
+    chooseLibrary = -1;
+    search = Unique(5);
+    forms::TreeViews().Find();
+    EXPECT_EQ(Selected(b), 5);
+    const int before = dialogs;
+    forms::TreeViews().SetActive(a->Tag);
+    forms::TreeViews().FindNext();
+    EXPECT_EQ(dialogs, before);
+    EXPECT_EQ(a->szSearchBoard, kTarget);
+    EXPECT_EQ(Selected(a), 3) << "the one match, found again at the end of the pass";
+}
+
+TEST_F(FindTest, TheDialogHandsOverWhatItsBoardShows) {
+    StartFrame();
+    frmTreeView* form = Open(Ten({7}));
+    ASSERT_NE(form, nullptr);
+    // The user moves e2 to e4 on the start position: that is node 7.
+    onModal = [this](QDialog& dialog) {
+        auto* f = qobject_cast<FrmSearchTree*>(&dialog);
+        ++dialogs;
+        f->cmdReset->click();
+        f->Image2_DragDrop(28, board::DragSource::Square(12));
+        f->cmdSearch->click();
+        return f->result();
+    };
+    forms::TreeViews().Find();
+    EXPECT_EQ(Selected(form), 7);
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, kTarget);
+}
+
+}  // namespace
