@@ -11,17 +11,7 @@
 #include <QStringList>
 #include <QVBoxLayout>
 
-#if __has_include("board/board_view.h")
 #include "board/board_view.h"
-#else
-// Until the board view lands: an empty stand-in.
-class BoardView : public QWidget {
-public:
-    explicit BoardView(QWidget* parent) : QWidget(parent) {}
-    void SetLabels() {}
-    void DisplayBoard(const std::string&) {}
-};
-#endif
 #include "import/ui/fix_move_lists.h"
 #include "shell/forms.h"
 

@@ -23,10 +23,7 @@
 #include "import/ui/fix_move_dialog.h"
 #include "shell/dialogs.h"
 #include "shell/forms.h"
-#if __has_include("shell/help_window.h")
 #include "shell/help_window.h"
-#define VANTREL_HAVE_HELP 1
-#endif
 
 using namespace vantrel;
 
@@ -414,11 +411,7 @@ bool frmImportWizard::eventFilter(QObject* watched, QEvent* event) {
     return QDialog::eventFilter(watched, event);
 }
 
-void frmImportWizard::cmdHelp_Click() {
-#ifdef VANTREL_HAVE_HELP
-    ShowHelpContext(PageHelpContext);
-#endif
-}
+void frmImportWizard::cmdHelp_Click() { ShowHelpContext(PageHelpContext); }
 
 // ---- the run ------------------------------------------------------------------
 
