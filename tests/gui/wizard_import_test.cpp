@@ -1,0 +1,533 @@
+// The import wizard's run page: RunImport end to end into a scratch program
+// folder, its status lines, Cancel and the close box during a run, the
+// overwrite question and the repair dialog.
+#include <gtest/gtest.h>
+
+#include <sqlite3.h>
+
+#include <QCheckBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "gui_test_support.h"
+#include "import/moves_table.h"
+#include "import/ui/fix_move_dialog.h"
+#include "import/ui/import_wizard.h"
+#include "library/format.h"
+
+using vantrel::testing::MessageRecorder;
+using vantrel::testing::ScratchProgramDir;
+namespace ui = vantrel::ui;
+
+namespace {
+
+const char* const kTwoGames =
+    "[Event \"Club\"]\n"
+    "[White \"Able\"]\n"
+    "[Black \"Baker\"]\n"
+    "[Result \"1-0\"]\n"
+    "\n"
+    "1. e4 e5 2. Nf3 Nc6 1-0\n"
+    "\n"
+    "[Event \"Club\"]\n"
+    "[White \"Cole\"]\n"
+    "[Black \"Dean\"]\n"
+    "[Result \"0-1\"]\n"
+    "\n"
+    "1. e4 c5 0-1\n"
+    "\n";
+
+// A wizard whose store calls can be watched: `onCount` runs after each
+// count shown, as a click would come in at the yield that follows.
+class WatchedWizard : public frmImportWizard {
+public:
+    void ShowCount(const std::string& text) override {
+        frmImportWizard::ShowCount(text);
+        counts.push_back(text);
+        if (onCount) onCount(text);
+    }
+    std::vector<std::string> counts;
+    std::function<void(const std::string&)> onCount;
+};
+
+struct Row {
+    int index;
+    int parent;
+    std::string move;
+    std::string description;
+    bool operator==(const Row&) const = default;
+};
+
+void PrintTo(const Row& r, std::ostream* os) {
+    *os << "{" << r.index << ", " << r.parent << ", " << r.move << ", " << r.description << "}";
+}
+
+class WizardImportTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        vantrel::NewLibraryPath.clear();
+        vantrel::ImportCancelled = 0;
+        std::string error;
+        ASSERT_TRUE(vantrel::import::CreateDatabaseFromSchema(dir_.file("Tessimo.mdb").toStdString(),
+                                                              VANTREL_SCHEMA, &error))
+            << error;
+        wizard_.show();
+    }
+    void TearDown() override { ui::SetModalHandler({}); }
+
+    QString WriteFile(const QString& name, const QByteArray& text) {
+        const QString path = dir_.file(name);
+        QFile f(path);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(text);
+        return path;
+    }
+
+    // Walks from page 0 to the summary page. PGN games are named by Result.
+    void ToSummary(const QString& file, const QString& book, bool pgn = true) {
+        auto& w = wizard_;
+        ASSERT_EQ(w.CurrentPage, 0);
+        w.optImportType[pgn ? 0 : 1]->click();
+        w.cmdNext->click();
+        if (pgn) {
+            w.chkTag[4]->setChecked(true);
+            w.chkTag[5]->setChecked(true);
+            w.cmdNext->click();
+        }
+        w.txtInFile->setText(file);
+        w.txtBookName->setText(book);
+        w.cmdNext->click();
+        ASSERT_EQ(w.CurrentPage, 2);
+    }
+
+    // Next on the summary page: the whole run happens inside the click.
+    void Run() {
+        ASSERT_EQ(wizard_.CurrentPage, 2);
+        wizard_.cmdNext->click();
+    }
+
+    QStringList Status() const {
+        QStringList lines;
+        for (int i = 0; i < wizard_.lstStatus->count(); ++i) lines << wizard_.lstStatus->item(i)->text();
+        return lines;
+    }
+
+    std::vector<Row> Table() const {
+        std::vector<Row> rows;
+        sqlite3* db = nullptr;
+        if (sqlite3_open_v2(dir_.file("Tessimo.mdb").toUtf8().constData(), &db, SQLITE_OPEN_READONLY,
+                            nullptr) != SQLITE_OK) {
+            ADD_FAILURE() << "can't open Tessimo.mdb";
+            sqlite3_close(db);
+            return rows;
+        }
+        sqlite3_stmt* st = nullptr;
+        sqlite3_prepare_v2(db, R"(SELECT "index", "parent", "move", "description" FROM Moves ORDER BY "index")",
+                           -1, &st, nullptr);
+        while (st && sqlite3_step(st) == SQLITE_ROW) {
+            rows.push_back(Row{sqlite3_column_int(st, 0), sqlite3_column_int(st, 1),
+                               reinterpret_cast<const char*>(sqlite3_column_text(st, 2)),
+                               reinterpret_cast<const char*>(sqlite3_column_text(st, 3))});
+        }
+        sqlite3_finalize(st);
+        sqlite3_close(db);
+        return rows;
+    }
+
+    std::vector<vantrel::library::LibraryNodeRecord> Library(const QString& name) const {
+        std::vector<vantrel::library::LibraryNodeRecord> records;
+        vantrel::library::LibraryReader reader;
+        if (!reader.Open(dir_.file(name).toStdString())) {
+            ADD_FAILURE() << "can't open " << name.toStdString();
+            return records;
+        }
+        vantrel::library::LibraryHeader header;
+        EXPECT_TRUE(reader.ReadHeader(header));
+        vantrel::library::LibraryNodeRecord r;
+        while (reader.ReadRecord(r)) records.push_back(r);
+        return records;
+    }
+
+    // Answers the repair dialog with `answer`, after recording what it showed.
+    struct FixMoveSeen {
+        QString gameName, badType, before, badMove, after;
+        int16_t bad, last, code;
+    };
+    void AnswerFixMove(std::function<void(frmFixMove&)> answer) {
+        ui::SetModalHandler([this, answer](QDialog& d) {
+            auto* fm = dynamic_cast<frmFixMove*>(&d);
+            if (!fm) {
+                ADD_FAILURE() << "unexpected dialog";
+                return int(QDialog::Rejected);
+            }
+            EXPECT_EQ(fm->parentWidget(), &wizard_);
+            seen_.push_back(FixMoveSeen{fm->lblGameName->text(), fm->lblBadType->text(),
+                                        fm->txtMovesBefore->toPlainText(), fm->txtBadMove->text(),
+                                        fm->txtMovesAfter->toPlainText(), wizard_.BadMoveIndex,
+                                        wizard_.GameMoveCount, wizard_.MoveErrorCode});
+            answer(*fm);
+            EXPECT_FALSE(fm->isVisible());
+            return fm->result();
+        });
+    }
+
+    ScratchProgramDir dir_;
+    MessageRecorder messages_;
+    WatchedWizard wizard_;
+    std::vector<FixMoveSeen> seen_;
+};
+
+}  // namespace
+
+TEST_F(WizardImportTest, SuccessfulRunThenNextOpensTheNewLibrary) {
+    auto& w = wizard_;
+    const QString file = WriteFile("games.pgn", kTwoGames);
+    ToSummary(file, " Club ");
+    Run();
+
+    EXPECT_EQ(Status(), (QStringList{"Reading " + file, "Parsing moves list", "Creating library 'Club.vnb'",
+                                     "Done"}));
+    EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
+    EXPECT_FALSE(w.ImportRunning);
+    EXPECT_EQ(w.CurrentPage, 3);
+    EXPECT_FALSE(w.cmdBack->isEnabled());
+    EXPECT_TRUE(w.cmdNext->isEnabled());
+    EXPECT_TRUE(w.cmdHelp->isEnabled());
+    EXPECT_EQ(w.cursor().shape(), Qt::ArrowCursor);
+
+    // The tree's records, then the file's, each counted from 1.
+    EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2", "3", "4", "5", " 1", " 2", " 3", " 4", " 5"}));
+    EXPECT_EQ(w.lblCount->text(), " 5");
+    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able Baker"},
+                                         {2, 1, "e5", "e5"},
+                                         {3, 2, "Nf3", "Nf3"},
+                                         {4, 3, "Nc6", "Nc6"},
+                                         {5, 1, "c5", "c5: Cole Dean"}}));
+    EXPECT_EQ(Library("Club.vnb").size(), 5u);
+
+    w.cmdNext->click();
+    EXPECT_EQ(w.CurrentPage, 4);
+    EXPECT_TRUE(w.Panel[4]->isVisible());
+    EXPECT_EQ(w.cmdCancel->text(), "Exit");
+    EXPECT_FALSE(w.cmdBack->isEnabled());
+
+    w.cmdNext->click();
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(w.result(), QDialog::Accepted);
+    EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + "/Club.vnb");
+    EXPECT_TRUE(QFile::exists(vantrel::NewLibraryPath));
+    EXPECT_EQ(vantrel::ImportCancelled, 0);
+}
+
+TEST_F(WizardImportTest, ExitOnTheLastPageKeepsTheLibraryWithoutOpeningIt) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    Run();
+    w.cmdNext->click();
+    ASSERT_EQ(w.cmdCancel->text(), "Exit");
+    w.cmdCancel->click();
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_TRUE(messages_.messages.empty());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+    EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
+    EXPECT_TRUE(QFile::exists(dir_.file("Club.vnb")));
+}
+
+TEST_F(WizardImportTest, SanFileUsesTheTypedCommentIndicators) {
+    auto& w = wizard_;
+    const QString file = WriteFile("games.san",
+                                   "Openings to know\n"
+                                   "!Open game\n"
+                                   "1. e4 <<the king's pawn>> e5 2. Nf3\n"
+                                   "!Sicilian\n"
+                                   "1. e4 c5\n"
+                                   "\n");
+    w.optImportType[1]->click();
+    w.cmdNext->click();
+    w.txtCommentStart->setText("<<");
+    w.txtCommentEnd->setText(">>");
+    w.txtInFile->setText(file);
+    w.txtBookName->setText("Openings");
+    w.cmdNext->click();
+    Run();
+    EXPECT_EQ(Status().last(), "Done") << Status().join("|").toStdString();
+    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Open game"},
+                                         {2, 1, "e5", "e5"},
+                                         {3, 2, "Nf3", "Nf3"},
+                                         {4, 1, "c5", "c5: Sicilian"}}));
+    const auto records = Library("Openings.vnb");
+    ASSERT_EQ(records.size(), 4u);
+    EXPECT_EQ(records[0].remarks, "the king's pawn");
+}
+
+TEST_F(WizardImportTest, FailedRunStaysOnTheRunPageAndCanBeRepeated) {
+    auto& w = wizard_;
+    const QString empty = WriteFile("nomoves.pgn", "[Event \"Nothing\"]\n[Result \"*\"]\n\n*\n\n");
+    ToSummary(empty, "Empty");
+    Run();
+    EXPECT_EQ(Status(), (QStringList{"Reading " + empty, "Parsing moves list", "Couldn't parse moves list"}));
+    EXPECT_TRUE(w.ImportRunning);
+    EXPECT_EQ(w.CurrentPage, 3);
+    EXPECT_TRUE(w.cmdBack->isEnabled());
+    EXPECT_FALSE(w.cmdNext->isEnabled());
+    EXPECT_TRUE(w.cmdHelp->isEnabled());
+    EXPECT_FALSE(QFile::exists(dir_.file("Empty.vnb")));
+
+    // Back twice to the file page, another file, and the run starts over.
+    w.cmdBack->click();
+    EXPECT_EQ(w.CurrentPage, 2);
+    EXPECT_TRUE(w.cmdNext->isEnabled());
+    w.cmdBack->click();
+    EXPECT_EQ(w.CurrentPage, 1);
+    const QString good = WriteFile("games.pgn", kTwoGames);
+    w.txtInFile->setText(good);
+    w.cmdNext->click();
+    ASSERT_EQ(w.CurrentPage, 2);
+    Run();
+    EXPECT_EQ(Status(), (QStringList{"Reading " + good, "Parsing moves list", "Creating library 'Empty.vnb'",
+                                     "Done"}));
+    EXPECT_FALSE(w.ImportRunning);
+}
+
+TEST_F(WizardImportTest, CancelAfterAFailedRunAsksAndTakesASecondClick) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("nomoves.pgn", "[Result \"*\"]\n\n*\n\n"), "Empty");
+    Run();
+    ASSERT_TRUE(w.ImportRunning);
+
+    messages_.AnswerWith(ui::Answer::No);
+    w.cmdCancel->click();
+    ASSERT_EQ(messages_.messages.size(), 1u);
+    const auto& m = messages_.messages[0];
+    EXPECT_EQ(m.text, "Cancel this import?");
+    EXPECT_EQ(m.buttons, ui::Buttons::YesNo);
+    EXPECT_EQ(m.defaultAnswer, ui::Answer::No);
+    EXPECT_TRUE(m.title.isEmpty());
+    EXPECT_TRUE(w.ImportRunning);
+    EXPECT_TRUE(w.isVisible());
+
+    messages_.AnswerWith(ui::Answer::Yes);
+    w.cmdCancel->click();
+    EXPECT_FALSE(w.ImportRunning);
+    EXPECT_TRUE(w.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 0);
+
+    w.cmdCancel->click();
+    EXPECT_EQ(messages_.messages.size(), 2u);
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+}
+
+TEST_F(WizardImportTest, CancelDuringTheReadingOfGames) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    messages_.AnswerWith(ui::Answer::Yes);
+    w.onCount = [&](const std::string& text) {
+        if (text == "2") w.cmdCancel->click();
+    };
+    Run();
+    ASSERT_EQ(messages_.messages.size(), 1u);
+    EXPECT_EQ(messages_.messages[0].text, "Cancel this import?");
+    EXPECT_EQ(Status().last(), "Import cancelled by user");
+    EXPECT_EQ(Status().size(), 3);
+    EXPECT_FALSE(w.ImportRunning);
+    EXPECT_TRUE(w.isVisible());
+    EXPECT_TRUE(w.cmdBack->isEnabled());
+    EXPECT_FALSE(w.cmdNext->isEnabled());
+    EXPECT_EQ(w.lblCount->text(), "2");
+    EXPECT_EQ(Table().size(), 1u);  // the record of the click is never added
+    EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
+
+    // No question now: the run is over.
+    w.cmdCancel->click();
+    EXPECT_EQ(messages_.messages.size(), 1u);
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+}
+
+TEST_F(WizardImportTest, NoToTheCancelQuestionLetsTheRunFinish) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    messages_.AnswerWith(ui::Answer::No);
+    w.onCount = [&](const std::string& text) {
+        if (text == "2") w.cmdCancel->click();
+    };
+    Run();
+    EXPECT_EQ(messages_.messages.size(), 1u);
+    EXPECT_EQ(Status().last(), "Done");
+}
+
+TEST_F(WizardImportTest, CancelDuringTheWritingTellsOfAFailedCreation) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    messages_.AnswerWith(ui::Answer::Yes);
+    w.onCount = [&](const std::string& text) {
+        if (text == " 3") w.cmdCancel->click();
+    };
+    Run();
+    EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
+    EXPECT_EQ(Status().size(), 4);
+    EXPECT_FALSE(w.ImportRunning);
+    EXPECT_TRUE(w.cmdBack->isEnabled());
+    EXPECT_FALSE(w.cmdNext->isEnabled());
+    // What was written so far stays on disk.
+    EXPECT_EQ(Library("Club.vnb").size(), 2u);
+}
+
+TEST_F(WizardImportTest, CloseBoxDuringARunEndsTheRunFirst) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    bool visibleAfterClose = false;
+    w.onCount = [&](const std::string& text) {
+        if (text == "2") {
+            EXPECT_FALSE(w.close());  // refused while the run is on the stack
+            visibleAfterClose = w.isVisible();
+        }
+    };
+    Run();
+    EXPECT_TRUE(visibleAfterClose);
+    EXPECT_TRUE(messages_.messages.empty());  // taken as a Yes, without asking
+    EXPECT_EQ(Status().last(), "Import cancelled by user");
+    EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2"}));
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(w.result(), QDialog::Rejected);
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+    EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
+}
+
+TEST_F(WizardImportTest, RefusedOverwriteLeavesTheOldLibrary) {
+    auto& w = wizard_;
+    WriteFile("Club.vnb", "old library");
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    messages_.AnswerWith(ui::Answer::Cancel);
+    Run();
+    ASSERT_EQ(messages_.messages.size(), 1u);
+    EXPECT_EQ(messages_.messages[0].text, "Club.vnb already exists.  OK to overwrite?");
+    EXPECT_EQ(messages_.messages[0].buttons, ui::Buttons::OkCancel);
+    EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Question);
+    EXPECT_TRUE(messages_.messages[0].title.isEmpty());
+    EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
+    EXPECT_TRUE(w.ImportRunning);
+    QFile old(dir_.file("Club.vnb"));
+    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+    EXPECT_EQ(old.readAll(), "old library");
+}
+
+TEST_F(WizardImportTest, AcceptedOverwriteReplacesTheOldLibrary) {
+    WriteFile("Club.vnb", "old library");
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    Run();
+    EXPECT_EQ(messages_.messages.size(), 1u);
+    EXPECT_EQ(Status().last(), "Done");
+    EXPECT_EQ(Library("Club.vnb").size(), 5u);
+}
+
+TEST_F(WizardImportTest, MissingWorkingDatabaseIsToldByTheStore) {
+    QFile::remove(dir_.file("Tessimo.mdb"));
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    Run();
+    ASSERT_EQ(messages_.messages.size(), 1u);
+    EXPECT_EQ(messages_.messages[0].text, "Trouble with 'Tessimo.Mdb'");
+    EXPECT_EQ(messages_.messages[0].title, "Couldn't parse book");
+    EXPECT_EQ(Status().last(), "Couldn't parse moves list");
+}
+
+TEST_F(WizardImportTest, RepairDialogAcceptsACorrectedMove) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn",
+                        "[White \"Able\"]\n[Black \"Baker\"]\n\n1. e4 e5 2. Nf4 Nc6 3. Bb5 *\n\n"
+                        "[White \"Cole\"]\n[Black \"Dean\"]\n\n1. e4 e5 2. Nf3 d6 *\n\n"),
+              "Fixed");
+    AnswerFixMove([](frmFixMove& fm) {
+        fm.txtBadMove->setText("Nf3");
+        fm.cmdOK->click();
+    });
+    Run();
+    ASSERT_EQ(seen_.size(), 1u);
+    const auto& s = seen_[0];
+    EXPECT_EQ(s.bad, 3);
+    EXPECT_EQ(s.last, 5);
+    EXPECT_EQ(s.code, 2);
+    EXPECT_EQ(s.gameName, "Able Baker");
+    EXPECT_EQ(s.badType, "This is an illegal move - Please fix:");
+    EXPECT_EQ(s.before, "1. e4      e5     ");
+    EXPECT_EQ(s.badMove, "Nf4");
+    EXPECT_EQ(s.after, "2.  ...    Nc6    \n3. Bb5            ");
+    EXPECT_EQ(w.FixMoveAction, 4);
+
+    EXPECT_EQ(Status().last(), "Done");
+    // The corrected move is stored, and the second game walks down it.
+    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able Baker"},
+                                         {2, 1, "e5", "e5"},
+                                         {3, 2, "Nf3", "Nf3"},
+                                         {4, 3, "Nc6", "Nc6"},
+                                         {5, 4, "Bb5", "Bb5"},
+                                         {6, 3, "d6", "d6: Cole Dean"}}));
+}
+
+TEST_F(WizardImportTest, RepairDialogComesBackWhileTheMoveIsRefused) {
+    ToSummary(WriteFile("games.pgn", "[White \"Able\"]\n\n1. e4 e5 2. Nf4 *\n\n"), "Again");
+    int round = 0;
+    AnswerFixMove([&](frmFixMove& fm) {
+        ++round;
+        if (round == 1) {
+            fm.cmdOK->click();  // unchanged: refused again
+        } else if (round == 2) {
+            fm.txtBadMove->setText("Nf9");
+            fm.cmdOK->click();
+        } else {
+            fm.txtBadMove->setText("Nc3");
+            fm.cmdOK->click();
+        }
+    });
+    Run();
+    ASSERT_EQ(seen_.size(), 3u);
+    EXPECT_EQ(seen_[0].badMove, "Nf4");
+    EXPECT_EQ(seen_[1].badMove, "Nf4");
+    EXPECT_EQ(seen_[1].before, seen_[0].before);
+    EXPECT_EQ(seen_[1].badType, seen_[0].badType);
+    EXPECT_EQ(seen_[2].badMove, "Nf9");
+    EXPECT_NE(seen_[2].code, 0);
+    EXPECT_EQ(Status().last(), "Done");
+    ASSERT_EQ(Table().size(), 3u);
+    EXPECT_EQ(Table()[2].move, "Nc3");
+}
+
+TEST_F(WizardImportTest, RepairDialogSkipsTheRestOfTheGame) {
+    ToSummary(WriteFile("games.pgn",
+                        "[White \"Able\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
+                        "[White \"Cole\"]\n\n1. d4 d5 *\n\n"),
+              "Skipped");
+    AnswerFixMove([](frmFixMove& fm) { fm.cmdSkipGame->click(); });
+    Run();
+    ASSERT_EQ(seen_.size(), 1u);
+    EXPECT_EQ(wizard_.FixMoveAction, 5);
+    EXPECT_EQ(Status().last(), "Done");
+    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able"},
+                                         {2, 1, "e5", "e5"},
+                                         {3, 0, "d4", "d4: Cole"},
+                                         {4, 3, "d5", "d5"}}));
+}
+
+TEST_F(WizardImportTest, RepairDialogCancelsTheImport) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn",
+                        "[White \"Able\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
+                        "[White \"Cole\"]\n\n1. d4 d5 *\n\n"),
+              "Cancelled");
+    AnswerFixMove([](frmFixMove& fm) { fm.cmdCancel->click(); });
+    Run();
+    EXPECT_EQ(w.FixMoveAction, 3);
+    EXPECT_EQ(Status().last(), "Couldn't parse moves list");
+    EXPECT_TRUE(w.ImportRunning);
+    EXPECT_EQ(Table().size(), 2u);
+    EXPECT_FALSE(QFile::exists(dir_.file("Cancelled.vnb")));
+}
