@@ -531,3 +531,47 @@ TEST_F(WizardImportTest, RepairDialogCancelsTheImport) {
     EXPECT_EQ(Table().size(), 2u);
     EXPECT_FALSE(QFile::exists(dir_.file("Cancelled.vnb")));
 }
+
+TEST_F(WizardImportTest, AWizardOnItsWayOutAsksNoMoreRepairs) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn",
+                        "[White \"Able\"]\n\n1. e4 e5 2. Nf4 *\n\n"
+                        "[White \"Cole\"]\n\n1. e4 e5 2. Nf4 *\n\n"),
+              "Club");
+    // The close comes in while the first repair question is up.
+    AnswerFixMove([&](frmFixMove& fm) {
+        EXPECT_FALSE(w.close());
+        fm.cmdSkipGame->click();
+    });
+    Run();
+    // The second game's bad move is not put to the user: it ends the run.
+    EXPECT_EQ(seen_.size(), 1u);
+    EXPECT_EQ(w.FixMoveAction, 3);
+    EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
+    EXPECT_EQ(Status().last(), "Import cancelled by user");
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+}
+
+TEST_F(WizardImportTest, AWizardOnItsWayOutOverwritesNothing) {
+    auto& w = wizard_;
+    WriteFile("Club.vnb", "old library");
+    // The second game adds no record, so the tree comes out whole and the
+    // writer is reached after the close.
+    ToSummary(WriteFile("games.pgn",
+                        "[White \"Able\"]\n\n1. e4 e5 2. Nf4 *\n\n"
+                        "[White \"Cole\"]\n\n1. e4 e5 *\n\n"),
+              "Club");
+    AnswerFixMove([&](frmFixMove& fm) {
+        EXPECT_FALSE(w.close());
+        fm.cmdSkipGame->click();
+    });
+    Run();
+    EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
+    EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+    QFile old(dir_.file("Club.vnb"));
+    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+    EXPECT_EQ(old.readAll(), "old library");
+}
