@@ -1,0 +1,284 @@
+// The position setup dialog: its controls, its opening, the library
+// selector, the buttons and the drops as the window receives them.
+#include <QComboBox>
+#include <QMimeData>
+#include <QPushButton>
+
+#include "board/board_view.h"
+#include "board/search_window.h"
+#include "chess/board.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+using board::DragSource;
+
+namespace {
+
+const std::string kStart(chess::kInitialLayout);
+const std::string kEmpty(64, '0');
+
+std::string With(std::string s, int square, char c) {
+    s.replace(static_cast<std::size_t>(square), 1, 1, c);
+    return s;
+}
+
+LibraryBuilder OneNode(const std::string& book, const std::string& layout) {
+    LibraryBuilder lib(book);
+    lib.Add(1, 0, "e4", "", false, layout);
+    return lib;
+}
+
+class SearchWindowTest : public FrameTest {
+protected:
+    void SetUp() override {
+        FrameTest::SetUp();
+        FrmSearchTree::szSetupBoard.clear();
+    }
+    void TearDown() override {
+        FrmSearchTree::szSetupBoard.clear();
+        FrameTest::TearDown();
+    }
+
+    // Delivers a drag of `payload` that enters `target` and is dropped at
+    // `at`; whether the drop was taken.
+    static bool Drop(QWidget* target, QPointF at, const QByteArray& payload) {
+        QMimeData mime;
+        mime.setData(QString::fromLatin1(FrmSearchTree::kMimeType), payload);
+        QDragEnterEvent enter(at.toPoint(), Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(target, &enter);
+        if (!enter.isAccepted()) {
+            QDragLeaveEvent leave;
+            QCoreApplication::sendEvent(target, &leave);
+            return false;
+        }
+        QDropEvent drop(at, Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(target, &drop);
+        return drop.isAccepted();
+    }
+    static bool DropOnSquare(FrmSearchTree& f, int k, const QByteArray& payload) {
+        return Drop(f.Board(), f.Board()->SquareRect(k).center(), payload);
+    }
+    static bool DropOnTrash(FrmSearchTree& f, const QByteArray& payload) {
+        return Drop(f.imgTrash, QPointF(5, 5), payload);
+    }
+};
+
+TEST_F(SearchWindowTest, ControlsCaptionsAndPlaces) {
+    StartFrame();
+    FrmSearchTree f;
+    EXPECT_EQ(f.windowTitle(), "Vantrel - Setup board position to search....");
+    const QStringList names{"imgWP", "imgWC", "imgWN", "imgWB", "imgWQ", "imgWK",
+                            "imgBP", "imgBC", "imgBN", "imgBB", "imgBQ", "imgBK"};
+    for (int i = 0; i < 12; ++i) EXPECT_EQ(f.Palette[static_cast<std::size_t>(i)]->objectName(), names[i]);
+    EXPECT_EQ(f.lblLibSelect->text(), "Select library to use :");
+    const std::vector<QPushButton*> buttons{f.cmdReset, f.cmdCurrent, f.cmdClear, f.cmdSearch, f.cmdCancel};
+    const QStringList captions{"&Reset Board", "Cu&rrent Board", "C&lear Board", "&Search", "&Cancel"};
+    f.resize(f.sizeHint());
+    f.show();
+    QCoreApplication::processEvents();
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        EXPECT_EQ(buttons[i]->text(), captions[static_cast<qsizetype>(i)]);
+        EXPECT_FALSE(buttons[i]->isDefault());
+        EXPECT_FALSE(buttons[i]->autoDefault());
+        if (i > 0) {
+            EXPECT_EQ(buttons[i]->y(), buttons[0]->y()) << "one row";
+            EXPECT_GT(buttons[i]->x(), buttons[i - 1]->x()) << "in order";
+        }
+        EXPECT_GT(buttons[i]->y(), f.Board()->geometry().bottom() - 1) << "at the foot";
+    }
+    // White left, Black right, pawn to king from the top; the trash under
+    // the black column; the palette left of the board.
+    for (int i = 0; i < 6; ++i) {
+        QLabel* white = f.Palette[static_cast<std::size_t>(i)];
+        QLabel* black = f.Palette[static_cast<std::size_t>(i + 6)];
+        EXPECT_LT(white->x(), black->x());
+        EXPECT_EQ(white->y(), black->y());
+        if (i > 0) {
+            EXPECT_GT(white->y(), f.Palette[static_cast<std::size_t>(i - 1)]->y());
+        }
+        EXPECT_LT(black->geometry().right(), f.Board()->x());
+    }
+    EXPECT_EQ(f.imgTrash->x(), f.Palette[6]->x());
+    EXPECT_GT(f.imgTrash->y(), f.Palette[11]->y());
+    f.hide();
+}
+
+TEST_F(SearchWindowTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPosition) {
+    StartFrame();
+    const std::string e4 = With(With(kStart, 12, '0'), 28, 'P');
+    ASSERT_NE(Open(OneNode("Lib", e4)), nullptr);
+    {
+        FrmSearchTree f;
+        f.Form_Load();
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, e4);
+        EXPECT_EQ(f.Board()->Picture(28), 'P');
+        EXPECT_EQ(f.Squares().Tag(28), "P28");
+        EXPECT_FALSE(f.Palette[0]->pixmap().isNull());
+        EXPECT_FALSE(f.imgTrash->pixmap().isNull());
+        f.cmdReset->click();
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart);
+        f.cmdCancel->click();
+    }
+    {
+        FrmSearchTree f;
+        f.Form_Load();
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart) << "the last board button stays in force after Cancel";
+        EXPECT_EQ(f.Board()->Picture(12), 'P');
+        f.cmdCurrent->click();
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, e4);
+        EXPECT_EQ(f.Board()->Picture(12), '0');
+    }
+    EXPECT_TRUE(messages.messages.empty());
+}
+
+TEST_F(SearchWindowTest, ClearThenCancelOpensOnAnEmptyBoardNextTime) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    {
+        FrmSearchTree f;
+        f.Form_Load();
+        f.Image2_DragDrop(20, DragSource::Palette(4));  // an edit, lost on Cancel
+        f.cmdClear->click();
+        f.Image2_DragDrop(20, DragSource::Palette(4));
+        f.cmdCancel->click();
+    }
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, kEmpty);
+    FrmSearchTree f;
+    f.Form_Load();
+    for (int k = 0; k < 64; ++k) EXPECT_EQ(f.Board()->Picture(k), '0');
+}
+
+TEST_F(SearchWindowTest, SearchReadsTheEditedBoardIntoTheKeptPosition) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    FrmSearchTree f;
+    f.Form_Load();
+    f.Image2_DragDrop(28, DragSource::Square(12));
+    f.imgTrash_DragDrop(DragSource::Square(63));
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart) << "edits live in the tags until Search";
+    EXPECT_EQ(f.Board()->Picture(28), 'P');
+    EXPECT_EQ(f.Board()->Picture(12), '0');
+    EXPECT_EQ(f.Board()->Picture(63), '0');
+    f.cmdSearch->click();
+    EXPECT_EQ(f.result(), QDialog::Accepted);
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, With(With(With(kStart, 12, '0'), 28, 'P'), 63, '0'));
+}
+
+TEST_F(SearchWindowTest, ReversedBoardShowsBlackBelowAndSearchesWhatTheLabelsShow) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    bReverseSides = true;
+    FrmSearchTree f;
+    f.Form_Load();
+    EXPECT_EQ(f.Board()->Caption(0), "h");
+    EXPECT_EQ(f.Board()->Caption(7), "a");
+    EXPECT_EQ(f.Board()->Caption(8), "8");
+    EXPECT_EQ(f.Board()->Caption(15), "1");
+    f.cmdReset->click();
+    EXPECT_EQ(f.Board()->Picture(0), 'r');
+    EXPECT_EQ(f.Board()->Picture(63), 'R');
+    // A white queen dropped on the square labelled e4 (screen square 35).
+    f.Image2_DragDrop(35, DragSource::Palette(4));
+    f.cmdSearch->click();
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, With(kStart, 28, 'Q'));
+}
+
+TEST_F(SearchWindowTest, SearchAtOnceHandsOverTheKeptPositionInBothOrientations) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    const std::string odd = With(With(kEmpty, 0, 'k'), 63, 'K');
+    for (bool reversed : {false, true}) {
+        bReverseSides = reversed;
+        FrmSearchTree::szSetupBoard = odd;
+        FrmSearchTree f;
+        f.Form_Load();
+        f.cmdSearch->click();
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, odd) << reversed;
+    }
+}
+
+TEST_F(SearchWindowTest, OneLibraryHidesTheSelector) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    FrmSearchTree f;
+    f.Form_Load();
+    EXPECT_TRUE(f.lblLibSelect->isHidden());
+    EXPECT_TRUE(f.cboLibSelect->isHidden());
+}
+
+TEST_F(SearchWindowTest, ThreeLibrariesShowTheSelectorAndAChoiceTakesEffectAtOnce) {
+    StartFrame();
+    const std::string second = With(kStart, 27, 'N');
+    ASSERT_NE(Open(OneNode("First", kStart), "1.vnb"), nullptr);
+    ASSERT_NE(Open(OneNode("Second", second), "2.vnb"), nullptr);
+    ASSERT_NE(Open(OneNode("Third", kStart), "3.vnb"), nullptr);
+    ASSERT_EQ(forms::TreeViews().GetActiveKey(), "TV00003");
+    FrmSearchTree f;
+    f.Form_Load();
+    EXPECT_FALSE(f.lblLibSelect->isHidden());
+    EXPECT_FALSE(f.cboLibSelect->isHidden());
+    ASSERT_EQ(f.cboLibSelect->count(), 3);
+    EXPECT_EQ(f.cboLibSelect->itemText(1), "Second");
+    EXPECT_EQ(f.cboLibSelect->itemData(1).toInt(), 2);
+    EXPECT_EQ(f.cboLibSelect->currentIndex(), -1) << "no entry chosen at the start";
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00003");
+
+    f.cboLibSelect->setCurrentIndex(1);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00002");
+    f.cmdCurrent->click();
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, second);
+    f.cmdCancel->click();
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00002") << "Cancel does not undo the choice";
+}
+
+TEST_F(SearchWindowTest, ABoardOfTheWrongLengthIsReportedAndLeavesTheSquares) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    FrmSearchTree f;
+    f.Form_Load();
+    messages.messages.clear();
+    FrmSearchTree::szSetupBoard = "RNBQ";
+    f.DisplayBoard();
+    EXPECT_EQ(messages.Texts(), QStringList{"Error - couldn't draw board.  Please call support"});
+    EXPECT_EQ(f.Board()->Picture(0), 'R');
+    EXPECT_EQ(f.Squares().Tag(63), "r63");
+}
+
+TEST_F(SearchWindowTest, DropEventsOnTheBoardAndTheTrashBecomeDrops) {
+    StartFrame();
+    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    FrmSearchTree f;
+    f.Form_Load();
+    f.resize(f.sizeHint());
+    // A black knight from the palette onto e4, and the pawn of e2 to e3.
+    EXPECT_TRUE(DropOnSquare(f, 28, f.DragPayload(DragSource::Palette(8))));
+    EXPECT_TRUE(DropOnSquare(f, 20, f.DragPayload(DragSource::Square(12))));
+    // The rook of a1 into the trash.
+    EXPECT_TRUE(DropOnTrash(f, f.DragPayload(DragSource::Square(0))));
+    // A drag from another dialog is not taken.
+    FrmSearchTree other;
+    EXPECT_FALSE(DropOnSquare(f, 36, other.DragPayload(DragSource::Palette(5))));
+    EXPECT_FALSE(DropOnSquare(f, 37, QByteArray("garbage")));
+    EXPECT_FALSE(DropOnTrash(f, other.DragPayload(DragSource::Square(4))));
+    f.ReadBoard();
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, With(With(With(With(kStart, 28, 'n'), 12, '0'), 20, 'P'), 0, '0'));
+    EXPECT_EQ(f.Board()->Picture(28), 'n');
+    EXPECT_EQ(f.Board()->Picture(0), '0');
+}
+
+TEST_F(SearchWindowTest, PayloadsNameTheirSourceAndTheirDialog) {
+    FrmSearchTree f;
+    DragSource s;
+    ASSERT_TRUE(f.ReadPayload(f.DragPayload(DragSource::Palette(11)), s));
+    EXPECT_EQ(s.kind, DragSource::Kind::Palette);
+    EXPECT_EQ(s.index, 11);
+    ASSERT_TRUE(f.ReadPayload(f.DragPayload(DragSource::Square(63)), s));
+    EXPECT_EQ(s.kind, DragSource::Kind::Square);
+    EXPECT_EQ(s.index, 63);
+    EXPECT_FALSE(f.ReadPayload(f.DragPayload(DragSource{}), s));
+    FrmSearchTree other;
+    EXPECT_FALSE(f.ReadPayload(other.DragPayload(DragSource::Square(1)), s));
+}
+
+}  // namespace
