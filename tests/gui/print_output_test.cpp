@@ -1,0 +1,249 @@
+// Printing the moves list: the temporary file, the pages on paper (as PDF),
+// the failures, and the dialogs on the way.
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+#include "print/ui/print_setup.h"
+#include "print/ui/printer_output.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+// The text of a PDF, if pdftotext is there; a null string otherwise. Runs
+// of blanks come back as one blank: the tool guesses the spacing of a line
+// from the positions of its words.
+QString PdfText(const QString& path) {
+    const QString tool = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
+    if (tool.isEmpty()) return QString();
+    QProcess p;
+    p.start(tool, {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    if (!p.waitForFinished(30000)) return QString();
+    QString text = QString::fromUtf8(p.readAllStandardOutput());
+    text.replace(QRegularExpression(QStringLiteral("[ \\t]+")), QStringLiteral(" "));
+    return text;
+}
+
+// The worked line: e4 named, e5, Nf3 with a comment, Nc6, Bb5.
+LibraryBuilder Ruy() {
+    LibraryBuilder lib("Openings");
+    lib.Game(1, 0, "e4", "King's pawn");
+    lib.Add(2, 1, "e5");
+    lib.Add(3, 2, "Nf3", "Develops the knight.");
+    lib.Add(4, 3, "Nc6");
+    lib.Add(5, 4, "Bb5");
+    lib.Add(6, 1, "c5");
+    return lib;
+}
+
+class PrintTest : public FrameTest {
+protected:
+    void SetUp() override {
+        FrameTest::SetUp();
+        pdf = dir.file(QStringLiteral("out.pdf"));
+        print::SetPdfTarget(pdf);
+    }
+    void TearDown() override {
+        print::SetPdfTarget(QString());
+        FrameTest::TearDown();
+    }
+    QString Temp() const { return dir.file(QStringLiteral("_prt.tmp")); }
+    static void Click(frmTreeView* form, int node) {
+        form->SelectNode(node);
+        form->tvTreeView_NodeClick(node);
+    }
+
+    QString pdf;
+};
+
+TEST_F(PrintTest, PagesToPdfCarryTheirText) {
+    const std::vector<print::Page> pages = print::Paginate({"  1. e4    - e5   ", "  2. Nf3  "});
+    const QString path = dir.file(QStringLiteral("direct.pdf"));
+    ASSERT_TRUE(print::PrintPagesToPdf(pages, path));
+    EXPECT_GT(QFileInfo(path).size(), 0);
+    const QString text = PdfText(path);
+    if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
+    EXPECT_TRUE(text.contains("Vantrel - Print Moves List Page 1")) << text.toStdString();
+    EXPECT_TRUE(text.contains(QString(56, '=')));
+    EXPECT_TRUE(text.contains("1. e4 - e5"));
+    EXPECT_TRUE(text.contains("2. Nf3"));
+}
+
+TEST_F(PrintTest, ThePrintedLineOfTheClickedNode) {
+    StartFrame();
+    frmTreeView* form = Open(Ruy());
+    ASSERT_NE(form, nullptr);
+    Click(form, 5);
+    messages.messages.clear();
+    forms::TreeViews().PrintMoveList();
+    EXPECT_TRUE(messages.messages.empty()) << messages.Texts().join("|").toStdString();
+    ASSERT_TRUE(QFileInfo::exists(pdf));
+    EXPECT_FALSE(QFileInfo::exists(Temp())) << "the temporary file is deleted after printing";
+    EXPECT_EQ(form->CurrentNode, 5) << "printing changes neither CurrentNode nor the selection";
+    EXPECT_EQ(form->Contents().tree.Selected(), 5);
+    const QString text = PdfText(pdf);
+    if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
+    const QStringList wanted{"King's pawn", "1. e4 : King's pawn", "1. ..... e5", "2. Nf3",
+                             "Develops the knight.", "2. ..... Nc6", "3. Bb5"};
+    qsizetype at = 0;
+    for (const QString& w : wanted) {
+        const qsizetype found = text.indexOf(w, at);
+        EXPECT_GE(found, 0) << w.toStdString() << " in order, in:\n" << text.toStdString();
+        if (found >= 0) at = found + w.size();
+    }
+    EXPECT_FALSE(text.contains("c5")) << "only the line to the clicked node";
+}
+
+TEST_F(PrintTest, ALeftoverTemporaryFileIsOverwritten) {
+    StartFrame();
+    frmTreeView* form = Open(Ruy());
+    ASSERT_NE(form, nullptr);
+    {
+        QFile junk(Temp());
+        ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+        for (int i = 0; i < 200; ++i) junk.write("LEFTOVER LINE\r\n");
+    }
+    Click(form, 6);
+    forms::TreeViews().PrintMoveList();
+    ASSERT_TRUE(QFileInfo::exists(pdf));
+    EXPECT_FALSE(QFileInfo::exists(Temp()));
+    const QString text = PdfText(pdf);
+    if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
+    EXPECT_FALSE(text.contains("LEFTOVER"));
+    EXPECT_TRUE(text.contains("1. e4 : King's pawn"));
+    EXPECT_TRUE(text.contains("1. ..... c5"));
+}
+
+TEST_F(PrintTest, ALongTextRunsOverPagesWithAHeadOnEach) {
+    StartFrame();
+    LibraryBuilder lib("Long");
+    // 40 plies, each with a one-line comment: 40 rows and 120 comment lines.
+    for (int i = 1; i <= 40; ++i) lib.Add(i, i - 1, "m" + std::to_string(i), "Note " + std::to_string(i));
+    frmTreeView* form = Open(lib);
+    ASSERT_NE(form, nullptr);
+    Click(form, 40);
+    forms::TreeViews().PrintMoveList();
+    ASSERT_TRUE(QFileInfo::exists(pdf));
+    const QString text = PdfText(pdf);
+    if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
+    EXPECT_TRUE(text.contains("Page 1"));
+    EXPECT_TRUE(text.contains("Page 2"));
+    EXPECT_TRUE(text.contains("Page 3"));
+    EXPECT_FALSE(text.contains("Page 4"));
+    EXPECT_EQ(text.count(QChar('\f')), 3) << "three pages";
+    EXPECT_TRUE(text.contains("Note 40"));
+}
+
+TEST_F(PrintTest, ALineOfMoreThan201NodesIsAnErrorAndPrintsNothing) {
+    StartFrame();
+    frmTreeView* form = Open(Chain(202));
+    ASSERT_NE(form, nullptr);
+    Click(form, 202);
+    messages.messages.clear();
+    form->PrintMoveList();
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_TRUE(messages.messages[0].text.startsWith("The following Error occurred:\n\n"));
+    EXPECT_FALSE(QFileInfo::exists(pdf));
+    EXPECT_FALSE(QFileInfo::exists(Temp()));
+
+    Click(form, 201);
+    messages.messages.clear();
+    form->PrintMoveList();
+    EXPECT_TRUE(messages.messages.empty());
+    EXPECT_TRUE(QFileInfo::exists(pdf));
+}
+
+TEST_F(PrintTest, AFileThatCannotBeWrittenIsReportedAndNothingIsPrinted) {
+    StartFrame();
+    frmTreeView* form = Open(Ruy());
+    ASSERT_NE(form, nullptr);
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("_prt.tmp")));  // in the way
+    messages.messages.clear();
+    form->PrintMoveList();
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_TRUE(messages.messages[0].text.startsWith("The following Error occurred:"));
+    EXPECT_FALSE(QFileInfo::exists(pdf));
+    EXPECT_TRUE(QFileInfo(Temp()).isDir()) << "what stands there stays";
+}
+
+TEST_F(PrintTest, APrinterThatFailsIsReportedAndTheFileStillGoes) {
+    StartFrame();
+    frmTreeView* form = Open(Ruy());
+    ASSERT_NE(form, nullptr);
+    print::SetPdfTarget(dir.file(QStringLiteral("no/such/folder/out.pdf")));
+    messages.messages.clear();
+    form->PrintMoveList();
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_TRUE(messages.messages[0].text.contains("Printer error"));
+    EXPECT_FALSE(QFileInfo::exists(Temp()));
+}
+
+TEST_F(PrintTest, WithoutATargetThePreviewAndThePrintDialogAreShown) {
+    StartFrame();
+    frmTreeView* form = Open(Ruy());
+    ASSERT_NE(form, nullptr);
+    print::SetPdfTarget(QString());
+    const QString chosen = dir.file(QStringLiteral("chosen.pdf"));
+    QStringList seen;
+    bool acceptPrint = false;
+    onModal = [&](QDialog& dialog) {
+        seen << dialog.metaObject()->className();
+        if (auto* preview = qobject_cast<QPrintPreviewDialog*>(&dialog)) {
+            // The user presses the preview's Print button.
+            for (QAction* action : preview->findChildren<QAction*>())
+                if (action->text() == QStringLiteral("Print")) action->trigger();
+            return preview->result();
+        }
+        if (auto* printDialog = qobject_cast<QPrintDialog*>(&dialog)) {
+            if (!acceptPrint) return static_cast<int>(QDialog::Rejected);
+            // "Print to File (PDF)" with a file name.
+            printDialog->printer()->setOutputFormat(QPrinter::PdfFormat);
+            printDialog->printer()->setOutputFileName(chosen);
+            return static_cast<int>(QDialog::Accepted);
+        }
+        return static_cast<int>(QDialog::Rejected);
+    };
+    messages.messages.clear();
+    form->PrintMoveList();
+    EXPECT_EQ(seen, (QStringList{"QPrintPreviewDialog", "QPrintDialog"}));
+    EXPECT_TRUE(messages.messages.empty()) << "a cancelled print is no failure";
+    EXPECT_FALSE(QFileInfo::exists(chosen));
+    EXPECT_FALSE(QFileInfo::exists(Temp()));
+
+    seen.clear();
+    acceptPrint = true;
+    form->PrintMoveList();
+    EXPECT_EQ(seen, (QStringList{"QPrintPreviewDialog", "QPrintDialog"}));
+    EXPECT_TRUE(messages.messages.empty());
+    EXPECT_GT(QFileInfo(chosen).size(), 0);
+    EXPECT_FALSE(QFileInfo::exists(Temp()));
+    print::SharedPrinter().setOutputFileName(QString());
+    print::SharedPrinter().setOutputFormat(QPrinter::NativeFormat);
+}
+
+TEST_F(PrintTest, PrintSetupShowsTheDialogOnTheSharedPrinter) {
+    StartFrame();
+    QPrinter* used = nullptr;
+    QString title;
+    onModal = [&](QDialog& dialog) {
+        title = dialog.windowTitle();
+        if (auto* d = qobject_cast<QPrintDialog*>(&dialog)) used = d->printer();
+        return static_cast<int>(QDialog::Rejected);
+    };
+    ShowPrintSetup(frame.get());
+    EXPECT_EQ(title, "Print Setup");
+    EXPECT_EQ(used, &print::SharedPrinter());
+    EXPECT_TRUE(messages.messages.empty());
+}
+
+}  // namespace
