@@ -9,6 +9,7 @@
 #include "import/moves_table.h"
 #include "import/readers.h"
 #include "library/format.h"
+#include "library/text_codec.h"
 
 namespace vantrel::import {
 
@@ -211,7 +212,8 @@ private:
 
 std::string LibraryPath(const ImportOptions& options) {
     const std::string dir = options.programDir.empty() ? std::string(".") : options.programDir;
-    return dir + "/" + Trim(options.bookName) + ".vnb";
+    // The name is library text (1252); the file system wants UTF-8.
+    return dir + "/" + text::Cp1252ToUtf8(Trim(options.bookName)) + ".vnb";
 }
 
 std::string DatabasePath(const ImportOptions& options) {
@@ -234,7 +236,8 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
         result = builder->Run(db, file, state);
     } catch (...) {
         result = false;
-        Report(host, "Couldn't open " + Trim(options.inFile));
+        // Texts for the host are library text, like the names in them.
+        Report(host, "Couldn't open " + text::AnyToCp1252(Trim(options.inFile)));
     }
     // Whatever happened, the records written so far stand in the table.
     file.Close();

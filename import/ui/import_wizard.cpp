@@ -38,14 +38,8 @@ QString TrimBlanks(const QString& s) {
     return s.mid(start, end - start);
 }
 
-// The store's messages join library text (Windows-1252) with file names
-// (UTF-8): text that reads as UTF-8 is taken as such, the rest as 1252.
-QString StoreText(const std::string& text) {
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    QString decoded = utf8.decode(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-    if (!utf8.hasError()) return decoded;
-    return FromLib(text);
-}
+// The store speaks in library text (Windows-1252), file names included.
+QString StoreText(const std::string& text) { return FromLib(text); }
 
 QLabel* WrapLabel(const QString& text, QWidget* parent) {
     auto* label = new QLabel(text, parent);

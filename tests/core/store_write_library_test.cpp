@@ -221,5 +221,15 @@ TEST_F(WriteLibraryTest, NamesAreTrimmedAndMayHoldAnApostrophe) {
     EXPECT_EQ(c.records.size(), 2u);
 }
 
+TEST_F(WriteLibraryTest, ANameOutsideAsciiIsLibraryTextInsideAndUtf8OnDisk) {
+    options.bookName = "Caf\xE9";  // as the wizard hands it over: Windows-1252
+    ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5\n"));
+    ASSERT_TRUE(Write());
+    const std::string path = dir / "Caf\xC3\xA9.vnb";
+    EXPECT_EQ(import::LibraryPath(options), path);
+    const auto c = ReadBack(path);
+    EXPECT_EQ(c.header.book, "Caf\xE9");
+}
+
 }  // namespace
 }  // namespace vantrel::storetest
