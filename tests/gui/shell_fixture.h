@@ -72,6 +72,8 @@ protected:
     MDIVantrel& StartFrame(const QString& commandLine = QString()) {
         frame = std::make_unique<MDIVantrel>();
         frame->MDIForm_Load(commandLine);
+        // The platform may fit the new window to its screen.
+        QCoreApplication::processEvents();
         return *frame;
     }
 
