@@ -133,7 +133,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
     bottom->addWidget(cmdOK, 0, Qt::AlignBottom);
 
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(18, 18, 18, 14);
+    layout->setContentsMargins(18, 18, 18, 18);
     layout->setSpacing(12);
     layout->addLayout(top);
     layout->addWidget(line);

@@ -364,7 +364,12 @@ void MDIVantrel::closeEvent(QCloseEvent* event) {
 }
 
 bool MDIVantrel::MDIForm_QueryUnload() {
+    // A load that is under way may have the window up already; a close that
+    // is called off gives it back as it was.
+    const bool statusWasUp = forms::StatusLoaded();
     frm_status& status = forms::Status();
+    const QString statusText = status.lblMessage->text();
+    const bool barWasHidden = status.Progbar->isHidden();
     status.show();
     status.Progbar->hide();
     status.lblMessage->setText(QStringLiteral("Please wait while Vantrel unloads..."));
@@ -382,7 +387,12 @@ bool MDIVantrel::MDIForm_QueryUnload() {
     }
     if (refused) {
         AppClosing = false;
-        forms::UnloadStatus();
+        if (statusWasUp && forms::StatusLoaded()) {
+            forms::Status().lblMessage->setText(statusText);
+            forms::Status().Progbar->setVisible(!barWasHidden);
+        } else {
+            forms::UnloadStatus();
+        }
         return false;
     }
     // The shared windows let themselves go when the program ends.

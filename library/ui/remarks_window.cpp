@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextDocument>
 #include <algorithm>
 
 #include "shell/forms.h"
@@ -25,6 +26,7 @@ frmLibRemarks::frmLibRemarks(QWidget* parent) : QDialog(parent) {
     courier.setFixedPitch(true);
     courier.setPointSize(10);
     txtLibRemarks->setFont(courier);
+    txtLibRemarks->document()->setDocumentMargin(6);
 
     Command1 = new QPushButton(QStringLiteral("OK"), this);
     Command1->setObjectName(QStringLiteral("Command1"));

@@ -380,6 +380,9 @@ void frmTreeView::Form_Resize() {
     const int treeW = std::min(TwipsToPixels(plan.treeWidth), innerW);
     const int treeH = std::max(0, std::min(TwipsToPixels(plan.treeHeight), innerH - stripH));
     tvTreeView->setGeometry(0, stripH, treeW, treeH);
+    // The one column is never narrower than the tree, so a selected row is
+    // marked across the whole width.
+    tvTreeView->header()->setMinimumSectionSize(std::max(1, tvTreeView->viewport()->width()));
 }
 
 void frmTreeView::closeEvent(QCloseEvent* event) {

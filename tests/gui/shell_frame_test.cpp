@@ -327,16 +327,24 @@ TEST_F(FrameCommandsTest, ClosingTheFrameWhileALibraryLoadsIsCalledOff) {
     StartFrame();
     bool accepted = true;
     bool tried = false;
+    QString textAfter;
+    bool barAfter = false;
     QMetaObject::invokeMethod(
         qApp,
         [&] {
             tried = true;
             accepted = frame->close();
+            if (forms::StatusLoaded()) {
+                textAfter = forms::Status().lblMessage->text();
+                barAfter = !forms::Status().Progbar->isHidden();
+            }
         },
         Qt::QueuedConnection);
     frmTreeView* form = Open(Chain(300, "Loading"));
     ASSERT_TRUE(tried);
     EXPECT_FALSE(accepted);
+    EXPECT_EQ(textAfter, "Building tree...") << "the load's bar comes back as it was";
+    EXPECT_TRUE(barAfter);
     EXPECT_FALSE(AppClosing) << "the close is called off";
     ASSERT_NE(form, nullptr);
     EXPECT_EQ(form->Contents().tree.Count(), 300);
