@@ -49,6 +49,13 @@ namespace {
 // The strip that carries "Go To Game:" is this high.
 constexpr int kStripHeightTwips = 420;
 
+// The tree control, with its measure of a column open to the window.
+class LibraryTreeView : public QTreeView {
+public:
+    using QTreeView::QTreeView;
+    using QTreeView::sizeHintForColumn;
+};
+
 }  // namespace
 
 // Drives the window through a load: the caption and the board when the
@@ -103,7 +110,7 @@ frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
     cboListGames->setModel(games_.get());
     cboListGames->setCurrentIndex(-1);
 
-    tvTreeView = new QTreeView(this);
+    tvTreeView = new LibraryTreeView(this);
     tvTreeView->setObjectName(QStringLiteral("tvTreeView"));
     tvTreeView->setHeaderHidden(true);
     tvTreeView->setUniformRowHeights(true);
@@ -112,9 +119,9 @@ frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
     tvTreeView->setExpandsOnDoubleClick(true);
     tvTreeView->setAnimated(false);
     tvTreeView->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    tvTreeView->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    tvTreeView->header()->setSectionResizeMode(QHeaderView::Interactive);
     tvTreeView->header()->setStretchLastSection(false);
-    // The column fits the rows in view, not all 32,767 of them.
+    // The column is measured on the rows in view, not on all 32,767.
     tvTreeView->header()->setResizeContentsPrecision(0);
     tvTreeView->setIconSize(QSize(16, 16));
     tvTreeView->setModel(model_.get());
@@ -132,6 +139,10 @@ frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
         const int node = TreeItemModel::NodeOf(index);
         if (contents_.tree.Exists(node)) contents_.tree.Node(node).Expanded = false;
     });
+    connect(tvTreeView, &QTreeView::expanded, this, &frmTreeView::FitColumn, Qt::QueuedConnection);
+    connect(tvTreeView, &QTreeView::collapsed, this, &frmTreeView::FitColumn, Qt::QueuedConnection);
+    connect(tvTreeView->verticalScrollBar(), &QScrollBar::valueChanged, this, &frmTreeView::FitColumn);
+    connect(model_.get(), &QAbstractItemModel::modelReset, this, &frmTreeView::FitColumn, Qt::QueuedConnection);
     connect(cboListGames, &QComboBox::activated, this, [this](int) { cboListGames_Click(); });
 
     // 4800 x 6000 twips until the frame places the window.
@@ -277,6 +288,7 @@ void frmTreeView::ExpandTree(bool bExpanded) {
         tvTreeView->expandAll();
     else
         tvTreeView->collapseAll();
+    FitColumn();
 }
 
 void frmTreeView::ExpandNode() {
@@ -380,9 +392,14 @@ void frmTreeView::Form_Resize() {
     const int treeW = std::min(TwipsToPixels(plan.treeWidth), innerW);
     const int treeH = std::max(0, std::min(TwipsToPixels(plan.treeHeight), innerH - stripH));
     tvTreeView->setGeometry(0, stripH, treeW, treeH);
-    // The one column is never narrower than the tree, so a selected row is
-    // marked across the whole width.
-    tvTreeView->header()->setMinimumSectionSize(std::max(1, tvTreeView->viewport()->width()));
+    FitColumn();
+}
+
+void frmTreeView::FitColumn() {
+    // The one column takes the width of the rows in view, and never less
+    // than the tree, so that a selected row is marked across the tree.
+    const int width = std::max(tvTreeView->viewport()->width(), static_cast<LibraryTreeView*>(tvTreeView)->sizeHintForColumn(0));
+    if (tvTreeView->columnWidth(0) != width) tvTreeView->setColumnWidth(0, width);
 }
 
 void frmTreeView::closeEvent(QCloseEvent* event) {

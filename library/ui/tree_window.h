@@ -100,6 +100,7 @@ private:
     void UnloadSelf();
     bool Form_Unload();  // false: the window refuses to go
     void Form_Resize();
+    void FitColumn();
     void tvTreeView_MouseDown(int button, const QPoint& globalPos);
     void EnsureVisible(int node);
     void SetExpanded(int node, bool bExpanded);
