@@ -70,8 +70,11 @@ TEST_F(FrameCommandsTest, TheMenuBarHoldsTheFiveMenusInOrderWithTheirItems) {
     EXPECT_FALSE(frame->m_reverse_sides->isChecked());
     EXPECT_FALSE(frame->mWRememberPositions->isChecked());
     for (QMenu* menu : {frame->m_file, frame->m_tree, frame->m_board, frame->mWindow, frame->m_help})
-        for (QAction* a : menu->actions())
-            if (a->isVisible()) EXPECT_TRUE(a->isEnabled()) << a->objectName().toStdString();
+        for (QAction* a : menu->actions()) {
+            if (a->isVisible()) {
+                EXPECT_TRUE(a->isEnabled()) << a->objectName().toStdString();
+            }
+        }
 }
 
 TEST_F(FrameCommandsTest, TheWindowMenuListsTheOpenChildWindows) {
