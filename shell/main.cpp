@@ -14,7 +14,6 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
 
     MDIVantrel frame;
-    frame.setAttribute(Qt::WA_DeleteOnClose, false);
     frame.MDIForm_Load(vantrel::JoinCommandLine(arguments));
     return app.exec();
 }
