@@ -9,10 +9,10 @@ PACKAGES=(
   libsqlite3-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core
-  xvfb xauth
+  xvfb xauth poppler-utils
 )
 if [[ "${1:-}" == "--extras" ]]; then
-  PACKAGES+=(clang libclang-rt-14-dev imagemagick poppler-utils)
+  PACKAGES+=(clang libclang-rt-14-dev imagemagick)
 fi
 
 missing=()
