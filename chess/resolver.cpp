@@ -185,88 +185,67 @@ int16_t PawnMove(ImportBoard& board, const std::string& move, bool isWhite) {
     const int16_t rankBeforeLast = isWhite ? 7 : 2;
     auto behind = [&](int16_t rank) { return static_cast<int16_t>(isWhite ? rank - 1 : rank + 1); };
 
+    // The three shapes a form can give: a named target square with the source
+    // on file c1, a target rank left to each candidate, and a promotion.
     MoveTarget t;
     char promotion = 0;
+    auto aim = [&](char targetFile, int16_t targetRank, int16_t hintRank) {
+        t.targetFile = FileOf(targetFile);
+        t.targetRank = targetRank;
+        t.hintFile = FileOf(c(1));
+        t.hintRank = hintRank;
+    };
+    auto deduce = [&](char targetFile) {
+        t.targetFile = FileOf(targetFile);
+        t.hintFile = FileOf(c(1));
+        t.deducedRank = true;
+    };
+    auto promote = [&](char targetFile, char letter) {
+        aim(targetFile, lastRank, rankBeforeLast);
+        promotion = letter;
+    };
+
     switch (len) {
     case 2:
-        if (IsDigit(c(2))) {  // e4
-            t.targetFile = FileOf(c(1));
-            t.targetRank = RankOf(c(2));
-            t.hintFile = FileOf(c(1));
-        } else {  // ed
-            t.targetFile = FileOf(c(2));
-            t.hintFile = FileOf(c(1));
-            t.deducedRank = true;
-        }
+        if (IsDigit(c(2)))
+            aim(c(1), RankOf(c(2)), 0);  // e4
+        else
+            deduce(c(2));  // ed
         break;
     case 3:
-        if (IsDigit(c(3))) {  // ed5
-            t.targetFile = FileOf(c(2));
-            t.targetRank = RankOf(c(3));
-            t.hintFile = FileOf(c(1));
-            t.hintRank = behind(t.targetRank);
-        } else if (IsCapture(c(2))) {  // exd
-            t.targetFile = FileOf(c(3));
-            t.hintFile = FileOf(c(1));
-            t.deducedRank = true;
-        } else if (c(2) == lastRankChar && IsPromotionLetter(c(3))) {  // e8Q
-            t.targetFile = FileOf(c(1));
-            t.targetRank = lastRank;
-            t.hintFile = FileOf(c(1));
-            t.hintRank = rankBeforeLast;
-            promotion = c(3);
-        } else {
+        if (IsDigit(c(3)))
+            aim(c(2), RankOf(c(3)), behind(RankOf(c(3))));  // ed5
+        else if (IsCapture(c(2)))
+            deduce(c(3));  // exd
+        else if (c(2) == lastRankChar && IsPromotionLetter(c(3)))
+            promote(c(1), c(3));  // e8Q
+        else
             return kCantParse;
-        }
         break;
     case 4:
-        if (IsDigit(c(4)) && IsDigit(c(2))) {  // e2e4, e4d5
-            t.targetFile = FileOf(c(3));
-            t.targetRank = RankOf(c(4));
-            t.hintFile = FileOf(c(1));
-            t.hintRank = RankOf(c(2));
-        } else if (IsDigit(c(4)) && IsCapture(c(2))) {  // exd5
-            t.targetFile = FileOf(c(3));
-            t.targetRank = RankOf(c(4));
-            t.hintFile = FileOf(c(1));
-            t.hintRank = behind(t.targetRank);
-        } else if (c(2) == lastRankChar && c(3) == '=' && IsPromotionLetter(c(4))) {  // e8=Q
-            t.targetFile = FileOf(c(1));
-            t.targetRank = lastRank;
-            t.hintFile = FileOf(c(1));
-            t.hintRank = rankBeforeLast;
-            promotion = c(4);
-        } else {
+        if (IsDigit(c(4)) && IsDigit(c(2)))
+            aim(c(3), RankOf(c(4)), RankOf(c(2)));  // e2e4, e4d5
+        else if (IsDigit(c(4)) && IsCapture(c(2)))
+            aim(c(3), RankOf(c(4)), behind(RankOf(c(4))));  // exd5
+        else if (c(2) == lastRankChar && c(3) == '=' && IsPromotionLetter(c(4)))
+            promote(c(1), c(4));  // e8=Q
+        else
             return kCantParse;
-        }
         break;
     case 5:
-        if (IsCapture(c(3))) {  // e4xd5
-            t.targetFile = FileOf(c(4));
-            t.targetRank = RankOf(c(5));
-            t.hintFile = FileOf(c(1));
-            t.hintRank = RankOf(c(2));
-        } else if (IsCapture(c(2)) && c(4) == lastRankChar && IsPromotionLetter(c(5))) {  // exd8Q
-            t.targetFile = FileOf(c(3));
-            t.targetRank = lastRank;
-            t.hintFile = FileOf(c(1));
-            t.hintRank = rankBeforeLast;
-            promotion = c(5);
-        } else {
+        if (IsCapture(c(3)))
+            aim(c(4), RankOf(c(5)), RankOf(c(2)));  // e4xd5
+        else if (IsCapture(c(2)) && c(4) == lastRankChar && IsPromotionLetter(c(5)))
+            promote(c(3), c(5));  // exd8Q
+        else
             return kCantParse;
-        }
         break;
     case 6:
         // exd8=Q; the second character is not looked at.
-        if (c(4) == lastRankChar && c(5) == '=' && IsPromotionLetter(c(6))) {
-            t.targetFile = FileOf(c(3));
-            t.targetRank = lastRank;
-            t.hintFile = FileOf(c(1));
-            t.hintRank = rankBeforeLast;
-            promotion = c(6);
-        } else {
+        if (c(4) == lastRankChar && c(5) == '=' && IsPromotionLetter(c(6)))
+            promote(c(3), c(6));
+        else
             return kCantParse;
-        }
         break;
     default:
         return kCantParse;
@@ -372,6 +351,18 @@ void MarkReach(const ImportBoard& board, ReachMap& reach, const std::string& pie
         for (int r = rank + dr, f = file + df; OnBoard(r, f); r += dr, f += df)
             if (!plain(r, f)) break;
     };
+    auto diagonal = [&] {
+        ray(1, 1);
+        ray(1, -1);
+        ray(-1, 1);
+        ray(-1, -1);
+    };
+    auto straight = [&] {
+        ray(0, 1);
+        ray(0, -1);
+        ray(1, 0);
+        ray(-1, 0);
+    };
     auto pawnCapture = [&](int r, int f) {
         if (!OnBoard(r, f)) return;
         const char colour = board.Colour(r, f);
@@ -388,26 +379,14 @@ void MarkReach(const ImportBoard& board, ReachMap& reach, const std::string& pie
 
     switch (piece[0]) {
     case 'R':
-        ray(0, 1);
-        ray(0, -1);
-        ray(1, 0);
-        ray(-1, 0);
+        straight();
         break;
     case 'B':
-        ray(1, 1);
-        ray(1, -1);
-        ray(-1, 1);
-        ray(-1, -1);
+        diagonal();
         break;
     case 'Q':
-        ray(1, 1);
-        ray(1, -1);
-        ray(-1, 1);
-        ray(-1, -1);
-        ray(0, 1);
-        ray(0, -1);
-        ray(1, 0);
-        ray(-1, 0);
+        diagonal();
+        straight();
         break;
     case 'N':
         for (int dr : {-2, -1, 1, 2})
