@@ -103,30 +103,9 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     LineSource& in = *state.ImportFile;
     std::string line;
 
-    if (state.ImportFirstGame) {
-        // Text ahead of the first tag section is the library's remarks;
-        // blank lines at the top of the file are skipped.
-        state.ImportFirstGame = false;
-        bool found = false;
-        for (;;) {
-            in.ReadLine(line);
-            TrimBlanksInPlace(line);
-            if (in.Eof()) {
-                state.ImportAtEnd = true;
-                break;
-            }
-            if (line.starts_with('[')) {
-                found = true;
-                break;
-            }
-            if (!line.empty() || !state.ImportRemarks.empty()) {
-                state.ImportRemarks += line;
-                state.ImportRemarks += "\r\n";
-            }
-        }
-        state.ImportLine = line;
-        if (!found) return -1;
-    }
+    // Text ahead of the first tag section is the library's remarks; blank
+    // lines at the top of the file are skipped.
+    if (state.ImportFirstGame && !ReadRemarks(state, '[', true)) return -1;
 
     // The tag section. Every line of it goes into the game's comment; the
     // line that ends it is dropped.

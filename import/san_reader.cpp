@@ -15,26 +15,9 @@ int16_t ReadSanGame(ImportState& state, GameRecord& game, const std::string& com
     LineSource& in = *state.ImportFile;
     std::string line;
 
-    if (state.ImportFirstGame) {
-        // Everything ahead of the first "!" line, blank lines too, is the
-        // library's remarks.
-        state.ImportFirstGame = false;
-        for (;;) {
-            in.ReadLine(line);
-            TrimBlanksInPlace(line);
-            if (in.Eof()) {
-                state.ImportAtEnd = true;
-                break;
-            }
-            if (line.starts_with('!')) {
-                line.erase(0, 1);
-                break;
-            }
-            state.ImportRemarks += line;
-            state.ImportRemarks += "\r\n";
-        }
-        state.ImportLine = line;
-    }
+    // Everything ahead of the first "!" line, blank lines too, is the
+    // library's remarks.
+    if (state.ImportFirstGame && ReadRemarks(state, '!', false)) state.ImportLine.erase(0, 1);
     if (state.ImportAtEnd) return -1;
 
     walk.SetPly(0);

@@ -29,7 +29,6 @@ struct FileNotOpened {};
 // Error numbers the program's error dialog shows for failures that don't
 // bring a number of their own.
 constexpr int kOutOfMemory = 7;
-constexpr int kSubscriptOutOfRange = 9;
 constexpr int kInvalidUseOfNull = 94;
 constexpr int kDeviceIoError = 57;
 constexpr int kPermissionDenied = 70;
@@ -89,7 +88,6 @@ public:
             const int16_t n = options_.pgn
                                   ? ReadPgnGame(state, game_, tags_)
                                   : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
-            if (n > kMaxPly) throw ImportError("Subscript out of range", kSubscriptOutOfRange);
             if (n > 0) result = true;
             if (n >= 0) host_.GameRead(++gameNumber, n, game_);
 

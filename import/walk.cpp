@@ -20,6 +20,24 @@ void TrimBlanksInPlace(std::string& s) {
     s.erase(0, b);
 }
 
+bool ReadRemarks(ImportState& state, char head, bool skipLeadingBlanks) {
+    state.ImportFirstGame = false;
+    std::string& line = state.ImportLine;
+    for (;;) {
+        state.ImportFile->ReadLine(line);
+        TrimBlanksInPlace(line);
+        if (state.ImportFile->Eof()) {
+            state.ImportAtEnd = true;
+            return false;
+        }
+        if (line.starts_with(head)) return true;
+        if (!skipLeadingBlanks || !line.empty() || !state.ImportRemarks.empty()) {
+            state.ImportRemarks += line;
+            state.ImportRemarks += "\r\n";
+        }
+    }
+}
+
 MoveWalker::MoveWalker(GameRecord& game) : game_(game) {
     line_.reserve(256);
     token_.reserve(32);

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "import/game_record.h"
+#include "import/readers.h"
 
 namespace vantrel::import {
 
@@ -16,6 +17,13 @@ namespace vantrel::import {
 std::string_view TrimBlanks(std::string_view s);
 void TrimBlanksInPlace(std::string& s);
 inline bool IsBlank(std::string_view s) { return TrimBlanks(s).empty(); }
+
+// The first call of an import: reads lines, trimmed, into ImportRemarks up
+// to the first that begins with `head`, and leaves the line last read in
+// ImportLine. The last line of the file is never looked at: reaching it sets
+// ImportAtEnd and gives false. With skipLeadingBlanks, blank lines at the top
+// of the file stay out of the remarks.
+bool ReadRemarks(ImportState& state, char head, bool skipLeadingBlanks);
 
 class MoveWalker {
 public:
