@@ -16,9 +16,12 @@ NodeImage ChooseImage(const LibraryNodeRecord& record) {
 namespace {
 
 LoadResult Load(LibraryReader& reader, LibraryContents& out, LoadObserver* observer) {
-    reader.ReadHeader(out.header);
+    const bool wholeHeader = reader.ReadHeader(out.header);
     if (out.header.version != 1) return LoadResult::NotValid;
     if (observer) observer->OnHeader(out.header);
+    // A file that ends inside its header has no records after it: what
+    // bytes are left belong to the header's last string, not to a node.
+    if (!wholeHeader) return LoadResult::Problem;
 
     // The comment table is sized from RecCount; a file with more than
     // RecCount + 1 records overruns it and fails the load.

@@ -154,6 +154,15 @@ TEST(LibraryLoader, FailuresOfADamagedFile) {
              return l.Bytes().substr(0, 9);
          },
          LoadResult::Problem},
+        {"header cut inside its remarks, a record's worth of bytes after",
+         [] {
+             Lib l;
+             l.Add(1, 0, "e4");
+             std::string bytes = l.Bytes();
+             bytes[23] = 0x01;  // the remarks claim 256 bytes; 80 follow
+             return bytes;
+         },
+         LoadResult::Problem},
     };
     for (const auto& c : cases) {
         LibraryContents contents;
