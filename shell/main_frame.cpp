@@ -376,14 +376,14 @@ bool MDIVantrel::MDIForm_QueryUnload() {
     DoEvents();
     AppClosing = true;
 
-    // The library windows go first; one that is still loading refuses, and
-    // then the close is called off as a whole.
-    bool refused = false;
-    if (cTreeView* register_ = forms::TreeViewsIfAny()) {
-        const QList<frmTreeView*> libraries = register_->All();
-        for (frmTreeView* form : libraries) {
-            if (!forms::OuterWindow(form)->close()) refused = true;
-        }
+    // The library windows go first. One that is still loading refuses, and
+    // then the close is called off as a whole, before any library has gone.
+    const QList<frmTreeView*> libraries =
+        forms::TreeViewsIfAny() ? forms::TreeViewsIfAny()->All() : QList<frmTreeView*>();
+    bool refused = std::any_of(libraries.begin(), libraries.end(), [](frmTreeView* form) { return form->IsLoading; });
+    for (frmTreeView* form : libraries) {
+        if (refused) break;
+        if (!forms::OuterWindow(form)->close()) refused = true;
     }
     if (refused) {
         AppClosing = false;

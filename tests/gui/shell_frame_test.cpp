@@ -328,6 +328,8 @@ TEST_F(FrameCommandsTest, ClosingTheFrameLetsTheLibrariesGoWithoutTheirCleanUp) 
 
 TEST_F(FrameCommandsTest, ClosingTheFrameWhileALibraryLoadsIsCalledOff) {
     StartFrame();
+    frmTreeView* bystander = Open(Small("Open already"), "open.vnb");
+    ASSERT_NE(bystander, nullptr);
     bool accepted = true;
     bool tried = false;
     QString textAfter;
@@ -353,10 +355,12 @@ TEST_F(FrameCommandsTest, ClosingTheFrameWhileALibraryLoadsIsCalledOff) {
     EXPECT_EQ(form->Contents().tree.Count(), 300);
     EXPECT_TRUE(frame->isVisible());
     EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible());
+    EXPECT_EQ(forms::TreeViews().All(), (QList<frmTreeView*>{bystander, form})) << "no library went";
+    EXPECT_TRUE(forms::OuterWindow(bystander)->isVisible());
 
     // Once the load is over, the library goes through its own unload.
     EXPECT_TRUE(CloseByUser(form));
-    EXPECT_EQ(forms::TreeViews().Count(), 0);
+    EXPECT_EQ(forms::TreeViews().Count(), 1);
 }
 
 TEST(Forms, TheSharedHelpersBehaveAsTheProgramExpects) {
