@@ -78,26 +78,22 @@ void DoEvents() { QCoreApplication::processEvents(); }
 namespace vantrel::forms {
 namespace {
 
-QPointer<MDIVantrel>& mainFrame() {
-    static QPointer<MDIVantrel> frame;
-    return frame;
-}
-QPointer<frmBoard>& board() {
-    static QPointer<frmBoard> form;
+// One pointer of each kind for the whole run; it clears itself when its
+// window is deleted.
+template <typename Form>
+QPointer<Form>& instance() {
+    static QPointer<Form> form;
     return form;
 }
-QPointer<frmComments>& comments() {
-    static QPointer<frmComments> form;
-    return form;
+
+// The window of a kind, made on first use.
+template <typename Form>
+Form& loaded() {
+    QPointer<Form>& form = instance<Form>();
+    if (!form) form = new Form();
+    return *form;
 }
-QPointer<frmMoves>& moves() {
-    static QPointer<frmMoves> form;
-    return form;
-}
-QPointer<frm_status>& status() {
-    static QPointer<frm_status> form;
-    return form;
-}
+
 std::unique_ptr<cTreeView>& treeViews() {
     static std::unique_ptr<cTreeView> register_;
     return register_;
@@ -105,24 +101,13 @@ std::unique_ptr<cTreeView>& treeViews() {
 
 }  // namespace
 
-MDIVantrel* MainFrame() { return mainFrame().data(); }
+MDIVantrel* MainFrame() { return instance<MDIVantrel>().data(); }
 
-void SetMainFrame(MDIVantrel* frame) { mainFrame() = frame; }
+void SetMainFrame(MDIVantrel* frame) { instance<MDIVantrel>() = frame; }
 
-frmBoard& Board() {
-    if (!board()) board() = new frmBoard();
-    return *board();
-}
-
-frmComments& Comments() {
-    if (!comments()) comments() = new frmComments();
-    return *comments();
-}
-
-frmMoves& Moves() {
-    if (!moves()) moves() = new frmMoves();
-    return *moves();
-}
+frmBoard& Board() { return loaded<frmBoard>(); }
+frmComments& Comments() { return loaded<frmComments>(); }
+frmMoves& Moves() { return loaded<frmMoves>(); }
 
 cTreeView& TreeViews() {
     if (!treeViews()) treeViews() = std::make_unique<cTreeView>();
@@ -133,17 +118,11 @@ cTreeView* TreeViewsIfAny() { return treeViews().get(); }
 
 void ResetTreeViews() { treeViews().reset(); }
 
-frm_status& Status() {
-    if (!status()) status() = new frm_status();
-    return *status();
-}
+frm_status& Status() { return loaded<frm_status>(); }
 
-void UnloadStatus() {
-    if (status()) delete status().data();
-    status() = nullptr;
-}
+void UnloadStatus() { delete instance<frm_status>().data(); }
 
-bool StatusLoaded() { return !status().isNull(); }
+bool StatusLoaded() { return !instance<frm_status>().isNull(); }
 
 QWidget* OuterWindow(QWidget* form) {
     if (!form) return nullptr;
