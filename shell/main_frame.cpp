@@ -125,6 +125,14 @@ constexpr const char* kForms = "Forms";
 const QString kFormName = QStringLiteral("MDIVantrel");
 
 
+// Shows a child window and its sub-window, in front of the others.
+void ShowInFront(QWidget* form) {
+    form->show();
+    QWidget* outer = forms::OuterWindow(form);
+    outer->show();
+    outer->raise();
+}
+
 void SetGeometryTwips(QWidget* w, int left, int top, int width, int height) {
     w->setGeometry(TwipsToPixels(left), TwipsToPixels(top), std::max(1, TwipsToPixels(width)),
                    std::max(1, TwipsToPixels(height)));
@@ -451,28 +459,17 @@ void MDIVantrel::ShowCommentMovesWindow() {
     const int left = ScaleWidth() - boardW;
     SetGeometryTwips(comments, left, 0, boardW, plan.height);
     SetGeometryTwips(moves, left, plan.movesTop, boardW, plan.height);
-    forms::Comments().show();
-    comments->show();
-    comments->raise();
-    forms::Moves().show();
-    moves->show();
-    moves->raise();
+    ShowInFront(&forms::Comments());
+    ShowInFront(&forms::Moves());
 }
 
+// Each brings its window to the front where it stands, neither moved nor sized.
 void MDIVantrel::ShowCommentWindow() {
-    if (isMinimized()) return;
-    forms::Comments().show();
-    QWidget* outer = forms::OuterWindow(&forms::Comments());
-    outer->show();
-    outer->raise();
+    if (!isMinimized()) ShowInFront(&forms::Comments());
 }
 
 void MDIVantrel::ShowMovesWindow() {
-    if (isMinimized()) return;
-    forms::Moves().show();
-    QWidget* outer = forms::OuterWindow(&forms::Moves());
-    outer->show();
-    outer->raise();
+    if (!isMinimized()) ShowInFront(&forms::Moves());
 }
 
 // --- Commands ------------------------------------------------------------------

@@ -72,17 +72,15 @@ void cTreeView::OpenLib(const QString& szLibPath) {
     if (frmTreeView* form = Item(key)) form->OpenLibrary(szLibPath);
 }
 
-void cTreeView::ArrangeWindows() {
-    MDIVantrel* frame = forms::MainFrame();
-    if (Libraries.isEmpty() || !frame) return;
-    const auto plan = PlanLibraryWindows(Count(), frame->ScaleWidth(), frame->ScaleHeight(), BoardWidthTwips(), false);
-    for (int i = 0; i < Libraries.size(); ++i) Place(Libraries[i], plan[i]);
-}
+void cTreeView::ArrangeWindows() { PlaceAll(false); }
 
-void cTreeView::LayerWindows() {
+void cTreeView::LayerWindows() { PlaceAll(true); }
+
+void cTreeView::PlaceAll(bool layered) {
     MDIVantrel* frame = forms::MainFrame();
     if (Libraries.isEmpty() || !frame) return;
-    const auto plan = PlanLibraryWindows(Count(), frame->ScaleWidth(), frame->ScaleHeight(), BoardWidthTwips(), true);
+    const auto plan = PlanLibraryWindows(Count(), frame->ScaleWidth(), frame->ScaleHeight(), BoardWidthTwips(), layered);
+    // In the order of opening, so that the newest ends in front.
     for (int i = 0; i < Libraries.size(); ++i) Place(Libraries[i], plan[i]);
 }
 

@@ -48,6 +48,8 @@ public:
 private:
     QString NewTreeView();
     void ShowTreeView(const QString& key);
+    // Tiles the library windows from top to bottom, or lays them all in one place.
+    void PlaceAll(bool layered);
 
     QString ActiveKey;
     QList<frmTreeView*> Libraries;  // in order of opening; the key is each window's Tag
