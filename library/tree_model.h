@@ -49,7 +49,7 @@ public:
 
     // The number of the node with key "X" + index, or 0.
     int FindByIndex(int32_t index) const;
-    static std::string Key(int32_t index) { return "X" + std::to_string(index); }
+    static std::string Key(int32_t index) { return std::string(1, 'X').append(std::to_string(index)); }
 
     // The Text of every node from the top level down to this one, joined by
     // single backslashes.
