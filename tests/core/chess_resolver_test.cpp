@@ -1,9 +1,15 @@
 // The move resolver on ImportBoard: token forms, the source search, en
 // passant timing, castling, promotion, and the two helpers behind it.
+//
+// Positions are written as pieces on squares, "Ng1 ne5 Pd4": the piece
+// letter in upper case for White and lower case for Black, "P"/"p" for a
+// pawn. "start" stands for the initial position, and "-f1" empties a square.
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <initializer_list>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "chess/board.h"
@@ -11,1018 +17,615 @@
 
 namespace {
 
-using vantrel::chess::FindPiece;
-using vantrel::chess::ImportBoard;
-using vantrel::chess::kInitialLayout;
-using vantrel::chess::MarkReach;
-using vantrel::chess::ReachMap;
-using vantrel::chess::ResolveMove;
+using namespace vantrel::chess;
 
-using Placement = std::vector<std::pair<const char*, const char*>>;  // {"e4", "wp"}, ...
+int RankOf(const std::string& square) { return square[1] - '0'; }
+int FileOf(const std::string& square) { return square[0] - 'a' + 1; }
 
-int RankOf(const char* square) { return square[1] - '0'; }
-int FileOf(const char* square) { return square[0] - 'a' + 1; }
-
-class Resolver : public ::testing::Test {
-protected:
-    ImportBoard board;
-
-    void Empty() {
-        for (int rank = 1; rank <= 8; ++rank)
-            for (int file = 1; file <= 8; ++file) board.SetCode(rank, file, "no");
-    }
-    void Put(const char* square, const char* code) { board.SetCode(RankOf(square), FileOf(square), code); }
-    void Setup(const Placement& pieces) {
-        Empty();
-        for (const auto& [square, code] : pieces) Put(square, code);
-    }
-    std::string At(const char* square) const { return board.Code(RankOf(square), FileOf(square)); }
-
-    int Play(const std::string& token, int ply) {
-        std::string move = token;
-        return ResolveMove(board, move, static_cast<int16_t>(ply));
-    }
-
-    // The token resolves to 0.
-    ::testing::AssertionResult Moves(const std::string& token, int ply) {
-        const int result = Play(token, ply);
-        if (result == 0) return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << token << " at ply " << ply << " gave " << result;
-    }
-
-    // The token gives `expected` and leaves every square as it was.
-    ::testing::AssertionResult Refused(const std::string& token, int ply, int expected) {
-        const std::string before = board.BoardToLayout();
-        const int result = Play(token, ply);
-        if (result != expected)
-            return ::testing::AssertionFailure()
-                   << token << " at ply " << ply << " gave " << result << ", expected " << expected;
-        if (board.BoardToLayout() != before) return ::testing::AssertionFailure() << token << " changed the board";
-        return ::testing::AssertionSuccess();
-    }
-};
-
-// The layout of an otherwise empty board holding these pieces.
-std::string LayoutOf(const Placement& pieces) {
-    ImportBoard b;
-    for (int rank = 1; rank <= 8; ++rank)
-        for (int file = 1; file <= 8; ++file) b.SetCode(rank, file, "no");
-    for (const auto& [square, code] : pieces) b.SetCode(RankOf(square), FileOf(square), code);
-    return b.BoardToLayout();
-}
-
-// ---------------------------------------------------------------------------
-// Side to move
-
-TEST_F(Resolver, SideFollowsThePlyAlone) {
-    EXPECT_TRUE(Refused("e6", 1, 2));  // White's e-pawn can't reach e6
-    EXPECT_TRUE(Moves("e6", 2));
-    EXPECT_EQ(At("e7"), "no");
-    EXPECT_EQ(At("e6"), "bp");
-    EXPECT_EQ(At("e2"), "wp");
-
+void SetUpBoard(ImportBoard& board, const std::string& pieces) {
     board.ResetImportBoard();
-    EXPECT_TRUE(Moves("e6", 40));
-    EXPECT_EQ(At("e6"), "bp");
-    EXPECT_TRUE(Moves("Nf3", 41));
-    EXPECT_EQ(At("f3"), "wn");
-    EXPECT_TRUE(Refused("Nf3", 42, 2));  // no black knight reaches f3
-}
-
-// ---------------------------------------------------------------------------
-// Piece moves: the forms by length
-
-TEST_F(Resolver, PieceFormsReadTheirHints) {
-    // Knights on g1 and e5 both reach f3; the one on b1 doesn't.
-    const Placement twoKnights = {{"g1", "wn"}, {"e5", "wn"}, {"b1", "wn"}, {"a8", "bk"}};
-    const std::string g1Moved = LayoutOf({{"f3", "wn"}, {"e5", "wn"}, {"b1", "wn"}, {"a8", "bk"}});
-    const std::string e5Moved = LayoutOf({{"g1", "wn"}, {"f3", "wn"}, {"b1", "wn"}, {"a8", "bk"}});
-    struct Case {
-        const char* token;
-        int result;
-        const std::string* after;
-    };
-    const Case cases[] = {
-        {"Nf3", 1, nullptr},     {"Nxf3", 1, nullptr},    {"NXf3", 1, nullptr},    {"N1f3", 0, &g1Moved},
-        {"N5f3", 0, &e5Moved},   {"Ngf3", 0, &g1Moved},   {"Nef3", 0, &e5Moved},   {"N1xf3", 0, &g1Moved},
-        {"N5xf3", 0, &e5Moved},  {"Ngxf3", 0, &g1Moved},  {"NeXf3", 0, &e5Moved},  {"Ng1f3", 0, &g1Moved},
-        {"Ne5f3", 0, &e5Moved},  {"N2f3", 2, nullptr},    {"Nbf3", 2, nullptr},    {"Nhf3", 2, nullptr},
-        {"N`f3", 1, nullptr},    {"N0f3", 1, nullptr},  // a hint of 0 is no hint
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.token);
-        Setup(twoKnights);
-        if (c.result == 0) {
-            ASSERT_TRUE(Moves(c.token, 1));
-            EXPECT_EQ(board.BoardToLayout(), *c.after);
+    std::istringstream in(pieces);
+    std::string item;
+    bool cleared = false;
+    while (in >> item) {
+        if (item == "start") {
+            cleared = true;
+            continue;
+        }
+        if (!cleared) {
+            for (int rank = 1; rank <= 8; ++rank)
+                for (int file = 1; file <= 8; ++file) board.SetCode(rank, file, "no");
+            cleared = true;
+        }
+        const std::string square = item.substr(1);
+        if (item[0] == '-') {
+            board.SetCode(RankOf(square), FileOf(square), "no");
         } else {
-            EXPECT_TRUE(Refused(c.token, 1, c.result));
+            const char piece = item[0];
+            const bool white = piece >= 'A' && piece <= 'Z';
+            const char code[3] = {white ? 'w' : 'b', static_cast<char>(white ? piece - 'A' + 'a' : piece), 0};
+            board.SetCode(RankOf(square), FileOf(square), code);
         }
     }
+    if (!cleared)
+        for (int rank = 1; rank <= 8; ++rank)
+            for (int file = 1; file <= 8; ++file) board.SetCode(rank, file, "no");
 }
 
-TEST_F(Resolver, FiveCharacterFormsNeverLookAtTheThirdCharacter) {
-    // Only the file of the source square counts: Ng1f3 names both g-knights.
-    Setup({{"g1", "wn"}, {"g5", "wn"}});
-    EXPECT_TRUE(Refused("Ng1f3", 1, 1));
-    EXPECT_TRUE(Refused("Ng7f3", 1, 1));
-    Setup({{"g1", "wn"}});
-    EXPECT_TRUE(Moves("Ng7f3", 1));
-    EXPECT_EQ(At("f3"), "wn");
-    Setup({{"g1", "wn"}});
-    EXPECT_TRUE(Moves("N1?f3", 1));
-    EXPECT_EQ(At("f3"), "wn");
+std::string LayoutOf(const std::string& pieces) {
+    ImportBoard board;
+    SetUpBoard(board, pieces);
+    return board.BoardToLayout();
 }
 
-TEST_F(Resolver, MalformedPieceTokens) {
-    board.ResetImportBoard();
-    EXPECT_TRUE(Refused("Ng1xf3", 1, 3));  // six characters
-    EXPECT_TRUE(Refused("Nf3+", 1, 3));    // the "3" stands where the file is read
-    EXPECT_TRUE(Refused("NF3", 1, 3));     // upper-case file
-    EXPECT_TRUE(Refused("Nf9", 1, 3));
-    EXPECT_TRUE(Refused("Nf0", 1, 2));     // rank 0: on no square
-    EXPECT_TRUE(Refused("Nf", 1, 3));      // too short
-    EXPECT_TRUE(Refused("N", 1, 3));
-    EXPECT_TRUE(Refused("Nif3", 1, 3));    // hint file 9
-    EXPECT_TRUE(Refused("N9f3", 1, 3));    // hint rank 9
-    EXPECT_TRUE(Refused("Nxxf3", 1, 3));   // hint file from "x" in a five-character form
-    EXPECT_TRUE(Refused("Qxf7#", 1, 3));
-    EXPECT_TRUE(Refused("N`3", 1, 2));     // file 0: on no square
-    EXPECT_TRUE(Refused("Nj3", 1, 3));
-    EXPECT_TRUE(Refused(std::string("N\xE9") + "3", 1, 3));  // a byte above 127 is no file
-    EXPECT_TRUE(Refused(std::string("N\xE9") + "f3", 1, 3));
-}
+// One token on a position: its result, and the position after it (for any
+// result but 0 the board must stand as it was). Only castling may rewrite
+// the token.
+struct Case {
+    const char* before;
+    const char* token;
+    int ply;
+    int result;
+    const char* after = nullptr;
+};
 
-TEST_F(Resolver, FirstCharacterChoosesTheForm) {
-    EXPECT_TRUE(Refused("", 1, 3));
-    EXPECT_TRUE(Refused("nf3", 1, 3));   // piece letters are upper case only
-    EXPECT_TRUE(Refused("kf3", 1, 3));
-    EXPECT_TRUE(Refused("Pe4", 1, 3));
-    EXPECT_TRUE(Refused("Ie4", 1, 3));
-    EXPECT_TRUE(Refused("1. e4", 1, 3));
-    EXPECT_TRUE(Refused(" e4", 1, 3));
-    EXPECT_TRUE(Refused("ie4", 1, 3));
-    EXPECT_TRUE(Refused("bf3", 1, 2));  // a lower-case b is the b-pawn, which can't reach f3
-    EXPECT_TRUE(Moves("b3", 1));
-}
-
-TEST_F(Resolver, NoPieceOfThatKindGivesIllegal) {
-    Setup({{"e1", "wk"}, {"g8", "bn"}});
-    EXPECT_TRUE(Refused("Nf3", 1, 2));
-    EXPECT_TRUE(Refused("Qd4", 1, 2));
-    EXPECT_TRUE(Moves("Nf6", 2));
-}
-
-TEST_F(Resolver, AmbiguityIsResolvedOnlyByHints) {
-    board.ResetImportBoard();
-    Put("d2", "no");
-    Put("g1", "no");
-    Put("f3", "wn");
-    EXPECT_TRUE(Refused("Nd2", 1, 1));
-    EXPECT_TRUE(Moves("Nbd2", 1));
-    EXPECT_EQ(At("d2"), "wn");
-    EXPECT_EQ(At("b1"), "no");
-    EXPECT_EQ(At("f3"), "wn");
-}
-
-TEST_F(Resolver, PinnedPieceStillCountsAsCandidate) {
-    // The d2 knight is pinned by the bishop on b4, yet both knights reach f3.
-    const Placement pin = {{"e1", "wk"}, {"d2", "wn"}, {"g1", "wn"}, {"b4", "bb"}, {"e8", "bk"}};
-    Setup(pin);
-    EXPECT_TRUE(Refused("Nf3", 1, 1));
-    EXPECT_TRUE(Moves("Ngf3", 1));
-    EXPECT_EQ(At("g1"), "no");
-    EXPECT_EQ(At("d2"), "wn");
-    Setup(pin);
-    EXPECT_TRUE(Moves("N1f3", 1));
-    EXPECT_EQ(At("g1"), "no");
-    Setup(pin);
-    EXPECT_TRUE(Moves("Ndf3", 1));  // no check test: the pinned knight moves
-    EXPECT_EQ(At("d2"), "no");
-    EXPECT_EQ(At("f3"), "wn");
-}
-
-TEST_F(Resolver, SlidersStopAtTheFirstOccupiedSquare) {
-    Setup({{"a1", "wr"}, {"a3", "bp"}, {"c1", "wp"}});
-    EXPECT_TRUE(Refused("Ra4", 1, 2));  // beyond the black pawn
-    EXPECT_TRUE(Refused("Rd1", 1, 2));  // beyond the own pawn
-    EXPECT_TRUE(Refused("Rc1", 1, 2));  // own piece on the target
-    EXPECT_TRUE(Moves("Rb1", 1));
-    Setup({{"a1", "wr"}, {"a3", "bp"}});
-    EXPECT_TRUE(Moves("Ra3", 1));  // the capture needs no "x"
-    EXPECT_EQ(At("a3"), "wr");
-
-    Setup({{"c1", "wb"}, {"e3", "wp"}, {"b2", "bn"}});
-    EXPECT_TRUE(Refused("Bf4", 1, 2));
-    EXPECT_TRUE(Refused("Ba3", 1, 2));
-    EXPECT_TRUE(Moves("Bxb2", 1));
-    EXPECT_EQ(At("b2"), "wb");
-
-    Setup({{"d1", "bq"}, {"d5", "wp"}, {"g4", "wn"}});
-    EXPECT_TRUE(Refused("Qd6", 2, 2));
-    EXPECT_TRUE(Refused("Qh5", 2, 2));
-    EXPECT_TRUE(Moves("Qd5", 2));
-    Setup({{"d1", "bq"}, {"d5", "wp"}, {"g4", "wn"}});
-    EXPECT_TRUE(Moves("Qxg4", 2));
-    Setup({{"d1", "bq"}, {"d5", "wp"}, {"g4", "wn"}});
-    EXPECT_TRUE(Moves("Qa4", 2));
-    Setup({{"d1", "bq"}, {"d5", "wp"}, {"g4", "wn"}});
-    EXPECT_TRUE(Refused("Qe3x", 2, 3));
-    EXPECT_TRUE(Refused("Qe4", 2, 2));  // neither straight nor diagonal
-}
-
-TEST_F(Resolver, KnightAndKingJumps) {
-    Setup({{"a1", "wn"}, {"b3", "wp"}});
-    EXPECT_TRUE(Refused("Nb3", 1, 2));
-    EXPECT_TRUE(Refused("Nb2", 1, 2));
-    EXPECT_TRUE(Moves("Nc2", 1));
-    Setup({{"d4", "bn"}, {"e6", "wp"}, {"c6", "wp"}, {"f5", "wp"}});
-    EXPECT_TRUE(Moves("Nxe6", 2));  // jumps over the pawns around it
-    EXPECT_EQ(At("e6"), "bn");
-    Setup({{"a1", "wk"}});
-    EXPECT_TRUE(Refused("Ka3", 1, 2));
-    EXPECT_TRUE(Moves("Kb2", 1));
-}
-
-TEST_F(Resolver, CaptureMarkIsNotChecked) {
-    board.ResetImportBoard();
-    EXPECT_TRUE(Moves("Nxf3", 1));  // lands on an empty square
-    EXPECT_EQ(At("f3"), "wn");
-    board.ResetImportBoard();
-    EXPECT_TRUE(Moves("exe3", 1));  // a straight step spelled as a capture
-    EXPECT_EQ(At("e3"), "wp");
-    Setup({{"a1", "wr"}, {"a5", "bq"}});
-    EXPECT_TRUE(Moves("Ra5", 1));
-    EXPECT_EQ(At("a5"), "wr");
-}
-
-TEST_F(Resolver, KingMayStepIntoCheck) {
-    Setup({{"e1", "wk"}, {"e8", "br"}});
-    EXPECT_TRUE(Moves("Ke2", 1));
-    EXPECT_EQ(At("e2"), "wk");
-    EXPECT_EQ(At("e1"), "no");
-}
-
-TEST_F(Resolver, KingCanBeCaptured) {
-    Setup({{"e1", "wk"}, {"d1", "wq"}, {"e8", "bk"}, {"d8", "br"}});
-    EXPECT_TRUE(Moves("Qd7", 1));
-    EXPECT_TRUE(Moves("Ke7", 2));
-    EXPECT_TRUE(Moves("Qxe7", 3));
-    EXPECT_EQ(At("e7"), "wq");
-    EXPECT_TRUE(Refused("Ke8", 4, 2));
-    EXPECT_TRUE(Refused("Kf8", 4, 2));
-    EXPECT_TRUE(Moves("Rd1", 4));
-    EXPECT_TRUE(Moves("Rxe1", 4 + 2));
-    EXPECT_TRUE(Refused("Kd1", 7, 2));
-}
-
-TEST_F(Resolver, StepEightOverwritesTheTarget) {
-    board.ResetImportBoard();
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Moves("d5", 2));
-    EXPECT_TRUE(Moves("exd5", 3));
-    EXPECT_TRUE(Moves("Qxd5", 4));
-    const std::string layout = board.BoardToLayout();
-    EXPECT_EQ(layout, "RNBQKBNRPPPP0PPP" + std::string(16, '0') + "000q0000" + std::string(8, '0') +
-                          "ppp0pppprnb0kbnr");
-}
-
-// ---------------------------------------------------------------------------
-// Pawn moves: every form, for both sides
-
-TEST_F(Resolver, EveryPawnFormResolves) {
-    struct Case {
-        const char* token;
-        int ply;
-        Placement before;
-        Placement after;
-    };
-    const Placement wCapture = {{"e4", "wp"}, {"d5", "bn"}};
-    const Placement wCaptured = {{"d5", "wp"}};
-    const Placement wPromote = {{"e7", "wp"}, {"d8", "br"}};
-    const Placement bCapture = {{"d5", "bp"}, {"e4", "wn"}};
-    const Placement bCaptured = {{"e4", "bp"}};
-    const Placement bPromote = {{"d2", "bp"}, {"e1", "wr"}};
-    const Case cases[] = {
-        {"e4", 1, {{"e2", "wp"}}, {{"e4", "wp"}}},
-        {"e3", 1, {{"e2", "wp"}}, {{"e3", "wp"}}},
-        {"ed", 1, wCapture, wCaptured},
-        {"ed5", 1, wCapture, wCaptured},
-        {"exd", 1, wCapture, wCaptured},
-        {"eXd", 1, wCapture, wCaptured},
-        {"e8Q", 1, {{"e7", "wp"}}, {{"e8", "wq"}}},
-        {"e8N", 1, {{"e7", "wp"}}, {{"e8", "wn"}}},
-        {"e2e4", 1, {{"e2", "wp"}}, {{"e4", "wp"}}},
-        {"e4d5", 1, wCapture, wCaptured},
-        {"exd5", 1, wCapture, wCaptured},
-        {"eXd5", 1, wCapture, wCaptured},
-        {"e8=Q", 1, {{"e7", "wp"}}, {{"e8", "wq"}}},
-        {"e8=R", 1, {{"e7", "wp"}}, {{"e8", "wr"}}},
-        {"e4xd5", 1, wCapture, wCaptured},
-        {"e4Xd5", 1, wCapture, wCaptured},
-        {"exd8Q", 1, wPromote, {{"d8", "wq"}}},
-        {"exd8B", 1, wPromote, {{"d8", "wb"}}},
-        {"exd8=Q", 1, wPromote, {{"d8", "wq"}}},
-        {"e?d8=Q", 1, wPromote, {{"d8", "wq"}}},  // the second character is not looked at
-        {"d5", 2, {{"d7", "bp"}}, {{"d5", "bp"}}},
-        {"de", 2, bCapture, bCaptured},
-        {"de4", 2, bCapture, bCaptured},
-        {"dxe", 2, bCapture, bCaptured},
-        {"d1R", 2, {{"d2", "bp"}}, {{"d1", "br"}}},
-        {"d7d5", 2, {{"d7", "bp"}}, {{"d5", "bp"}}},
-        {"dxe4", 2, bCapture, bCaptured},
-        {"d1=N", 2, {{"d2", "bp"}}, {{"d1", "bn"}}},
-        {"d5xe4", 2, bCapture, bCaptured},
-        {"dxe1B", 2, bPromote, {{"e1", "bb"}}},
-        {"dxe1=Q", 2, bPromote, {{"e1", "bq"}}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.token);
-        Setup(c.before);
-        ASSERT_TRUE(Moves(c.token, c.ply));
+void Check(const Case& c) {
+    SCOPED_TRACE(std::string(c.token) + " at ply " + std::to_string(c.ply) + " on " + c.before);
+    ImportBoard board;
+    SetUpBoard(board, c.before);
+    const std::string before = board.BoardToLayout();
+    std::string move = c.token;
+    EXPECT_EQ(ResolveMove(board, move, static_cast<int16_t>(c.ply)), c.result);
+    if (c.result != 0) {
+        EXPECT_EQ(board.BoardToLayout(), before);
+    }
+    if (c.after) {
         EXPECT_EQ(board.BoardToLayout(), LayoutOf(c.after));
     }
-}
-
-TEST_F(Resolver, PawnTokensThatFitNoFormCantBeParsed) {
-    const Placement white = {{"e7", "wp"}, {"e4", "wp"}, {"d5", "bn"}, {"d8", "br"}};
-    for (const char* token : {"e", "e8q", "e7Q", "e8K", "e8P", "e8=", "e8=q", "e8=K", "e8-Q", "e8Q+", "exd+",
-                              "ed5+", "e4-d5", "e4d5+", "exd8q", "exd7Q", "exd8=", "e8=QQ", "exd8-Q", "exd8=q",
-                              "exd8=K", "exd8=Q+", "e2-e4", "e1=Q", "e1Q", "e+", "ej4", "e9", "ed9", "exd5e"}) {
-        SCOPED_TRACE(token);
-        Setup(white);
-        EXPECT_TRUE(Refused(token, 1, 3));
-    }
-    const Placement black = {{"d2", "bp"}, {"d5", "bp"}, {"e4", "wn"}, {"e1", "wr"}};
-    for (const char* token : {"d8=Q", "d8Q", "dxe8Q", "dxe8=Q", "d1=q", "dxe1=K", "d5-e4"}) {
-        SCOPED_TRACE(token);
-        Setup(black);
-        EXPECT_TRUE(Refused(token, 2, 3));
+    const char first = c.token[0];
+    if (first != 'o' && first != 'O' && first != '0') {
+        EXPECT_EQ(move, c.token);
     }
 }
 
-TEST_F(Resolver, PawnTargetAndHintRanges) {
-    Setup({{"e2", "wp"}, {"e7", "bp"}});
-    EXPECT_TRUE(Refused("e0", 1, 2));    // rank 0 is on no square
-    EXPECT_TRUE(Refused("ed0", 1, 3));   // the square behind rank 0 is off the subscripts
-    EXPECT_TRUE(Refused("ed0", 2, 2));   // for Black it is rank 1
-    EXPECT_TRUE(Refused("ed8", 2, 3));   // behind rank 8 for Black is rank 9
-    EXPECT_TRUE(Refused("e`", 1, 2));    // file 0 is on no square
-    EXPECT_TRUE(Refused("e9e4", 1, 3));  // hint rank 9
+void CheckAll(std::initializer_list<Case> cases) {
+    for (const Case& c : cases) Check(c);
 }
 
-TEST_F(Resolver, ZeroHintRankMeansAnyRank) {
-    Setup({{"e2", "wp"}});
-    EXPECT_TRUE(Moves("e0e4", 1));  // "0" gives no hint
-    EXPECT_EQ(At("e4"), "wp");
-    Setup({{"e4", "wp"}, {"d5", "bp"}});
-    EXPECT_TRUE(Moves("eyxd5", 1));  // a letter where the rank stands is no hint either
-    EXPECT_EQ(At("d5"), "wp");
-}
-
-TEST_F(Resolver, PawnStepsAndCaptures) {
-    // e5 with pawns on e2 and e4 moves the e4 pawn.
-    Setup({{"e2", "wp"}, {"e4", "wp"}});
-    EXPECT_TRUE(Moves("e5", 1));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"e2", "wp"}, {"e5", "wp"}}));
-
-    // e4 with pawns on e2 and e3 moves the e3 pawn.
-    Setup({{"e2", "wp"}, {"e3", "wp"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"e2", "wp"}, {"e4", "wp"}}));
-    EXPECT_FALSE(board.EnPassant.Active);  // a step from rank 3 is no double step
-
-    // The double step needs e3 empty, whatever stands there.
-    for (const char* blocker : {"wn", "bn", "bp"}) {
-        SCOPED_TRACE(blocker);
-        Setup({{"e2", "wp"}, {"e3", blocker}});
-        EXPECT_TRUE(Refused("e4", 1, 2));
+// Plays a line such as "7.e4 dxe3" or "1.e4 2.Nf6 2.dxe3": a number in front
+// sets the ply, otherwise the ply goes on by one. Returns the results, joined
+// by blanks.
+std::string PlayLine(ImportBoard& board, const std::string& line) {
+    std::istringstream in(line);
+    std::string item, results;
+    int ply = 1;
+    while (in >> item) {
+        const size_t dot = item.find('.');
+        if (dot != std::string::npos && dot > 0 && std::isdigit(static_cast<unsigned char>(item[0]))) {
+            ply = std::stoi(item.substr(0, dot));
+            item.erase(0, dot + 1);
+        }
+        std::string move = item;
+        if (!results.empty()) results += ' ';
+        results += std::to_string(ResolveMove(board, move, static_cast<int16_t>(ply)));
+        ++ply;
     }
-    // ... and e4 empty.
-    Setup({{"e2", "wp"}, {"e4", "bn"}});
-    EXPECT_TRUE(Refused("e4", 1, 2));
-    EXPECT_TRUE(Moves("e3", 1));
-
-    // Double steps only from the home rank.
-    Setup({{"e3", "wp"}, {"d6", "bp"}});
-    EXPECT_TRUE(Refused("e5", 1, 2));
-    EXPECT_TRUE(Refused("d4", 2, 2));
-    Setup({{"d7", "bp"}});
-    EXPECT_TRUE(Moves("d5", 2));
-    EXPECT_TRUE(board.EnPassant.Active);
-
-    // Forward only onto an empty square, diagonally only onto an enemy.
-    Setup({{"e4", "wp"}, {"e5", "bp"}, {"d5", "wp"}, {"f3", "bp"}});
-    EXPECT_TRUE(Refused("e5", 1, 2));
-    EXPECT_TRUE(Refused("exd5", 1, 2));
-    EXPECT_TRUE(Refused("exf5", 1, 2));
-    EXPECT_TRUE(Refused("exf3", 1, 2));  // a white pawn doesn't capture backwards
-    EXPECT_TRUE(Refused("exf", 1, 2));
-
-    // No wrap around the edge of the board.
-    Setup({{"a4", "wp"}, {"h5", "bp"}});
-    EXPECT_TRUE(Refused("axh5", 1, 2));
-    Setup({{"h4", "wp"}, {"a5", "bp"}});
-    EXPECT_TRUE(Refused("hxa5", 1, 2));
-}
-
-TEST_F(Resolver, PawnWithoutPromotionStaysAPawnOnTheLastRank) {
-    Setup({{"e7", "wp"}});
-    EXPECT_TRUE(Moves("e8", 1));
-    EXPECT_EQ(At("e8"), "wp");
-    EXPECT_EQ(board.BoardToLayout()[60], 'P');
-    // It is stuck there, and with a deduced rank it is passed over as a
-    // candidate whose square ahead is off the board.
-    Put("e4", "wp");
-    Put("d5", "bn");
-    EXPECT_TRUE(Moves("ed", 3));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"d5", "wp"}, {"e8", "wp"}}));
-}
-
-TEST_F(Resolver, PromotionSpellings) {
-    for (const char* token : {"e8=Q", "e8Q"}) {
-        SCOPED_TRACE(token);
-        Setup({{"e7", "wp"}});
-        EXPECT_TRUE(Moves(token, 1));
-        EXPECT_EQ(At("e8"), "wq");
-        EXPECT_EQ(At("e7"), "no");
-    }
-    for (const char* token : {"exd8=Q", "exd8Q"}) {
-        SCOPED_TRACE(token);
-        Setup({{"e7", "wp"}, {"d8", "bn"}});
-        EXPECT_TRUE(Moves(token, 1));
-        EXPECT_EQ(At("d8"), "wq");
-        EXPECT_EQ(At("e7"), "no");
-    }
-    for (const char* token : {"e8=q", "e8=K", "e8="}) {
-        SCOPED_TRACE(token);
-        Setup({{"e7", "wp"}});
-        EXPECT_TRUE(Refused(token, 1, 3));
-    }
-    // The source must stand on the rank before last.
-    Setup({{"e6", "wp"}});
-    EXPECT_TRUE(Refused("e8Q", 1, 2));
-    Setup({{"e7", "wp"}, {"e8", "bk"}});
-    EXPECT_TRUE(Refused("e8=Q", 1, 2));
+    return results;
 }
 
 // ---------------------------------------------------------------------------
-// Deduced rank: the target rank comes from each candidate
+// Piece moves
 
-TEST_F(Resolver, DeducedRankFollowsTheOnePawnThatCaptures) {
-    Setup({{"e4", "wp"}, {"d5", "bn"}});
-    EXPECT_TRUE(Moves("ed", 1));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"d5", "wp"}}));
-
-    Setup({{"e5", "bp"}, {"d4", "wb"}});
-    EXPECT_TRUE(Moves("exd", 2));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"d4", "bp"}}));
+TEST(Resolver, SideFollowsThePlyAlone) {
+    CheckAll({
+        {"start", "e6", 1, 2},
+        {"start", "e6", 2, 0, "start -e7 pe6"},
+        {"start", "e6", 40, 0, "start -e7 pe6"},
+        {"start", "Nf3", 41, 0, "start -g1 Nf3"},
+        {"start", "Nf3", 42, 2},
+        {"Ke1 ng8", "Nf3", 1, 2},  // no knight of the mover's colour
+        {"Ke1 ng8", "Qd4", 1, 2},
+        {"Ke1 ng8", "Nf6", 2, 0, "Ke1 nf6"},
+    });
 }
 
-TEST_F(Resolver, DeducedRankWithTwoCapturingPawnsIsAmbiguous) {
-    const Placement two = {{"e3", "wp"}, {"d4", "bp"}, {"e5", "wp"}, {"d6", "bn"}};
-    Setup(two);
-    EXPECT_TRUE(Refused("exd", 1, 1));
-    EXPECT_TRUE(Refused("ed", 1, 1));
-    EXPECT_TRUE(Moves("exd4", 1));
-    EXPECT_EQ(At("d4"), "wp");
-    Setup(two);
-    EXPECT_TRUE(Moves("ed6", 1));
-    EXPECT_EQ(At("d6"), "wp");
+TEST(Resolver, PieceFormsReadTheirHints) {
+    // Knights on g1 and e5 both reach f3; the one on b1 doesn't.
+    const char* two = "Ng1 Ne5 Nb1 ka8";
+    const char* g1 = "Nf3 Ne5 Nb1 ka8";
+    const char* e5 = "Ng1 Nf3 Nb1 ka8";
+    CheckAll({
+        {two, "Nf3", 1, 1},      {two, "Nxf3", 1, 1},     {two, "NXf3", 1, 1},     {two, "N1f3", 1, 0, g1},
+        {two, "N5f3", 1, 0, e5}, {two, "Ngf3", 1, 0, g1}, {two, "Nef3", 1, 0, e5}, {two, "N1xf3", 1, 0, g1},
+        {two, "N5xf3", 1, 0, e5}, {two, "Ngxf3", 1, 0, g1}, {two, "NeXf3", 1, 0, e5}, {two, "Ng1f3", 1, 0, g1},
+        {two, "Ne5f3", 1, 0, e5}, {two, "N2f3", 1, 2},    {two, "Nbf3", 1, 2},     {two, "Nhf3", 1, 2},
+        {two, "N`f3", 1, 1},     {two, "N0f3", 1, 1},  // a hint of 0 is no hint
+        // Five characters: the third is never looked at, so Ng1f3 names both g-knights.
+        {"Ng1 Ng5", "Ng1f3", 1, 1},
+        {"Ng1 Ng5", "Ng7f3", 1, 1},
+        {"Ng1", "Ng7f3", 1, 0, "Nf3"},
+        {"Ng1", "N1?f3", 1, 0, "Nf3"},
+        // Only hints settle an ambiguity.
+        {"start -d2 -g1 Nf3", "Nd2", 1, 1},
+        {"start -d2 -g1 Nf3", "Nbd2", 1, 0, "start -d2 -g1 Nf3 -b1 Nd2"},
+        // A pinned knight is a candidate like any other, and moves.
+        {"Ke1 Nd2 Ng1 bb4 ke8", "Nf3", 1, 1},
+        {"Ke1 Nd2 Ng1 bb4 ke8", "Ngf3", 1, 0, "Ke1 Nd2 Nf3 bb4 ke8"},
+        {"Ke1 Nd2 Ng1 bb4 ke8", "N1f3", 1, 0, "Ke1 Nd2 Nf3 bb4 ke8"},
+        {"Ke1 Nd2 Ng1 bb4 ke8", "Ndf3", 1, 0, "Ke1 Nf3 Ng1 bb4 ke8"},
+    });
 }
 
-TEST_F(Resolver, DeducedRankLandsAheadOfTheMiddlePawn) {
-    Setup({{"e2", "wp"}, {"e4", "wp"}, {"e6", "wp"}, {"d5", "bp"}, {"d7", "wn"}});
-    EXPECT_TRUE(Moves("ed", 1));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"e2", "wp"}, {"e6", "wp"}, {"d5", "wp"}, {"d7", "wn"}}));
+TEST(Resolver, MalformedTokens) {
+    CheckAll({
+        {"start", "Ng1xf3", 1, 3},  // six characters
+        {"start", "Nf3+", 1, 3},    // the "3" stands where the file is read
+        {"start", "NF3", 1, 3},     // upper-case file
+        {"start", "Nf9", 1, 3},
+        {"start", "Nf0", 1, 2},  // rank 0: on no square
+        {"start", "Nf", 1, 3},
+        {"start", "N", 1, 3},
+        {"start", "Nif3", 1, 3},   // hint file 9
+        {"start", "N9f3", 1, 3},   // hint rank 9
+        {"start", "Nxxf3", 1, 3},  // hint file from "x" in a five-character form
+        {"start", "Qxf7#", 1, 3},
+        {"start", "N`3", 1, 2},  // file 0: on no square
+        {"start", "Nj3", 1, 3},
+        {"start", "N\xE9" "3", 1, 3},  // a byte above 127 is no file
+        {"start", "N\xE9" "f3", 1, 3},
+        // The first character chooses the form.
+        {"start", "", 1, 3},
+        {"start", "nf3", 1, 3},  // piece letters are upper case only
+        {"start", "kf3", 1, 3},
+        {"start", "Pe4", 1, 3},
+        {"start", "Ie4", 1, 3},
+        {"start", "1. e4", 1, 3},
+        {"start", " e4", 1, 3},
+        {"start", "ie4", 1, 3},
+        {"start", "bf3", 1, 2},  // a lower-case b is the b-pawn, which can't reach f3
+        {"start", "b3", 1, 0, "start -b2 Pb3"},
+    });
 }
 
-TEST_F(Resolver, DeducedRankOnlyForAPawnThatReaches) {
-    Setup({{"e4", "wp"}});
-    EXPECT_TRUE(Refused("ed", 1, 2));
-    EXPECT_TRUE(Refused("exf", 1, 2));
-    // With the same file twice the deduced square is the one straight ahead.
-    EXPECT_TRUE(Moves("ee", 1));
-    EXPECT_EQ(At("e5"), "wp");
+TEST(Resolver, HowPiecesReachTheirTarget) {
+    CheckAll({
+        // Sliders stop at the first occupied square and never take their own.
+        {"Ra1 pa3 Pc1", "Ra4", 1, 2},
+        {"Ra1 pa3 Pc1", "Rd1", 1, 2},
+        {"Ra1 pa3 Pc1", "Rc1", 1, 2},
+        {"Ra1 pa3 Pc1", "Rb1", 1, 0, "Rb1 pa3 Pc1"},
+        {"Ra1 pa3", "Ra3", 1, 0, "Ra3"},  // the capture needs no "x"
+        {"Bc1 Pe3 nb2", "Bf4", 1, 2},
+        {"Bc1 Pe3 nb2", "Ba3", 1, 2},
+        {"Bc1 Pe3 nb2", "Bxb2", 1, 0, "Bb2 Pe3"},
+        {"qd1 Pd5 Ng4", "Qd6", 2, 2},
+        {"qd1 Pd5 Ng4", "Qh5", 2, 2},
+        {"qd1 Pd5 Ng4", "Qd5", 2, 0, "qd5 Ng4"},
+        {"qd1 Pd5 Ng4", "Qxg4", 2, 0, "Pd5 qg4"},
+        {"qd1 Pd5 Ng4", "Qa4", 2, 0, "qa4 Pd5 Ng4"},
+        {"qd1 Pd5 Ng4", "Qe3x", 2, 3},
+        {"qd1 Pd5 Ng4", "Qe4", 2, 2},  // neither straight nor diagonal
+        // Knights jump, kings step.
+        {"Na1 Pb3", "Nb3", 1, 2},
+        {"Na1 Pb3", "Nb2", 1, 2},
+        {"Na1 Pb3", "Nc2", 1, 0, "Nc2 Pb3"},
+        {"nd4 Pe6 Pc6 Pf5", "Nxe6", 2, 0, "ne6 Pc6 Pf5"},
+        {"Ka1", "Ka3", 1, 2},
+        {"Ka1", "Kb2", 1, 0, "Kb2"},
+        // No check test: a king steps into check and can be captured, and
+        // a side without its king has no "K" move.
+        {"Ke1 re8", "Ke2", 1, 0, "Ke2 re8"},
+        {"Ke1 Qe2 ke7", "Qxe7", 1, 0, "Ke1 Qe7"},
+        {"Ke1 Qe7", "Kf8", 2, 2},
+        // An "x" is never checked against the board.
+        {"start", "Nxf3", 1, 0, "start -g1 Nf3"},
+        {"start", "exe3", 1, 0, "start -e2 Pe3"},
+    });
+}
+
+// ---------------------------------------------------------------------------
+// Pawn moves
+
+TEST(Resolver, EveryPawnFormResolves) {
+    const char* wTake = "Pe4 nd5";
+    const char* wPromote = "Pe7 rd8";
+    const char* bTake = "pd5 Ne4";
+    const char* bPromote = "pd2 Re1";
+    CheckAll({
+        {"Pe2", "e4", 1, 0, "Pe4"},
+        {"Pe2", "e3", 1, 0, "Pe3"},
+        {wTake, "ed", 1, 0, "Pd5"},
+        {wTake, "ed5", 1, 0, "Pd5"},
+        {wTake, "exd", 1, 0, "Pd5"},
+        {wTake, "eXd", 1, 0, "Pd5"},
+        {"Pe7", "e8Q", 1, 0, "Qe8"},
+        {"Pe7", "e8N", 1, 0, "Ne8"},
+        {"Pe2", "e2e4", 1, 0, "Pe4"},
+        {wTake, "e4d5", 1, 0, "Pd5"},
+        {wTake, "exd5", 1, 0, "Pd5"},
+        {wTake, "eXd5", 1, 0, "Pd5"},
+        {"Pe7", "e8=Q", 1, 0, "Qe8"},
+        {"Pe7", "e8=R", 1, 0, "Re8"},
+        {wTake, "e4xd5", 1, 0, "Pd5"},
+        {wTake, "e4Xd5", 1, 0, "Pd5"},
+        {wPromote, "exd8Q", 1, 0, "Qd8"},
+        {wPromote, "exd8B", 1, 0, "Bd8"},
+        {wPromote, "exd8=Q", 1, 0, "Qd8"},
+        {wPromote, "e?d8=Q", 1, 0, "Qd8"},  // the second character is not looked at
+        {"pd7", "d5", 2, 0, "pd5"},
+        {bTake, "de", 2, 0, "pe4"},
+        {bTake, "de4", 2, 0, "pe4"},
+        {bTake, "dxe", 2, 0, "pe4"},
+        {"pd2", "d1R", 2, 0, "rd1"},
+        {"pd7", "d7d5", 2, 0, "pd5"},
+        {bTake, "dxe4", 2, 0, "pe4"},
+        {"pd2", "d1=N", 2, 0, "nd1"},
+        {bTake, "d5xe4", 2, 0, "pe4"},
+        {bPromote, "dxe1B", 2, 0, "be1"},
+        {bPromote, "dxe1=Q", 2, 0, "qe1"},
+        // "0" or a letter where a hint rank stands gives no hint.
+        {"Pe2", "e0e4", 1, 0, "Pe4"},
+        {"Pe4 pd5", "eyxd5", 1, 0, "Pd5"},
+        // Without a promotion piece a pawn stays a pawn on the last rank.
+        {"Pe7", "e8", 1, 0, "Pe8"},
+        // ... and is then passed over when a deduced rank would be off the board.
+        {"Pe8 Pe4 nd5", "ed", 3, 0, "Pe8 Pd5"},
+    });
+}
+
+TEST(Resolver, PawnTokensThatFitNoFormOrLeaveTheBoard) {
+    for (const char* token : {"e", "e8q", "e7Q", "e8K", "e8P", "e8=", "e8=q", "e8=K", "e8-Q", "e8Q+", "exd+",
+                              "ed5+", "e4-d5", "e4d5+", "exd8q", "exd7Q", "exd8=", "e8=QQ", "exd8-Q", "exd8=q",
+                              "exd8=K", "exd8=Q+", "e2-e4", "e1=Q", "e1Q", "e+", "ej4", "e9", "ed9", "exd5e",
+                              "e9e4"})
+        Check({"Pe7 Pe4 nd5 rd8", token, 1, 3});
+    for (const char* token : {"d8=Q", "d8Q", "dxe8Q", "dxe8=Q", "d1=q", "dxe1=K", "d5-e4", "ed8"})
+        Check({"pd2 pd5 Ne4 Re1 pe7", token, 2, 3});
+    CheckAll({
+        {"Pe2 pe7", "e0", 1, 2},   // rank 0 is on no square
+        {"Pe2 pe7", "ed0", 1, 3},  // the square behind rank 0 is off the subscripts
+        {"Pe2 pe7", "ed0", 2, 2},  // for Black it is rank 1
+        {"Pe2 pe7", "e`", 1, 2},   // file 0 is on no square
+    });
+}
+
+TEST(Resolver, PawnStepsAndCaptures) {
+    CheckAll({
+        {"Pe2 Pe4", "e5", 1, 0, "Pe2 Pe5"},  // the e2 pawn can't reach e5
+        {"Pe2 Pe3", "e4", 1, 0, "Pe2 Pe4"},
+        // The double step needs e3 and e4 empty, whatever stands there.
+        {"Pe2 Ne3", "e4", 1, 2},
+        {"Pe2 ne3", "e4", 1, 2},
+        {"Pe2 pe3", "e4", 1, 2},
+        {"Pe2 ne4", "e4", 1, 2},
+        {"Pe2 ne4", "e3", 1, 0, "Pe3 ne4"},
+        // Double steps only from the home rank.
+        {"Pe3 pd6", "e5", 1, 2},
+        {"Pe3 pd6", "d4", 2, 2},
+        // Forward only onto an empty square, diagonally only onto an enemy.
+        {"Pe4 pe5 Pd5 pf3", "e5", 1, 2},
+        {"Pe4 pe5 Pd5 pf3", "exd5", 1, 2},
+        {"Pe4 pe5 Pd5 pf3", "exf5", 1, 2},
+        {"Pe4 pe5 Pd5 pf3", "exf3", 1, 2},  // no capture backwards
+        {"Pe4 pe5 Pd5 pf3", "exf", 1, 2},
+        // No wrap around the edge of the board.
+        {"Pa4 ph5", "axh5", 1, 2},
+        {"Ph4 pa5", "hxa5", 1, 2},
+        // Promotion needs the source on the rank before last.
+        {"Pe6", "e8Q", 1, 2},
+        {"Pe7 ke8", "e8=Q", 1, 2},
+    });
+}
+
+TEST(Resolver, DeducedRankComesFromEachCandidate) {
+    const char* two = "Pe3 pd4 Pe5 nd6";
+    CheckAll({
+        {"Pe4 nd5", "ed", 1, 0, "Pd5"},
+        {"pe5 Bd4", "exd", 2, 0, "pd4"},
+        // Two pawns on the file that can both capture.
+        {two, "exd", 1, 1},
+        {two, "ed", 1, 1},
+        {two, "exd4", 1, 0, "Pd4 Pe5 nd6"},
+        {two, "ed6", 1, 0, "Pe3 pd4 Pd6"},
+        // Of three pawns only the middle one can capture.
+        {"Pe2 Pe4 Pe6 pd5 Nd7", "ed", 1, 0, "Pe2 Pe6 Pd5 Nd7"},
+        {"Pe4", "ed", 1, 2},
+        {"Pe4", "exf", 1, 2},
+        {"Pe4", "ee", 1, 0, "Pe5"},  // the same file twice: the square straight ahead
+    });
 }
 
 // ---------------------------------------------------------------------------
 // En passant
 
-TEST_F(Resolver, EnPassantCaptureOnTheNextCall) {
-    Setup({{"e2", "wp"}, {"d4", "bp"}});
-    EXPECT_TRUE(Moves("e4", 7));
-    EXPECT_TRUE(board.EnPassant.Active);
-    EXPECT_FALSE(board.EnPassant.Aged);
-    EXPECT_EQ(board.EnPassant.Side, 'w');
-    EXPECT_EQ(board.EnPassant.PawnFile, 5);
-    EXPECT_EQ(board.EnPassant.PawnRank, 4);
-    EXPECT_EQ(board.EnPassant.PassedRank, 3);
+TEST(Resolver, EnPassantRecordOfADoubleStep) {
+    ImportBoard board;
+    EXPECT_FALSE(board.EnPassant.Active);
+    SetUpBoard(board, "Pe2 Pd2 pd4");
+    EXPECT_EQ(PlayLine(board, "1.d3"), "0");
+    EXPECT_FALSE(board.EnPassant.Active);  // a single step is no double step
+    EXPECT_EQ(PlayLine(board, "7.e4"), "0");
+    const EnPassantRecord& ep = board.EnPassant;
+    EXPECT_TRUE(ep.Active);
+    EXPECT_FALSE(ep.Aged);
+    EXPECT_EQ(ep.Side, 'w');
+    EXPECT_EQ(ep.PawnFile, 5);
+    EXPECT_EQ(ep.PawnRank, 4);
+    EXPECT_EQ(ep.PassedRank, 3);
+    // Every call ages it, a failed one too: the next opens the capture and
+    // the one after that clears the record.
+    EXPECT_EQ(PlayLine(board, "8."), "3");
+    EXPECT_TRUE(ep.Active);
+    EXPECT_TRUE(ep.Aged);
+    EXPECT_EQ(PlayLine(board, "8."), "3");
+    EXPECT_FALSE(ep.Active);
 
-    EXPECT_TRUE(Moves("dxe3", 8));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"e3", "bp"}}));
+    SetUpBoard(board, "pd7");
+    EXPECT_EQ(PlayLine(board, "2.d5"), "0");
+    EXPECT_EQ(ep.Side, 'b');
+    EXPECT_EQ(ep.PawnFile, 4);
+    EXPECT_EQ(ep.PawnRank, 5);
+    EXPECT_EQ(ep.PassedRank, 6);
 }
 
-TEST_F(Resolver, EnPassantByBlackDoubleStepEveryCaptureForm) {
+TEST(Resolver, EnPassantTiming) {
+    struct Line {
+        const char* before;
+        const char* moves;
+        const char* results;
+        const char* after;
+    };
+    const Line lines[] = {
+        {"Pe2 pd4", "7.e4 dxe3", "0 0", "pe3"},
+        {"Pe2 pd4 ph7 Pa2", "e4 h6 a3 dxe3", "0 0 0 2", "Pe4 ph6 Pa3 pd4"},
+        // A failed try at the next ply uses up the one call that can capture.
+        {"Pe2 pd4", "1.e4 2.Nf6 2.dxe3", "0 2 2", "Pe4 pd4"},
+        {"Pe2 pd4", "1.e4 2.?? 2.dxe3", "0 3 2", "Pe4 pd4"},
+        // Only onto the passed square, and only by the other side's pawn.
+        {"Pe2 pd4 pf4 pe5", "e4 dxc3", "0 2", nullptr},
+        {"Pe2 pd4 pf4 pe5", "e4 e3", "0 2", nullptr},  // the double-stepped pawn blocks the file
+        {"Pe2 pd4 pf4 pe5", "e4 fxe3", "0 0", "pd4 pe3 pe5"},
+        {"Pe2 Pf2 pd4", "1.e4 3.fxe3", "0 2", nullptr},
+        // A piece on the passed square takes no pawn.
+        {"Pe2 ng4", "e4 Ne3", "0 0", "Pe4 ne3"},
+    };
+    for (const Line& l : lines) {
+        SCOPED_TRACE(l.moves);
+        ImportBoard board;
+        SetUpBoard(board, l.before);
+        EXPECT_EQ(PlayLine(board, l.moves), l.results);
+        if (l.after) {
+            EXPECT_EQ(board.BoardToLayout(), LayoutOf(l.after));
+        }
+    }
     for (const char* token : {"exd6", "ed6", "exd", "ed", "e5d6", "e5xd6"}) {
         SCOPED_TRACE(token);
-        Setup({{"e5", "wp"}, {"d7", "bp"}});
-        ASSERT_TRUE(Moves("d5", 2));
-        EXPECT_EQ(board.EnPassant.Side, 'b');
-        EXPECT_EQ(board.EnPassant.PawnRank, 5);
-        EXPECT_EQ(board.EnPassant.PassedRank, 6);
-        EXPECT_TRUE(Moves(token, 3));
-        EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"d6", "wp"}}));
+        ImportBoard board;
+        SetUpBoard(board, "Pe5 pd7");
+        EXPECT_EQ(PlayLine(board, std::string("2.d5 ") + token), "0 0");
+        EXPECT_EQ(board.BoardToLayout(), LayoutOf("Pd6"));
     }
 }
 
-TEST_F(Resolver, EnPassantIsGoneTwoCallsLater) {
-    Setup({{"e2", "wp"}, {"d4", "bp"}, {"h7", "bp"}, {"a2", "wp"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Moves("h6", 2));
-    EXPECT_TRUE(Moves("a3", 3));
-    EXPECT_FALSE(board.EnPassant.Active);
-    EXPECT_TRUE(Refused("dxe3", 4, 2));
-}
-
-TEST_F(Resolver, AFailedTryUsesUpTheEnPassantCall) {
-    Setup({{"e2", "wp"}, {"d4", "bp"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Refused("Nf6", 2, 2));
-    EXPECT_TRUE(Refused("dxe3", 2, 2));
-
-    // A token that can't even be parsed ages the record too.
-    Setup({{"e2", "wp"}, {"d4", "bp"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Refused("??", 2, 3));
-    EXPECT_TRUE(Refused("dxe3", 2, 2));
-}
-
-TEST_F(Resolver, RecordAgesOnceEveryCall) {
-    Setup({{"e2", "wp"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(board.EnPassant.Active);
-    EXPECT_FALSE(board.EnPassant.Aged);
-    Play("", 2);
-    EXPECT_TRUE(board.EnPassant.Active);
-    EXPECT_TRUE(board.EnPassant.Aged);
-    Play("", 2);
-    EXPECT_FALSE(board.EnPassant.Active);
-    Play("", 2);
-    EXPECT_FALSE(board.EnPassant.Active);
-}
-
-TEST_F(Resolver, EnPassantNeedsThePawnOfTheOtherSide) {
-    // White's own double step opens nothing for White's pawns.
-    Setup({{"e2", "wp"}, {"f2", "wp"}, {"d4", "bp"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Refused("fxe3", 3, 2));
-}
-
-TEST_F(Resolver, EnPassantOnlyOntoThePassedSquare) {
-    const Placement start = {{"e2", "wp"}, {"d4", "bp"}, {"f4", "bp"}, {"e5", "bp"}};
-    Setup(start);
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Refused("dxc3", 2, 2));
-    // The double-stepped pawn blocks the file: no black step lands on e3.
-    Setup(start);
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Refused("e3", 2, 2));
-    Setup(start);
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Moves("fxe3", 2));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"d4", "bp"}, {"e3", "bp"}, {"e5", "bp"}}));
-}
-
-TEST_F(Resolver, APieceOnThePassedSquareTakesNoPawn) {
-    Setup({{"e2", "wp"}, {"g4", "bn"}});
-    EXPECT_TRUE(Moves("e4", 1));
-    EXPECT_TRUE(Moves("Ne3", 2));
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"e4", "wp"}, {"e3", "bn"}}));
-}
-
-TEST_F(Resolver, RecordOutlivesAReset) {
-    Setup({{"e2", "wp"}});
-    EXPECT_TRUE(Moves("e4", 1));
+TEST(Resolver, EnPassantRecordOutlivesTheGame) {
+    ImportBoard board;
+    SetUpBoard(board, "Pe2");
+    EXPECT_EQ(PlayLine(board, "e4"), "0");
     board.ResetImportBoard();
     EXPECT_TRUE(board.EnPassant.Active);
-    EXPECT_FALSE(board.EnPassant.Aged);
     // The next game's first call finds it aged; it touches nothing of the new game.
-    EXPECT_TRUE(Moves("d4", 1));
-    EXPECT_TRUE(board.EnPassant.Active);
+    EXPECT_EQ(PlayLine(board, "d4"), "0");
     EXPECT_EQ(board.EnPassant.PawnFile, 4);
-    std::string expected(kInitialLayout);
-    expected[11] = '0';
-    expected[27] = 'P';
-    EXPECT_EQ(board.BoardToLayout(), expected);
+    EXPECT_EQ(board.BoardToLayout(), LayoutOf("start -d2 Pd4"));
 }
 
 // ---------------------------------------------------------------------------
 // Castling
 
-TEST_F(Resolver, KingSideSpellingsAllBecomeOO) {
-    for (const char* token : {"O-O", "o-o", "oo", "OO", "0-0", "00", "O-o", "Oo"}) {
-        SCOPED_TRACE(token);
-        board.ResetImportBoard();
-        Put("f1", "no");
-        Put("g1", "no");
-        std::string move = token;
-        EXPECT_EQ(ResolveMove(board, move, 1), 0);
-        EXPECT_EQ(move, "o-o");
-        EXPECT_EQ(board.BoardToLayout().substr(0, 8), "RNBQ0RK0");
-    }
-}
-
-TEST_F(Resolver, QueenSideSpellingsAllBecomeOOO) {
-    for (const char* token : {"O-O-O", "o-o-o", "ooo", "OOO", "0-0-0", "000"}) {
-        SCOPED_TRACE(token);
-        board.ResetImportBoard();
-        Put("b8", "no");
-        Put("c8", "no");
-        Put("d8", "no");
-        std::string move = token;
-        EXPECT_EQ(ResolveMove(board, move, 2), 0);
-        EXPECT_EQ(move, "o-o-o");
-        EXPECT_EQ(board.BoardToLayout().substr(56, 8), "00kr0bnr");
-    }
-}
-
-TEST_F(Resolver, BlockedCastlingIsUnparsableButStillRewritten) {
-    board.ResetImportBoard();
-    Put("g1", "no");  // the f1 bishop is still there
-    const std::string before = board.BoardToLayout();
-    std::string move = "O-O";
-    EXPECT_EQ(ResolveMove(board, move, 1), 3);
-    EXPECT_EQ(move, "o-o");
-    EXPECT_EQ(board.BoardToLayout(), before);
-
-    // The b-square must be empty too.
-    board.ResetImportBoard();
-    Put("c1", "no");
-    Put("d1", "no");
-    move = "0-0-0";
-    EXPECT_EQ(ResolveMove(board, move, 1), 3);
-    EXPECT_EQ(move, "o-o-o");
-    EXPECT_EQ(board.BoardToLayout().substr(0, 8), "RN00KBNR");
-}
-
-TEST_F(Resolver, CastlingNeedsOwnKingAndRookOnTheirSquares) {
-    const struct {
-        Placement pieces;
+TEST(Resolver, CastlingSpellingsAreRewrittenBeforeTheSquaresAreTested) {
+    const char* kingSide = "start -f1 -g1";
+    const char* queenSide = "start -b8 -c8 -d8";
+    struct Castling {
+        const char* before;
         const char* token;
         int ply;
-    } cases[] = {
-        {{{"e1", "wk"}, {"h1", "br"}}, "O-O", 1},
-        {{{"e1", "bk"}, {"h1", "wr"}}, "O-O", 1},
-        {{{"e1", "wk"}, {"h1", "wq"}}, "O-O", 1},
-        {{{"d1", "wk"}, {"h1", "wr"}}, "O-O", 1},
-        {{{"e1", "wk"}, {"h1", "wr"}}, "O-O", 2},  // Black to move
-        {{{"e1", "wk"}, {"a1", "wr"}, {"b1", "bn"}}, "O-O-O", 1},
-        {{{"e8", "bk"}, {"a8", "br"}, {"d8", "bq"}}, "O-O-O", 2},
-        {{{"e8", "bk"}, {"h8", "br"}, {"g8", "wn"}}, "O-O", 2},
+        int result;
+        const char* rewritten;
+        const char* after;
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.token);
-        Setup(c.pieces);
-        EXPECT_TRUE(Refused(c.token, c.ply, 3));
-    }
-}
+    std::vector<Castling> cases;
+    for (const char* t : {"O-O", "o-o", "oo", "OO", "0-0", "00", "O-o", "Oo"})
+        cases.push_back({kingSide, t, 1, 0, "o-o", "start -e1 -f1 -g1 -h1 Rf1 Kg1"});
+    for (const char* t : {"O-O-O", "o-o-o", "ooo", "OOO", "0-0-0", "000"})
+        cases.push_back({queenSide, t, 2, 0, "o-o-o", "start -a8 -b8 -d8 -e8 kc8 rd8"});
+    // A square that doesn't fit gives 3, and the token is rewritten all the same.
+    cases.push_back({"start -g1", "O-O", 1, 3, "o-o", nullptr});
+    cases.push_back({"start -c1 -d1", "0-0-0", 1, 3, "o-o-o", nullptr});  // b1 must be empty too
+    for (const char* pieces : {"Ke1 rh1", "ke1 Rh1", "Ke1 Qh1", "Kd1 Rh1"})
+        cases.push_back({pieces, "O-O", 1, 3, "o-o", nullptr});
+    cases.push_back({"Ke1 Rh1", "O-O", 2, 3, "o-o", nullptr});  // Black to move
+    cases.push_back({"Ke1 Ra1 nb1", "O-O-O", 1, 3, "o-o-o", nullptr});
+    cases.push_back({"ke8 ra8 qd8", "O-O-O", 2, 3, "o-o-o", nullptr});
+    cases.push_back({"ke8 rh8 Ng8", "O-O", 2, 3, "o-o", nullptr});
+    // In check, through check, into check: only the four squares count.
+    cases.push_back({"Ke1 Rh1 re8 qf8 bg8", "O-O", 1, 0, "o-o", "Rf1 Kg1 re8 qf8 bg8"});
+    // Spellings the resolver doesn't know stay as they came.
+    for (const char* t : {"o", "O", "0", "o-", "O-O+", "o-o-o-o", "0-O", "O-0", "oo-o", "o-oo", "0000", "O-O-O-O",
+                          "0x0", "ooo0"})
+        cases.push_back({"start -b1 -c1 -d1 -f1 -g1", t, 1, 3, t, nullptr});
 
-TEST_F(Resolver, CastlingIgnoresCheckAndHistory) {
-    Setup({{"e1", "wk"}, {"h1", "wr"}, {"e8", "br"}, {"f8", "bq"}, {"g8", "bb"}});
-    EXPECT_TRUE(Moves("O-O", 1));  // in check, through check, into check
-    EXPECT_EQ(board.BoardToLayout(), LayoutOf({{"f1", "wr"}, {"g1", "wk"}, {"e8", "br"}, {"f8", "bq"}, {"g8", "bb"}}));
-
-    Setup({{"e1", "wk"}, {"h1", "wr"}, {"a8", "bk"}});
-    EXPECT_TRUE(Moves("Ke2", 1));
-    EXPECT_TRUE(Moves("Kb8", 2));
-    EXPECT_TRUE(Moves("Rh5", 3));
-    EXPECT_TRUE(Moves("Ka8", 4));
-    EXPECT_TRUE(Moves("Ke1", 5));
-    EXPECT_TRUE(Moves("Kb8", 6));
-    EXPECT_TRUE(Moves("Rh1", 7));
-    EXPECT_TRUE(Moves("Ka8", 8));
-    EXPECT_TRUE(Moves("0-0", 9));
-    EXPECT_EQ(At("g1"), "wk");
-    EXPECT_EQ(At("f1"), "wr");
-}
-
-TEST_F(Resolver, UnknownCastlingSpellingsStayAsTheyCame) {
-    for (const char* token : {"o", "O", "0", "o-", "O-O+", "o-o-o-o", "0-O", "O-0", "oo-o", "o-oo", "0000",
-                              "O-O-O-O", "0x0", "ooo0"}) {
-        SCOPED_TRACE(token);
-        board.ResetImportBoard();
-        Put("f1", "no");
-        Put("g1", "no");
-        Put("b1", "no");
-        Put("c1", "no");
-        Put("d1", "no");
+    for (const Castling& c : cases) {
+        SCOPED_TRACE(std::string(c.token) + " on " + c.before);
+        ImportBoard board;
+        SetUpBoard(board, c.before);
         const std::string before = board.BoardToLayout();
-        std::string move = token;
-        EXPECT_EQ(ResolveMove(board, move, 1), 3);
-        EXPECT_EQ(move, token);
-        EXPECT_EQ(board.BoardToLayout(), before);
+        std::string move = c.token;
+        EXPECT_EQ(ResolveMove(board, move, static_cast<int16_t>(c.ply)), c.result);
+        EXPECT_EQ(move, c.rewritten);
+        EXPECT_EQ(board.BoardToLayout(), c.after ? LayoutOf(c.after) : before);
     }
 }
 
-TEST_F(Resolver, OnlyCastlingRewritesTheToken) {
-    board.ResetImportBoard();
-    std::string move = "Ng1f3";
-    EXPECT_EQ(ResolveMove(board, move, 1), 0);
-    EXPECT_EQ(move, "Ng1f3");
-    move = "exd8=Q";
-    EXPECT_EQ(ResolveMove(board, move, 2), 3);
-    EXPECT_EQ(move, "exd8=Q");
+TEST(Resolver, CastlingForgetsThatKingAndRookHaveMoved) {
+    ImportBoard board;
+    SetUpBoard(board, "Ke1 Rh1 ka8");
+    EXPECT_EQ(PlayLine(board, "Ke2 Kb8 Rh5 Ka8 Ke1 Kb8 Rh1 Ka8 0-0"), "0 0 0 0 0 0 0 0 0");
+    EXPECT_EQ(board.BoardToLayout(), LayoutOf("Rf1 Kg1 ka8"));
 }
 
 // ---------------------------------------------------------------------------
-// A whole game
+// Whole games
 
-TEST_F(Resolver, RuyLopezExchangeVariation) {
-    board.ResetImportBoard();
-    const char* moves[] = {"e4",  "e5",   "Nf3", "Nc6",  "Bb5", "a6",  "Bxc6",  "dxc6", "O-O", "f6",
-                           "d4",  "exd4", "Nxd4", "c5",  "Nb3", "Qxd1", "Rxd1", "Bg4",  "f3",  "Be6",
-                           "Nc3", "Bd6",  "Be3", "b6",   "a4",  "O-O-O", "a5",  "Kb7",  "e5",  "fxe5"};
-    int ply = 1;
-    for (const char* token : moves) {
-        std::string move = token;
-        ASSERT_EQ(ResolveMove(board, move, static_cast<int16_t>(ply)), 0) << token << " at ply " << ply;
-        ++ply;
-    }
+TEST(Resolver, WholeGames) {
+    ImportBoard board;
+    EXPECT_EQ(PlayLine(board, "e4 e5 Nf3 Nc6 Bb5 a6 Bxc6 dxc6 O-O f6 d4 exd4 Nxd4 c5 Nb3 Qxd1 Rxd1 Bg4 f3 Be6 "
+                              "Nc3 Bd6 Be3 b6 a4 O-O-O a5 Kb7 e5 fxe5"),
+              "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0");
     EXPECT_EQ(board.BoardToLayout(), std::string("R00R00K0") + "0PP000PP" + "0NN0BP00" + "00000000" + "P0p0p000" +
                                          "pp0bb000" + "0kp000pp" + "000r00nr");
-}
 
-TEST_F(Resolver, GameWithEnPassantAndPromotion) {
+    // En passant and a promotion with capture.
     board.ResetImportBoard();
-    const char* moves[] = {"e4", "Nf6", "e5", "d5", "exd6", "e6", "dxc7", "Qe7", "cxb8=Q", "Rxb8"};
-    int ply = 1;
-    for (const char* token : moves) {
-        std::string move = token;
-        ASSERT_EQ(ResolveMove(board, move, static_cast<int16_t>(ply)), 0) << token << " at ply " << ply;
-        ++ply;
-    }
+    EXPECT_EQ(PlayLine(board, "e4 Nf6 e5 d5 exd6 e6 dxc7 Qe7 cxb8=Q Rxb8"), "0 0 0 0 0 0 0 0 0 0");
     EXPECT_EQ(board.BoardToLayout(), std::string("RNBQKBNR") + "PPPP0PPP" + std::string(16, '0') +
                                          std::string(8, '0') + "0000pn00" + "pp00qppp" + "0rb0kb0r");
 }
 
 // ---------------------------------------------------------------------------
-// FindPiece
+// FindPiece and MarkReach
 
-class FindPieceTest : public Resolver {
-protected:
-    int16_t Find(const char* piece, int16_t& rank, int16_t& file, bool isWhite, int16_t n) {
-        std::string p = piece;
-        return FindPiece(board, p, rank, file, isWhite, n);
-    }
-};
-
-TEST_F(FindPieceTest, CountsOnTheInitialPosition) {
-    int16_t rank = 0, file = 0;
-    EXPECT_EQ(Find("p", rank, file, true, 1), 8);
-    EXPECT_EQ(Find("p", rank = 0, file = 0, false, 1), 8);
-    EXPECT_EQ(Find("N", rank = 0, file = 0, true, 1), 2);
-    EXPECT_EQ(Find("K", rank = 0, file = 0, false, 1), 1);
-    EXPECT_EQ(rank, 8);
-    EXPECT_EQ(file, 5);
-    EXPECT_EQ(Find("n", rank = 0, file = 0, true, 1), 2);  // the code is built in lower case
-    EXPECT_EQ(Find("X", rank = 0, file = 0, true, 1), 0);
-    EXPECT_EQ(Find("", rank = 0, file = 0, true, 1), 0);
-    EXPECT_EQ(Find("NN", rank = 0, file = 0, true, 1), 0);
-}
-
-TEST_F(FindPieceTest, WalkWithoutHintsRunsFilesOutside) {
-    Setup({{"b1", "wn"}, {"a8", "wn"}, {"a2", "bn"}});
-    int16_t rank = 0, file = 0;
-    EXPECT_EQ(Find("N", rank, file, true, 1), 2);
-    EXPECT_EQ(rank, 8);
-    EXPECT_EQ(file, 1);
-    rank = 0, file = 0;
-    EXPECT_EQ(Find("N", rank, file, true, 2), 2);
-    EXPECT_EQ(rank, 1);
-    EXPECT_EQ(file, 2);
-}
-
-TEST_F(FindPieceTest, HintFileWalksItsRanks) {
-    Setup({{"e7", "wr"}, {"e2", "wr"}, {"a2", "wr"}});
-    int16_t rank = 0, file = 5;
-    EXPECT_EQ(Find("R", rank, file, true, 2), 2);
-    EXPECT_EQ(rank, 7);
-    EXPECT_EQ(file, 5);
-    rank = 0, file = 5;
-    EXPECT_EQ(Find("R", rank, file, true, 1), 2);
-    EXPECT_EQ(rank, 2);
-}
-
-TEST_F(FindPieceTest, HintRankWalksItsFiles) {
-    Setup({{"h3", "bb"}, {"a3", "bb"}, {"c4", "bb"}});
-    int16_t rank = 3, file = 0;
-    EXPECT_EQ(Find("B", rank, file, false, 1), 2);
-    EXPECT_EQ(rank, 3);
-    EXPECT_EQ(file, 1);
-    rank = 3, file = 0;
-    EXPECT_EQ(Find("B", rank, file, false, 2), 2);
-    EXPECT_EQ(file, 8);
-}
-
-TEST_F(FindPieceTest, BothHintsNameOneSquare) {
-    Setup({{"d4", "wq"}, {"d5", "wq"}});
-    int16_t rank = 4, file = 4;
-    EXPECT_EQ(Find("Q", rank, file, true, 1), 1);
-    rank = 4, file = 5;
-    EXPECT_EQ(Find("Q", rank, file, true, 1), 0);
-    EXPECT_EQ(Find("Q", rank = 4, file = 4, false, 1), 0);
-}
-
-TEST_F(FindPieceTest, NBelowOneCountsAsOne) {
-    Setup({{"c3", "wn"}, {"f6", "wn"}});
-    for (int16_t n : {int16_t{0}, int16_t{-4}}) {
-        int16_t rank = 0, file = 0;
-        EXPECT_EQ(Find("N", rank, file, true, n), 2);
-        EXPECT_EQ(rank, 3);
-        EXPECT_EQ(file, 3);
+TEST(FindPiece, CountsWithinTheHintsAndLeavesTheNth) {
+    struct Find {
+        const char* pieces;
+        const char* piece;
+        int16_t rank, file;
+        bool white;
+        int16_t n;
+        int16_t count, foundRank, foundFile;
+    };
+    const Find cases[] = {
+        {"start", "p", 0, 0, true, 1, 8, 2, 1},
+        {"start", "p", 0, 0, false, 1, 8, 7, 1},
+        {"start", "K", 0, 0, false, 1, 1, 8, 5},
+        {"start", "n", 0, 0, true, 1, 2, 1, 2},  // the code is built in lower case
+        {"start", "X", 0, 0, true, 1, 0, 0, 0},
+        {"start", "", 0, 0, true, 1, 0, 0, 0},
+        {"start", "NN", 0, 0, true, 1, 0, 0, 0},
+        // Without hints the files are the outer walk.
+        {"Nb1 Na8 na2", "N", 0, 0, true, 1, 2, 8, 1},
+        {"Nb1 Na8 na2", "N", 0, 0, true, 2, 2, 1, 2},
+        // A hint file walks its ranks, a hint rank its files.
+        {"Re7 Re2 Ra2", "R", 0, 5, true, 1, 2, 2, 5},
+        {"Re7 Re2 Ra2", "R", 0, 5, true, 2, 2, 7, 5},
+        {"bh3 ba3 bc4", "B", 3, 0, false, 1, 2, 3, 1},
+        {"bh3 ba3 bc4", "B", 3, 0, false, 2, 2, 3, 8},
+        // Both hints name one square.
+        {"Qd4 Qd5", "Q", 4, 4, true, 1, 1, 4, 4},
+        {"Qd4 Qd5", "Q", 4, 5, true, 1, 0, 4, 5},
+        {"Qd4 Qd5", "Q", 4, 4, false, 1, 0, 4, 4},
+        // n below 1 counts as 1; with fewer than n the hints stay.
+        {"Nc3 Nf6", "N", 0, 0, true, 0, 2, 3, 3},
+        {"Nc3 Nf6", "N", 0, 0, true, -4, 2, 3, 3},
+        {"Nc3", "N", 0, 0, true, 2, 1, 0, 0},
+        {"Nc3", "N", 0, 3, true, 5, 1, 0, 3},
+        {"Nc3", "N", 6, 0, true, 1, 0, 6, 0},
+    };
+    for (const Find& c : cases) {
+        SCOPED_TRACE(std::string(c.pieces) + " " + c.piece + " n=" + std::to_string(c.n));
+        ImportBoard board;
+        SetUpBoard(board, c.pieces);
+        std::string piece = c.piece;
+        int16_t rank = c.rank, file = c.file;
+        EXPECT_EQ(FindPiece(board, piece, rank, file, c.white, c.n), c.count);
+        EXPECT_EQ(rank, c.foundRank);
+        EXPECT_EQ(file, c.foundFile);
     }
 }
 
-TEST_F(FindPieceTest, FewerThanNLeavesTheHints) {
-    Setup({{"c3", "wn"}});
-    int16_t rank = 0, file = 0;
-    EXPECT_EQ(Find("N", rank, file, true, 2), 1);
-    EXPECT_EQ(rank, 0);
-    EXPECT_EQ(file, 0);
-    rank = 0, file = 3;
-    EXPECT_EQ(Find("N", rank, file, true, 5), 1);
-    EXPECT_EQ(rank, 0);
-    EXPECT_EQ(file, 3);
-    rank = 6, file = 0;
-    EXPECT_EQ(Find("N", rank, file, true, 1), 0);
-    EXPECT_EQ(rank, 6);
-    EXPECT_EQ(file, 0);
-}
-
-// ---------------------------------------------------------------------------
-// MarkReach
-
-class MarkReachTest : public Resolver {
-protected:
+// The squares MarkReach marks, as "a1 b2 ...", rank by rank; "#n" for a count.
+std::string Reach(const ImportBoard& board, const char* piece, const char* square, bool white, bool count = false) {
     ReachMap reach;
+    MarkReach(board, reach, piece, static_cast<int16_t>(RankOf(square)), static_cast<int16_t>(FileOf(square)),
+              white);
+    std::string out;
+    int n = 0;
+    for (int rank = 0; rank <= 8; ++rank)
+        for (int file = 0; file <= 8; ++file)
+            if (reach.squares[rank][file] == 'x') {
+                ++n;
+                if (!out.empty()) out += ' ';
+                out += static_cast<char>('a' + file - 1);
+                out += static_cast<char>('0' + rank);
+            }
+    return count ? "#" + std::to_string(n) : out;
+}
 
-    void Mark(const char* piece, const char* square, bool isWhite) {
-        MarkReach(board, reach, piece, static_cast<int16_t>(RankOf(square)), static_cast<int16_t>(FileOf(square)),
-                  isWhite);
+TEST(MarkReach, MarksWhatThePieceCanReach) {
+    struct Mark {
+        const char* pieces;
+        const char* piece;
+        const char* square;
+        bool white;
+        const char* marked;
+    };
+    const Mark cases[] = {
+        // Open board.
+        {"", "R", "d4", true, "#14"},
+        {"", "B", "d4", true, "#13"},
+        {"", "Q", "d4", true, "#27"},
+        {"", "N", "d4", true, "#8"},
+        {"", "K", "d4", true, "#8"},
+        {"", "B", "a1", false, "#7"},
+        {"", "R", "h8", false, "#14"},
+        {"", "Z", "a1", true, "#0"},  // no such piece
+        {"", "P", "e2", true, "#0"},  // pawns go by "p"
+        // Nothing off the board.
+        {"", "N", "a1", true, "c2 b3"},
+        {"", "N", "h8", true, "g6 f7"},
+        {"", "K", "a1", true, "b1 a2 b2"},
+        {"", "K", "h8", false, "g7 h7 g8"},
+        {"", "p", "h7", true, "h8"},
+        {"", "p", "a8", true, ""},  // a pawn stuck on the last rank reaches nothing
+        // Rays end after the first piece, which is marked if it is the enemy's.
+        {"Rd4 pd6 Nf4 kd2", "R", "d4", true, "d2 d3 a4 b4 c4 e4 d5 d6"},
+        {"bc1 pe3 Pa3", "B", "c1", false, "b2 d2 a3"},
+        {"Qd1 Pd3 pf3 pa4 Ke1", "Q", "d1", true, "a1 b1 c1 c2 d2 e2 b3 f3 a4"},
+        {"Nd4 Pe6 pc6 qd5", "N", "d4", true, "c2 e2 b3 f3 b5 f5 c6"},
+        {"ke1 qd1 Pf2", "K", "e1", false, "f1 d2 e2 f2"},
+        {"Nd4 Pe6", "N", "d4", false, "c2 e2 b3 f3 b5 f5 c6 e6"},  // the colour is the mover's
+        // Pawns step forward onto empty squares, two from home.
+        {"", "p", "e2", true, "e3 e4"},
+        {"", "p", "e3", true, "e4"},
+        {"", "p", "e7", false, "e5 e6"},
+        {"", "p", "e6", false, "e5"},
+        {"Pe2 pe4", "p", "e2", true, "e3"},
+        {"Pe2 Pe3", "p", "e2", true, ""},
+        // ... and capture diagonally forward, enemies only.
+        {"Pe4 pd5 Nf5 ne5", "p", "e4", true, "d5"},
+        {"pe5 Pd4 nf4", "p", "e5", false, "d4 e4"},
+    };
+    for (const Mark& c : cases) {
+        SCOPED_TRACE(std::string(c.piece) + " " + c.square + " on " + c.pieces);
+        ImportBoard board;
+        SetUpBoard(board, c.pieces);
+        EXPECT_EQ(Reach(board, c.piece, c.square, c.white, c.marked[0] == '#'), c.marked);
     }
-    // The marked squares as "a1 b2 ...", walked rank by rank.
-    std::string Marked() const {
-        std::string out;
-        for (int rank = 1; rank <= 8; ++rank)
-            for (int file = 1; file <= 8; ++file)
-                if (reach.Marked(rank, file)) {
-                    if (!out.empty()) out += ' ';
-                    out += static_cast<char>('a' + file - 1);
-                    out += static_cast<char>('0' + rank);
-                }
-        return out;
-    }
-    int Count() const {
-        int n = 0;
-        for (int rank = 0; rank <= 8; ++rank)
-            for (int file = 0; file <= 8; ++file) n += reach.squares[rank][file] == 'x';
-        return n;
-    }
-};
-
-TEST_F(MarkReachTest, OpenBoardCounts) {
-    Empty();
-    Mark("R", "d4", true);
-    EXPECT_EQ(Count(), 14);
-    Mark("B", "d4", true);
-    EXPECT_EQ(Count(), 13);
-    Mark("Q", "d4", true);
-    EXPECT_EQ(Count(), 27);
-    Mark("N", "d4", true);
-    EXPECT_EQ(Count(), 8);
-    Mark("K", "d4", true);
-    EXPECT_EQ(Count(), 8);
-    Mark("B", "a1", false);
-    EXPECT_EQ(Count(), 7);
-    Mark("R", "h8", false);
-    EXPECT_EQ(Count(), 14);
 }
 
-TEST_F(MarkReachTest, NothingOffTheBoard) {
-    Empty();
-    Mark("N", "a1", true);
-    EXPECT_EQ(Marked(), "c2 b3");
-    Mark("N", "h8", true);
-    EXPECT_EQ(Marked(), "g6 f7");
-    Mark("K", "a1", true);
-    EXPECT_EQ(Marked(), "b1 a2 b2");
-    Mark("K", "h8", false);
-    EXPECT_EQ(Marked(), "g7 h7 g8");
-    Mark("p", "h7", true);
-    EXPECT_EQ(Marked(), "h8");
-    Mark("p", "a8", true);  // a pawn stuck on the last rank reaches nothing
-    EXPECT_EQ(Marked(), "");
-}
-
-TEST_F(MarkReachTest, RaysStopAfterTheFirstPiece) {
-    Setup({{"d4", "wr"}, {"d6", "bp"}, {"f4", "wn"}, {"d2", "bk"}});
-    Mark("R", "d4", true);
-    EXPECT_EQ(Marked(), "d2 d3 a4 b4 c4 e4 d5 d6");
-
-    Setup({{"c1", "bb"}, {"e3", "bp"}, {"a3", "wp"}});
-    Mark("B", "c1", false);
-    EXPECT_EQ(Marked(), "b2 d2 a3");
-
-    Setup({{"d1", "wq"}, {"d3", "wp"}, {"f3", "bp"}, {"a4", "bp"}, {"e1", "wk"}});
-    Mark("Q", "d1", true);
-    EXPECT_EQ(Marked(), "a1 b1 c1 c2 d2 e2 b3 f3 a4");
-}
-
-TEST_F(MarkReachTest, JumpersMarkEnemiesNotFriends) {
-    Setup({{"d4", "wn"}, {"e6", "wp"}, {"c6", "bp"}, {"d5", "bq"}});
-    Mark("N", "d4", true);
-    EXPECT_EQ(Marked(), "c2 e2 b3 f3 b5 f5 c6");
-
-    Setup({{"e1", "bk"}, {"d1", "bq"}, {"f2", "wp"}});
-    Mark("K", "e1", false);
-    EXPECT_EQ(Marked(), "f1 d2 e2 f2");
-}
-
-TEST_F(MarkReachTest, ColourComesFromTheMoverArgument) {
-    Setup({{"d4", "wn"}, {"e6", "wp"}});
-    Mark("N", "d4", false);  // as a black knight it may take the white pawn
-    EXPECT_TRUE(reach.Marked(6, 5));
-}
-
-TEST_F(MarkReachTest, PawnSteps) {
-    Empty();
-    Mark("p", "e2", true);
-    EXPECT_EQ(Marked(), "e3 e4");
-    Mark("p", "e3", true);
-    EXPECT_EQ(Marked(), "e4");
-    Mark("p", "e7", false);
-    EXPECT_EQ(Marked(), "e5 e6");
-    Mark("p", "e6", false);
-    EXPECT_EQ(Marked(), "e5");
-
-    Setup({{"e2", "wp"}, {"e4", "bp"}});
-    Mark("p", "e2", true);
-    EXPECT_EQ(Marked(), "e3");
-    Setup({{"e2", "wp"}, {"e3", "wp"}});
-    Mark("p", "e2", true);
-    EXPECT_EQ(Marked(), "");
-}
-
-TEST_F(MarkReachTest, PawnCaptures) {
-    Setup({{"e4", "wp"}, {"d5", "bp"}, {"f5", "wn"}, {"e5", "bn"}});
-    Mark("p", "e4", true);
-    EXPECT_EQ(Marked(), "d5");
-    Setup({{"e5", "bp"}, {"d4", "wp"}, {"f4", "bn"}});
-    Mark("p", "e5", false);
-    EXPECT_EQ(Marked(), "d4 e4");
-}
-
-TEST_F(MarkReachTest, PawnCaptureOntoThePassedSquare) {
-    Setup({{"d4", "bp"}, {"e4", "wp"}});
-    auto& ep = board.EnPassant;
-    ep = {};
-    ep.Active = true;
-    ep.Aged = true;
-    ep.Side = 'w';
-    ep.PawnFile = 5;
-    ep.PawnRank = 4;
-    ep.PassedRank = 3;
-    Mark("p", "d4", false);
-    EXPECT_EQ(Marked(), "d3 e3");
-
+TEST(MarkReach, PawnCaptureOntoThePassedSquare) {
+    ImportBoard board;
+    SetUpBoard(board, "pd4 Pe4");
+    EnPassantRecord& ep = board.EnPassant;
+    ep = {true, true, 'w', 5, 4, 3};
+    EXPECT_EQ(Reach(board, "p", "d4", false), "d3 e3");
     ep.Aged = false;
-    Mark("p", "d4", false);
-    EXPECT_EQ(Marked(), "d3");
-    ep.Aged = true;
-    ep.Active = false;
-    Mark("p", "d4", false);
-    EXPECT_EQ(Marked(), "d3");
-    ep.Active = true;
-    ep.Side = 'b';
-    Mark("p", "d4", false);
-    EXPECT_EQ(Marked(), "d3");
-    ep.Side = 'w';
-    ep.PawnFile = 3;
-    Mark("p", "d4", false);
-    EXPECT_EQ(Marked(), "c3 d3");
-}
-
-TEST_F(MarkReachTest, EachCallStartsFromAClearMap) {
-    Empty();
-    Mark("Q", "d4", true);
-    ASSERT_EQ(Count(), 27);
-    Mark("N", "a1", true);
-    EXPECT_EQ(Count(), 2);
-    Mark("Z", "a1", true);  // no such piece: nothing marked
-    EXPECT_EQ(Count(), 0);
-    Mark("P", "e2", true);  // pawns go by "p"
-    EXPECT_EQ(Count(), 0);
+    EXPECT_EQ(Reach(board, "p", "d4", false), "d3");
+    ep = {false, true, 'w', 5, 4, 3};
+    EXPECT_EQ(Reach(board, "p", "d4", false), "d3");
+    ep = {true, true, 'b', 5, 4, 3};
+    EXPECT_EQ(Reach(board, "p", "d4", false), "d3");
+    ep = {true, true, 'w', 3, 4, 3};
+    EXPECT_EQ(Reach(board, "p", "d4", false), "c3 d3");
 }
 
 }  // namespace
