@@ -217,13 +217,6 @@ TEST_F(PgnReader, FileEndingInATagSection) {
     EXPECT_TRUE(st.ImportAtEnd);
 }
 
-TEST_F(PgnReader, FileEndingInAComment) {
-    Load("[Event \"a\"]\n\n1. e4! {open\nstill");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameComments[1], "open \r\n still \r\n");
-    EXPECT_TRUE(st.ImportAtEnd);
-}
-
 TEST_F(PgnReader, TagLinesDirectlyUnderTheMoves) {
     Load("[Event \"a\"]\n\n1. e4 e5\n[Event \"b\"]\n\n1. d4\n");
     EXPECT_EQ(Next(), 2);
@@ -248,19 +241,6 @@ TEST_F(PgnReader, EmptyFileFailsOnTheFirstRead) {
     } catch (const ImportError& e) {
         EXPECT_EQ(e.number(), 62);
     }
-}
-
-TEST_F(PgnReader, GameOverTwoHundredFiftyPlies) {
-    std::string moves;
-    for (int i = 0; i < 126; ++i) moves += std::to_string(i + 1) + ". Nf3 Nf6\n";
-    Load("[Event \"long\"]\n\n" + moves);
-    EXPECT_THROW(Next(), ImportError);
-
-    moves.clear();
-    for (int i = 0; i < 125; ++i) moves += std::to_string(i + 1) + ". Nf3 Nf6\n";
-    Load("[Event \"long\"]\n\n" + moves + "1/2-1/2\n");
-    EXPECT_EQ(Next(), 250);
-    EXPECT_EQ(g.GameComments[250], "Draw");
 }
 
 }  // namespace

@@ -138,16 +138,4 @@ TEST_F(SanReader, EmptyFileFailsOnTheFirstRead) {
     EXPECT_THROW(Next(), ImportError);
 }
 
-TEST_F(SanReader, GameOverTwoHundredFiftyPlies) {
-    std::string moves(251 * 4, ' ');
-    for (size_t i = 0; i < 251; ++i) moves.replace(i * 4, 3, i % 2 ? "Nf6" : "Nf3");
-    Load("!G\n" + moves + "\n");
-    try {
-        Next();
-        FAIL() << "251 plies were taken";
-    } catch (const ImportError& e) {
-        EXPECT_EQ(e.number(), 9);
-    }
-}
-
 }  // namespace

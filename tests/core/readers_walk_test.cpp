@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "import/game_record.h"
 #include "import/walk.h"
@@ -19,187 +21,112 @@ struct Walked {
     int16_t last = -1;
 };
 
-// Walks the lines as PGN move text of a game whose name is stored (ply 0).
-Walked WalkPgn(std::initializer_list<const char*> lines) {
+// Walks the lines as the move text of a game whose name is stored (ply 0):
+// PGN rules, or SAN rules with the two indicators.
+Walked WalkLines(const std::vector<const char*>& lines, const char* start = nullptr, const char* end = nullptr) {
     Walked w;
     MoveWalker walker(w.g);
-    walker.UsePgnRules();
+    if (start)
+        walker.UseSanRules(start, end);
+    else
+        walker.UsePgnRules();
     walker.SetPly(0);
     for (const char* line : lines) walker.WalkLine(line);
     w.last = walker.EndGame();
     return w;
 }
 
-Walked WalkSan(const char* start, const char* end, std::initializer_list<const char*> lines) {
-    Walked w;
-    MoveWalker walker(w.g);
-    walker.UseSanRules(start, end);
-    walker.SetPly(0);
-    for (const char* line : lines) walker.WalkLine(line);
-    w.last = walker.EndGame();
-    return w;
-}
+// Lines of move text, the moves they give, and the comments of the slots
+// that have one; every other slot's comment must be empty.
+struct WalkCase {
+    std::vector<const char*> lines;
+    std::vector<const char*> moves;
+    std::map<int, const char*> comments;
+    const char* start = nullptr;  // SAN indicators; PGN without them
+    const char* end = nullptr;
+};
 
-TEST(Walk, MoveNumbersDropOut) {
-    for (const char* text : {"1. e4 e5 2. Nf3", "1.e4 e5 2.Nf3", "1. e4 1... e5 2.Nf3"}) {
-        Walked w = WalkPgn({text});
-        EXPECT_EQ(w.last, 3) << text;
-        EXPECT_EQ(w.g.GameMoves[1], "e4");
-        EXPECT_EQ(w.g.GameMoves[2], "e5");
-        EXPECT_EQ(w.g.GameMoves[3], "Nf3");
-        for (int i = 0; i <= 3; ++i) EXPECT_EQ(w.g.GameComments[i], "") << text;
+void CheckWalks(std::initializer_list<WalkCase> cases) {
+    for (const WalkCase& c : cases) {
+        std::string text;
+        for (const char* line : c.lines) text += std::string(line) + "|";
+        SCOPED_TRACE(text);
+        Walked w = WalkLines(c.lines, c.start, c.end);
+        ASSERT_EQ(w.last, static_cast<int16_t>(c.moves.size()));
+        for (size_t i = 0; i < c.moves.size(); ++i) EXPECT_EQ(w.g.GameMoves[i + 1], c.moves[i]) << i + 1;
+        for (int slot = 0; slot <= w.last; ++slot) {
+            const auto it = c.comments.find(slot);
+            EXPECT_EQ(w.g.GameComments[static_cast<size_t>(slot)], it == c.comments.end() ? "" : it->second)
+                << "slot " << slot;
+        }
     }
 }
 
-TEST(Walk, CommentBelongsToThePlyBeforeIt) {
-    Walked w = WalkPgn({"e4 {best} e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "best");
-    EXPECT_EQ(w.g.GameComments[2], "");
-
-    w = WalkPgn({"{Opening words} e4"});
-    EXPECT_EQ(w.g.GameComments[0], "Opening words");
-    EXPECT_EQ(w.g.GameComments[1], "");
+TEST(Walk, TokensMarksAndComments) {
+    CheckWalks({
+        // Move numbers drop out, with or without a blank behind them.
+        {{"1. e4 e5 2. Nf3"}, {"e4", "e5", "Nf3"}, {}},
+        {{"1.e4 e5 2.Nf3"}, {"e4", "e5", "Nf3"}, {}},
+        {{"1. e4 1... e5 2.Nf3"}, {"e4", "e5", "Nf3"}, {}},
+        // A comment belongs to the ply before it; two are joined by CR LF.
+        {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}},
+        {{"{Opening words} e4"}, {"e4"}, {{0, "Opening words"}}},
+        {{"e4 {a} {b}"}, {"e4"}, {{1, "a\r\nb"}}},
+        // A note replaces what the ply's comment held; a comment is added behind it.
+        {{"e4! {a}"}, {"e4"}, {{1, "A good move\r\na"}}},
+        {{"e4 {a} $1"}, {"e4"}, {{1, "good Move"}}},
+        {{"e4 e5 ?"}, {"e4", "e5"}, {{2, "A weak move!"}}},
+        {{"e4 1-0 e5"}, {"e4", "e5"}, {{1, "White wins"}}},  // a result doesn't end the game
+        // A comment that closes inside an open token goes to the ply before it.
+        {{"d4 e4{a} e5"}, {"d4", "e4", "e5"}, {{1, "a"}}},
+        {{"e4{a}e5"}, {"e4e5"}, {{0, "a"}}},
+        {{"e4 {ab", "cd} e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}},
+        {{"e4{ab", "cd}e5"}, {"e4e5"}, {{0, "ab \r\n cd"}}},
+        // The opening line adds only its closing blank and CR LF, which isn't
+        // blank, so the next line gets a blank in front.
+        {{"e4 {", "x}"}, {"e4"}, {{1, " \r\n x"}}},
+        // Nothing nests inside a comment.
+        {{"e4 {a (b; {c} e5"}, {"e4", "e5"}, {{1, "a (b; {c"}}},
+        // Closers outside a comment are token characters; only a blank separates tokens.
+        {{"e4 ) } e5"}, {"e4", "e5"}, {}},
+        {{"e4 e5) Nf3}"}, {"e4", "e5)", "Nf3}"}, {}},
+        {{"e4\te5  Nf3"}, {"e4\te5", "Nf3"}, {}},
+        // A comment or variation left open is the last ply's comment; an open token is dropped.
+        {{"e4! {open", "still"}, {"e4"}, {{1, "open \r\n still \r\n"}}},
+        {{"e4 {a} (d4 d5"}, {"e4"}, {{1, "(d4 d5 \r\n"}}},
+        {{"e4 e5{x"}, {"e4"}, {{1, "x \r\n"}}},
+    });
 }
 
-TEST(Walk, TwoCommentsAreJoinedByCrLf) {
-    Walked w = WalkPgn({"e4 {a} {b}"});
-    EXPECT_EQ(w.g.GameComments[1], "a\r\nb");
+TEST(Walk, VariationsAndLineComments) {
+    CheckWalks({
+        {{"e4 (1. d4 d5) e5"}, {"e4", "e5"}, {{1, "(1. d4 d5)"}}},
+        {{"e4 (a (b) c) e5"}, {"e4", "e5"}, {{1, "(a (b) c)"}}},
+        {{"e4 (1. d4", "d5) e5"}, {"e4", "e5"}, {{1, "(1. d4 \r\n d5)"}}},
+        // Inside a variation "{" and ";" are text, and the ")" between the
+        // braces closes it; what follows is read as tokens again.
+        {{"e4 (a {b) c} ; d) e5"}, {"e4", "c}"}, {{1, "(a {b)"}, {2, " d) e5 "}}},
+        {{"e4 ; a fine move", "e5"}, {"e4", "e5"}, {{1, " a fine move "}}},
+        // The token in front of the ";" stays open into the next line.
+        {{"d4 e4;x", "e5"}, {"d4", "e4e5"}, {{1, "x "}}},
+        {{"e4 {a} ;b"}, {"e4"}, {{1, "a\r\nb "}}},
+    });
 }
 
-TEST(Walk, NoteOfAMarkAndLaterComments) {
-    Walked w = WalkPgn({"e4! {a}"});
-    EXPECT_EQ(w.g.GameComments[1], "A good move\r\na");
-    // A note replaces what the ply's comment held.
-    w = WalkPgn({"e4 {a} $1"});
-    EXPECT_EQ(w.g.GameComments[1], "good Move");
-    // A mark standing alone goes to the last move.
-    w = WalkPgn({"e4 e5 ?"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[2], "A weak move!");
-}
-
-TEST(Walk, CommentClosingInsideAnOpenTokenGoesToThePlyBefore) {
-    Walked w = WalkPgn({"d4 e4{a} e5"});
-    EXPECT_EQ(w.last, 3);
-    EXPECT_EQ(w.g.GameComments[1], "a");
-    EXPECT_EQ(w.g.GameMoves[2], "e4");
-    EXPECT_EQ(w.g.GameComments[2], "");
-
-    w = WalkPgn({"e4{a}e5"});
-    EXPECT_EQ(w.last, 1);
-    EXPECT_EQ(w.g.GameMoves[1], "e4e5");
-    EXPECT_EQ(w.g.GameComments[0], "a");
-}
-
-TEST(Walk, CommentOverTwoLines) {
-    Walked w = WalkPgn({"e4 {ab", "cd} e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "ab \r\n cd");
-    // A token stays open while a comment runs over the line end.
-    w = WalkPgn({"e4{ab", "cd}e5"});
-    EXPECT_EQ(w.last, 1);
-    EXPECT_EQ(w.g.GameMoves[1], "e4e5");
-    EXPECT_EQ(w.g.GameComments[0], "ab \r\n cd");
-}
-
-TEST(Walk, CommentOpenedAtTheEndOfALine) {
-    // The opening line adds only its closing blank and CR LF, which isn't
-    // blank, so the next line gets a blank in front.
-    Walked w = WalkPgn({"e4 {", "x}"});
-    EXPECT_EQ(w.g.GameComments[1], " \r\n x");
-}
-
-TEST(Walk, VariationsBecomeComments) {
-    Walked w = WalkPgn({"e4 (1. d4 d5) e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameMoves[1], "e4");
-    EXPECT_EQ(w.g.GameComments[1], "(1. d4 d5)");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-
-    w = WalkPgn({"e4 (a (b) c) e5"});
-    EXPECT_EQ(w.g.GameComments[1], "(a (b) c)");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-
-    w = WalkPgn({"e4 (1. d4", "d5) e5"});
-    EXPECT_EQ(w.g.GameComments[1], "(1. d4 \r\n d5)");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-}
-
-TEST(Walk, ParenthesesAreCountedInsideBracesOfAVariation) {
-    // Inside a variation "{" and ";" are text, and the ")" between the braces
-    // closes it; what follows is read as tokens again.
-    Walked w = WalkPgn({"e4 (a {b) c} ; d) e5"});
-    EXPECT_EQ(w.g.GameComments[1], "(a {b)");
-    EXPECT_EQ(w.g.GameMoves[2], "c}");
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[2], " d) e5 ");
-}
-
-TEST(Walk, NothingNestsInsideAComment) {
-    Walked w = WalkPgn({"e4 {a (b; {c} e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "a (b; {c");
-}
-
-TEST(Walk, LineComment) {
-    Walked w = WalkPgn({"e4 ; a fine move", "e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], " a fine move ");
-    // The token in front of the ";" stays open into the next line.
-    w = WalkPgn({"d4 e4;x", "e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "x ");
-    EXPECT_EQ(w.g.GameMoves[2], "e4e5");
-    // A line comment is added behind a comment.
-    w = WalkPgn({"e4 {a} ;b"});
-    EXPECT_EQ(w.g.GameComments[1], "a\r\nb ");
-}
-
-TEST(Walk, ClosersOutsideAreTokenCharacters) {
-    Walked w = WalkPgn({"e4 ) } e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-    w = WalkPgn({"e4 e5) Nf3}"});
-    EXPECT_EQ(w.g.GameMoves[2], "e5)");
-    EXPECT_EQ(w.g.GameMoves[3], "Nf3}");
-}
-
-TEST(Walk, OnlyABlankSeparatesTokens) {
-    Walked w = WalkPgn({"e4\te5  Nf3"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameMoves[1], "e4\te5");
-    EXPECT_EQ(w.g.GameMoves[2], "Nf3");
-}
-
-TEST(Walk, ResultTokenDoesNotEndTheGame) {
-    Walked w = WalkPgn({"e4 1-0 e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "White wins");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-}
-
-TEST(Walk, ResultAloneReplacesTheGameComment) {
-    Walked w;
-    MoveWalker walker(w.g);
-    walker.UsePgnRules();
-    walker.SetPly(0);
-    w.g.GameComments[0] = "\r\n[Event \"x\"]";
-    walker.WalkLine("1/2-1/2");
-    EXPECT_EQ(walker.EndGame(), 0);
-    EXPECT_EQ(w.g.GameComments[0], "Draw");
-}
-
-TEST(Walk, UnclosedCommentOrVariationEndsAsTheLastComment) {
-    Walked w = WalkPgn({"e4! {open", "still"});
-    EXPECT_EQ(w.last, 1);
-    EXPECT_EQ(w.g.GameComments[1], "open \r\n still \r\n");
-    w = WalkPgn({"e4 {a} (d4 d5"});
-    EXPECT_EQ(w.g.GameComments[1], "(d4 d5 \r\n");
-    // An open token is dropped.
-    w = WalkPgn({"e4 e5{x"});
-    EXPECT_EQ(w.last, 1);
-    EXPECT_EQ(w.g.GameComments[1], "x \r\n");
+TEST(Walk, SanIndicators) {
+    CheckWalks({
+        {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}, "{", "}"},
+        {{"e4 //best// e5 //x/y//"}, {"e4", "e5"}, {{1, "best"}, {2, "x/y"}}, "//", "//"},
+        {{"e4 //ab", "cd// e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}, "//", "//"},
+        {{"e4 (*a (b) *) e5"}, {"e4", "e5"}, {{1, "a (b) "}}, "(*", "*)"},
+        {{"e4 <a> e5"}, {"e4", "<a>", "e5"}, {}, "<<", ">>"},  // one character of a pair does nothing
+        {{"Nc3 CabCdc e5 C"}, {"Nc3", "e5"}, {{1, "abCd"}, {2, " \r\n"}}, "C", "c"},  // case is minded
+        // No variations or line comments.
+        {{"e4 (d4) e5;x"}, {"e4", "(d4)", "e5;x"}, {}, "{", "}"},
+        // Indicators of other lengths never match: "{{{x}}}" is seven characters, dropped.
+        {{"e4 {{{x}}} e5"}, {"e4", "e5"}, {}, "{{{", "}}}"},
+        {{"e4 {x} e5"}, {"e4", "{x}", "e5"}, {}, "", ""},
+    });
 }
 
 std::string Plies(int n) {
@@ -209,7 +136,7 @@ std::string Plies(int n) {
 }
 
 TEST(Walk, TwoHundredFiftyPliesFit) {
-    Walked w = WalkPgn({Plies(250).c_str(), "$1 {last words}"});
+    Walked w = WalkLines({Plies(250).c_str(), "$1 {last words}"});
     EXPECT_EQ(w.last, 250);
     EXPECT_EQ(w.g.GameMoves[250], "Nf6");
     EXPECT_EQ(w.g.GameComments[250], "good Move\r\nlast words");
@@ -217,65 +144,12 @@ TEST(Walk, TwoHundredFiftyPliesFit) {
 
 TEST(Walk, PlyTwoHundredFiftyOneIsASubscriptError) {
     try {
-        WalkPgn({Plies(251).c_str()});
+        WalkLines({Plies(251).c_str()});
         FAIL() << "251 plies were taken";
     } catch (const ImportError& e) {
         EXPECT_EQ(e.number(), 9);
         EXPECT_STREQ(e.what(), "Subscript out of range");
     }
-}
-
-TEST(Walk, SanIndicators) {
-    Walked w = WalkSan("{", "}", {"e4 {best} e5"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "best");
-
-    w = WalkSan("//", "//", {"e4 //best// e5 //x/y//"});
-    EXPECT_EQ(w.last, 2);
-    EXPECT_EQ(w.g.GameComments[1], "best");
-    EXPECT_EQ(w.g.GameComments[2], "x/y");
-
-    w = WalkSan("(*", "*)", {"e4 (*a (b) *) e5"});
-    EXPECT_EQ(w.g.GameComments[1], "a (b) ");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-
-    // One character of a pair alone does nothing.
-    w = WalkSan("<<", ">>", {"e4 <a> e5"});
-    EXPECT_EQ(w.last, 3);
-    EXPECT_EQ(w.g.GameMoves[2], "<a>");
-}
-
-TEST(Walk, SanHasNoVariationsOrLineComments) {
-    Walked w = WalkSan("{", "}", {"e4 (d4) e5;x"});
-    EXPECT_EQ(w.last, 3);
-    EXPECT_EQ(w.g.GameMoves[2], "(d4)");
-    EXPECT_EQ(w.g.GameMoves[3], "e5;x");
-    EXPECT_EQ(w.g.GameComments[1], "");
-}
-
-TEST(Walk, SanIndicatorsOfOtherLengthsNeverMatch) {
-    Walked w = WalkSan("{{{", "}}}", {"e4 {{{x}}} e5"});
-    EXPECT_EQ(w.last, 2);  // "{{{x}}}" is seven characters: dropped
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-    EXPECT_EQ(w.g.GameComments[1], "");
-
-    w = WalkSan("", "", {"e4 {x} e5"});
-    EXPECT_EQ(w.last, 3);
-    EXPECT_EQ(w.g.GameMoves[2], "{x}");
-}
-
-TEST(Walk, SanIndicatorCaseIsMinded) {
-    Walked w = WalkSan("C", "c", {"Nc3 CabCdc e5 C"});
-    EXPECT_EQ(w.g.GameMoves[1], "Nc3");
-    EXPECT_EQ(w.g.GameComments[1], "abCd");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
-    EXPECT_EQ(w.g.GameComments[2], " \r\n");
-}
-
-TEST(Walk, SanCommentRunsOverLines) {
-    Walked w = WalkSan("//", "//", {"e4 //ab", "cd// e5"});
-    EXPECT_EQ(w.g.GameComments[1], "ab \r\n cd");
-    EXPECT_EQ(w.g.GameMoves[2], "e5");
 }
 
 }  // namespace
