@@ -68,14 +68,12 @@ QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, 
 
 namespace {
 
-// The store lives where the platform keeps the program's settings; tests
-// point the default format's path elsewhere.
+// The store lives where the platform keeps the settings of "Vantrel",
+// whatever the running program is called; tests point the default format's
+// path elsewhere.
 QSettings OpenStore() {
-    const QString org = QCoreApplication::organizationName().isEmpty() ? QStringLiteral("Vantrel")
-                                                                      : QCoreApplication::organizationName();
-    const QString app = QCoreApplication::applicationName().isEmpty() ? QStringLiteral("Vantrel")
-                                                                     : QCoreApplication::applicationName();
-    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, org, app);
+    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
+                     QStringLiteral("Vantrel"));
 }
 
 QString Key(const QString& section, const QString& name) { return section + QLatin1Char('/') + name; }
