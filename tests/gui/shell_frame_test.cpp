@@ -108,7 +108,13 @@ TEST_F(FrameCommandsTest, ACommandLinePathOpensAtTheStart) {
     EXPECT_EQ(frame->CommandLine(), path);
 }
 
-TEST_F(FrameCommandsTest, AMissingOrQuotedCommandLinePathFailsAndTheFrameStaysUp) {
+TEST_F(FrameCommandsTest, ABlankCommandLineOpensNothingAndAMissingOrQuotedPathFails) {
+    StartFrame("   ");
+    EXPECT_TRUE(messages.messages.empty());
+    EXPECT_EQ(forms::TreeViews().WindowCounter(), 0);
+    frame.reset();
+    FlushDeletes();
+
     const QString missing = dir.file("nowhere.vnb");
     StartFrame(missing);
     ASSERT_EQ(messages.Texts(), QStringList{"Problem loading library " + missing});
@@ -125,13 +131,6 @@ TEST_F(FrameCommandsTest, AMissingOrQuotedCommandLinePathFailsAndTheFrameStaysUp
     StartFrame(quoted);
     EXPECT_EQ(messages.Texts(), QStringList{"Problem loading library " + quoted});
     EXPECT_EQ(forms::TreeViews().Count(), 0);
-}
-
-TEST_F(FrameCommandsTest, ABlankCommandLineOpensNothing) {
-    StartFrame("   ");
-    EXPECT_TRUE(messages.messages.empty());
-    EXPECT_EQ(forms::TreeViews().Count(), 0);
-    EXPECT_EQ(forms::TreeViews().WindowCounter(), 0);
 }
 
 TEST(CommandLine, TheArgumentsAreJoinedByBlanks) {
@@ -151,20 +150,19 @@ TEST_F(FrameCommandsTest, OpenAsksForAFileInTheProgramsFolderAndOpensIt) {
     ASSERT_EQ(forms::TreeViews().Count(), 1);
     EXPECT_EQ(forms::TreeViews().Active()->Caption(), "Chosen");
 
-    // Opening it again gives a second, independent window.
+    // Opening it again gives a second, independent window, with the same caption.
     frame->m_open->trigger();
-    EXPECT_EQ(forms::TreeViews().Count(), 2);
-}
+    ASSERT_EQ(forms::TreeViews().Count(), 2);
+    EXPECT_EQ(forms::TreeViews().All()[1]->Caption(), "Chosen");
+    EXPECT_NE(forms::TreeViews().All()[0]->Tag, forms::TreeViews().All()[1]->Tag);
 
-TEST_F(FrameCommandsTest, CancellingTheFileDialogOpensNothing) {
-    StartFrame();
-    openAnswer.clear();
-    frame->m_open->trigger();
-    openAnswer = "   ";
-    frame->m_open->trigger();
-    EXPECT_EQ(openRequests.size(), 2u);
-    EXPECT_EQ(forms::TreeViews().Count(), 0);
-    EXPECT_EQ(forms::TreeViews().WindowCounter(), 0);
+    // A cancelled or blank answer opens nothing.
+    for (const QString answer : {QString(), QStringLiteral("   ")}) {
+        openAnswer = answer;
+        frame->m_open->trigger();
+    }
+    EXPECT_EQ(openRequests.size(), 4u);
+    EXPECT_EQ(forms::TreeViews().WindowCounter(), 2);
     EXPECT_TRUE(messages.messages.empty());
 }
 
@@ -365,8 +363,6 @@ TEST_F(FrameCommandsTest, ClosingTheFrameWhileALibraryLoadsIsCalledOff) {
 
 TEST(Forms, TheSharedHelpersBehaveAsTheProgramExpects) {
     EXPECT_EQ(ProgramTitle(), "Vantrel");
-    EXPECT_EQ(FromLib("Caf\xE9 \x93quoted\x94"), QString::fromUtf8("Café “quoted”"));
-    EXPECT_EQ(ToLib(QString::fromUtf8("Réti – 1.Nf3")), "R\xE9ti \x96 1.Nf3");
 
     MessageRecorder messages;
     ShowError("Disk full", 61);
