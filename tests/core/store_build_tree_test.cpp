@@ -8,9 +8,6 @@ namespace {
 
 using BuildTreeTest = StoreTest;
 
-constexpr const char* kTrouble = "Trouble with 'Tessimo.Mdb'";
-constexpr const char* kTroubleTitle = "Couldn't parse book";
-
 // Three games a, b and c: e4 e5 Nf3 / e4 c5 / e4 e5.
 constexpr const char* kThreeGames =
     "[Event \"a\"]\n\n1. e4 e5 2. Nf3\n\n"
@@ -114,39 +111,23 @@ TEST_F(BuildTreeTest, CommentsFollowTheFirstNewNodeRules) {
     }
 }
 
-TEST_F(BuildTreeTest, RepeatedGameAddsNothing) {
-    ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"again\"]\n\ne4 e5 Nf3\n"));
-    const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[0].description, "e4: a");
-    EXPECT_EQ(host.counts.size(), 3u);
-}
-
-TEST_F(BuildTreeTest, FileWithoutMovesIsFalseWithoutMessage) {
-    // A game whose move text is a result alone has no moves.
-    EXPECT_FALSE(Build("[Event \"x\"]\n\n*\n"));
-    EXPECT_TRUE(host.Silent());
-    EXPECT_TRUE(Rows().empty());
-
-    // No tag section at all: no game, and the text is the remarks.
-    EXPECT_FALSE(Build("Just some text\nand more\nlast line\n"));
-    EXPECT_TRUE(host.Silent());
-    EXPECT_TRUE(Rows().empty());
-    EXPECT_EQ(session.ImportRemarks, "Just some text\r\nand more\r\n");
-}
-
-TEST_F(BuildTreeTest, GameWithoutMovesIsPassedOver) {
-    ASSERT_TRUE(Build("[Event \"empty\"]\n\n*\n\n[Event \"b\"]\n\ne4\n"));
-    const auto rows = Rows();
+TEST_F(BuildTreeTest, GamesWithoutMovesAddNothing) {
+    // A game whose move text is a result alone is passed over.
+    ASSERT_TRUE(Build("\nMy openings\n\nfor the club\n[Event \"empty\"]\n\n*\n\n[Event \"b\"]\n\ne4\n"));
+    EXPECT_EQ(session.ImportRemarks, "My openings\r\n\r\nfor the club\r\n");
+    auto rows = Rows();
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(rows[0].description, "e4: b");
     ASSERT_EQ(host.games.size(), 2u);
     EXPECT_EQ(host.games[0].lastPly, 0);
-}
 
-TEST_F(BuildTreeTest, TextAheadOfTheFirstGameBecomesTheRemarks) {
-    ASSERT_TRUE(Build("\nMy openings\n\nfor the club\n[Event \"a\"]\n\ne4\n"));
-    EXPECT_EQ(session.ImportRemarks, "My openings\r\n\r\nfor the club\r\n");
+    // With no move in the whole file the result is false, and nothing is told.
+    EXPECT_FALSE(Build("[Event \"x\"]\n\n*\n"));
+    EXPECT_TRUE(host.Silent());
+    EXPECT_TRUE(Rows().empty());
+    EXPECT_FALSE(Build("Just some text\nand more\nlast line\n"));
+    EXPECT_TRUE(host.Silent());
+    EXPECT_EQ(session.ImportRemarks, "Just some text\r\nand more\r\n");
 }
 
 TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndTheNextStartsAfresh) {
@@ -242,20 +223,21 @@ TEST_F(BuildTreeTest, EachImportStartsWithAnEmptyTable) {
     EXPECT_EQ(host.counts.back(), "2");
 }
 
-TEST_F(BuildTreeTest, ReaderFailureIsShownAndKeepsEarlierRecords) {
+TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     // The second game has more plies than the game record holds.
     std::string text = "[Event \"a\"]\n\ne4 e5\n\n[Event \"long\"]\n\n";
     for (int k = 0; k < 64; ++k) text += "Nf3 Nf6 Ng1 Ng8\n";
     EXPECT_FALSE(Build(text));
     EXPECT_TRUE(host.messages.empty());
     ASSERT_EQ(host.errors.size(), 1u);
+    EXPECT_EQ(host.errors[0].second, 9);
     EXPECT_EQ(Rows().size(), 2u);
-}
 
-TEST_F(BuildTreeTest, EmptyFileEndsInTheErrorDialog) {
-    EXPECT_FALSE(Build(""));
+    host = RecordingHost{};
+    EXPECT_FALSE(Build(""));  // an empty file: the first read fails
     EXPECT_TRUE(host.messages.empty());
-    EXPECT_EQ(host.errors.size(), 1u);
+    ASSERT_EQ(host.errors.size(), 1u);
+    EXPECT_EQ(host.errors[0].second, 62);
 }
 
 TEST_F(BuildTreeTest, MissingInputFileIsNamedTrimmed) {
@@ -272,33 +254,19 @@ TEST_F(BuildTreeTest, MissingInputFileIsNamedTrimmed) {
     EXPECT_TRUE(Rows().empty());
 }
 
-TEST_F(BuildTreeTest, MissingDatabaseIsNeverCreated) {
-    fs::remove(DbPath());
-    EXPECT_FALSE(Build(kThreeGames));
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].first, kTrouble);
-    EXPECT_EQ(host.messages[0].second, kTroubleTitle);
-    EXPECT_TRUE(host.errors.empty());
-    EXPECT_FALSE(fs::exists(DbPath()));
-}
-
-TEST_F(BuildTreeTest, DatabaseWithoutTheTableOrNoDatabaseAtAll) {
-    for (const char* content : {"", "this is not a database, just text"}) {
-        SCOPED_TRACE(content);
-        WriteFile(DbPath(), content);
+TEST_F(BuildTreeTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
+    for (int k = 0; k < kSpoiledDatabases; ++k) {
+        SCOPED_TRACE(k);
+        SpoilDatabase(k);
         host = RecordingHost{};
         EXPECT_FALSE(Build(kThreeGames));
+        EXPECT_TRUE(host.errors.empty());
         ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_EQ(host.messages[0].first, kTrouble);
-        EXPECT_EQ(host.messages[0].second, kTroubleTitle);
+        EXPECT_EQ(host.messages[0], std::make_pair(std::string(kTrouble), std::string(kTroubleTitle)));
+        if (k == 0) {
+            EXPECT_FALSE(fs::exists(DbPath()));
+        }
     }
-    // A database with other tables only.
-    fs::remove(DbPath());
-    Db::Create(DbPath(), "CREATE TABLE Other (x INTEGER)");
-    host = RecordingHost{};
-    EXPECT_FALSE(Build(kThreeGames));
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].first, kTrouble);
 }
 
 TEST_F(BuildTreeTest, DatabaseMayLiveApartFromTheProgramDirectory) {

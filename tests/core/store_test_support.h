@@ -141,66 +141,37 @@ struct Row {
     std::string layout;
 };
 
+// The table Moves read and written straight, past the tree store.
 class Db {
 public:
-    explicit Db(const std::string& path) {
-        if (sqlite3_open_v2(path.c_str(), &db_, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
-            ADD_FAILURE() << "can't open " << path;
-        }
-        sqlite3_exec(db_, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
-    }
-    ~Db() { sqlite3_close_v2(db_); }
+    explicit Db(const std::string& path) { db_.Open(path); }
 
     std::vector<Row> Rows() {
+        import::Statement s = db_.Prepare(R"(SELECT "index", "parent", "move", "book", "description", "new_branch", )"
+                                          R"("remarks", "BoardLayout" FROM Moves ORDER BY "index")");
         std::vector<Row> rows;
-        sqlite3_stmt* s = nullptr;
-        sqlite3_prepare_v2(db_,
-                           R"(SELECT "index", "parent", "move", "book", "description", "new_branch", "remarks", )"
-                           R"("BoardLayout" FROM Moves ORDER BY "index")",
-                           -1, &s, nullptr);
-        auto text = [&](int c) {
-            const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(s, c));
-            return p ? std::string(p, static_cast<size_t>(sqlite3_column_bytes(s, c))) : std::string();
-        };
-        while (sqlite3_step(s) == SQLITE_ROW) {
-            Row r;
-            r.index = sqlite3_column_int64(s, 0);
-            r.parent = sqlite3_column_int64(s, 1);
-            r.move = text(2);
-            r.book = text(3);
-            r.description = text(4);
-            r.newBranch = sqlite3_column_int64(s, 5);
-            r.remarksNull = sqlite3_column_type(s, 6) == SQLITE_NULL;
-            r.remarks = text(6);
-            r.layout = text(7);
-            rows.push_back(std::move(r));
-        }
-        sqlite3_finalize(s);
+        auto text = [&](int column) { return std::string(s.TextView(column)); };
+        while (s.Step())
+            rows.push_back({s.Int(0), s.Int(1), text(2), text(3), text(4), s.Int(5), text(6), s.IsNull(6), text(7)});
         return rows;
     }
 
     void Insert(const Row& r) {
-        sqlite3_stmt* s = nullptr;
-        sqlite3_prepare_v2(db_,
-                           R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", "new_branch", )"
-                           R"("remarks", "BoardLayout") VALUES (?, ?, ?, ?, ?, ?, ?, ?))",
-                           -1, &s, nullptr);
-        sqlite3_bind_int64(s, 1, r.index);
-        sqlite3_bind_int64(s, 2, r.parent);
-        sqlite3_bind_text(s, 3, r.move.c_str(), -1, SQLITE_TRANSIENT);
-        sqlite3_bind_text(s, 4, r.book.c_str(), -1, SQLITE_TRANSIENT);
-        sqlite3_bind_text(s, 5, r.description.c_str(), -1, SQLITE_TRANSIENT);
-        sqlite3_bind_int64(s, 6, r.newBranch);
+        import::Statement s = db_.Prepare(R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", )"
+                                          R"("new_branch", "remarks", "BoardLayout") VALUES (?, ?, ?, ?, ?, ?, ?, ?))");
+        s.Bind(1, r.index);
+        s.Bind(2, r.parent);
+        s.Bind(3, r.move);
+        s.Bind(4, r.book);
+        s.Bind(5, r.description);
+        s.Bind(6, r.newBranch);
         if (r.remarksNull)
-            sqlite3_bind_null(s, 7);
+            s.BindNull(7);
         else
-            sqlite3_bind_text(s, 7, r.remarks.c_str(), static_cast<int>(r.remarks.size()), SQLITE_TRANSIENT);
-        sqlite3_bind_text(s, 8, r.layout.c_str(), -1, SQLITE_TRANSIENT);
-        EXPECT_EQ(sqlite3_step(s), SQLITE_DONE) << sqlite3_errmsg(db_);
-        sqlite3_finalize(s);
+            s.Bind(7, r.remarks);
+        s.Bind(8, r.layout);
+        s.Step();
     }
-
-    void Exec(const char* sql) { EXPECT_EQ(sqlite3_exec(db_, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql; }
 
     // Makes a database file of its own, not from the schema.
     static void Create(const std::string& path, const char* sql) {
@@ -211,7 +182,7 @@ public:
     }
 
 private:
-    sqlite3* db_ = nullptr;
+    import::WorkingDatabase db_;
 };
 
 // The position after a line of moves in plain notation, worked out by the
@@ -240,6 +211,9 @@ inline std::string LayoutAfter(const std::vector<std::string>& moves) {
     return pos.Layout();
 }
 
+inline constexpr const char* kTrouble = "Trouble with 'Tessimo.Mdb'";
+inline constexpr const char* kTroubleTitle = "Couldn't parse book";
+
 // A program directory with a fresh Tessimo.mdb, and the options of an import
 // into it.
 class StoreTest : public ::testing::Test {
@@ -263,6 +237,16 @@ protected:
     }
 
     std::vector<Row> Rows() { return Db(DbPath()).Rows(); }
+
+    // The ways a working database can be unusable: not there (and then it
+    // must not be created), empty, not a database, without the table Moves.
+    static constexpr int kSpoiledDatabases = 4;
+    void SpoilDatabase(int way) {
+        fs::remove(DbPath());
+        if (way == 1) WriteFile(DbPath(), "");
+        if (way == 2) WriteFile(DbPath(), "this is not a database, just text and long enough for a header");
+        if (way == 3) Db::Create(DbPath(), "CREATE TABLE Other (x INTEGER)");
+    }
 
     TempDir dir;
     import::ImportOptions options;

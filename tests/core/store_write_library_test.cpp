@@ -176,20 +176,20 @@ TEST_F(WriteLibraryTest, FileThatCannotBeCreatedIsNamed) {
     EXPECT_TRUE(host.errors.empty());
 }
 
-TEST_F(WriteLibraryTest, MissingDatabaseOrTable) {
-    fs::remove(DbPath());
-    EXPECT_FALSE(Write());
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0], std::make_pair(std::string("Trouble with 'Tessimo.Mdb'"),
-                                               std::string("Couldn't parse book")));
-    EXPECT_FALSE(fs::exists(DbPath()));
-    EXPECT_FALSE(fs::exists(Path()));
-
-    Db::Create(DbPath(), "CREATE TABLE Something (x INTEGER)");
-    host = RecordingHost{};
-    EXPECT_FALSE(Write());
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].first, "Trouble with 'Tessimo.Mdb'");
+TEST_F(WriteLibraryTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
+    for (int k = 0; k < kSpoiledDatabases; ++k) {
+        SCOPED_TRACE(k);
+        SpoilDatabase(k);
+        host = RecordingHost{};
+        EXPECT_FALSE(Write());
+        EXPECT_TRUE(host.errors.empty());
+        ASSERT_EQ(host.messages.size(), 1u);
+        EXPECT_EQ(host.messages[0], std::make_pair(std::string(kTrouble), std::string(kTroubleTitle)));
+        EXPECT_FALSE(fs::exists(Path()));
+        if (k == 0) {
+            EXPECT_FALSE(fs::exists(DbPath()));
+        }
+    }
 }
 
 TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
