@@ -13,6 +13,7 @@
 
 #include "board/board_view.h"
 #include "import/ui/fix_move_lists.h"
+#include "import/ui/tab_chain.h"
 #include "shell/forms.h"
 
 using vantrel::FromLib;
@@ -87,11 +88,7 @@ frmFixMove::frmFixMove(int16_t badMoveIndex, int16_t gameMoveCount, int16_t move
     outer->addLayout(buttons);
 
     // The edit box comes first in the tab order and has the focus.
-    setTabOrder(txtBadMove, cmdOK);
-    setTabOrder(cmdOK, cmdSkipGame);
-    setTabOrder(cmdSkipGame, cmdCancel);
-    setTabOrder(cmdCancel, txtMovesBefore);
-    setTabOrder(txtMovesBefore, txtMovesAfter);
+    vantrel::ui::SetTabChain({txtBadMove, cmdOK, cmdSkipGame, cmdCancel, txtMovesBefore, txtMovesAfter});
     txtBadMove->setFocus();
 
     connect(cmdOK, &QPushButton::clicked, this, &frmFixMove::cmdOK_Click);
@@ -115,6 +112,9 @@ frmFixMove::frmFixMove(int16_t badMoveIndex, int16_t gameMoveCount, int16_t move
 
     const auto lists = vantrel::import::BuildFixMoveLists(game, badMoveIndex, gameMoveCount);
     txtMovesBefore->setPlainText(JoinLines(lists.before));
+    // The moves just ahead of the bad one are the ones to see: the box opens
+    // on its last line.
+    txtMovesBefore->moveCursor(QTextCursor::End);
     txtBadMove->setText(FromLib(lists.badMove));
     txtMovesAfter->setPlainText(JoinLines(lists.after));
 }

@@ -6,7 +6,9 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
+#include <functional>
 #include <memory>
 
 #include "board/board_view.h"
@@ -27,6 +29,7 @@ protected:
         const char* moves[] = {"e4", "e5", "Nf3", "Nc6", "Bb5", "a6"};
         for (int i = 0; i < 6; ++i) game_->GameMoves[static_cast<size_t>(i + 1)] = moves[i];
     }
+    void TearDown() override { vantrel::bReverseSides = false; }
 
     std::unique_ptr<frmFixMove> Make(int16_t bad, int16_t last, int16_t code) {
         return std::make_unique<frmFixMove>(bad, last, code, *game_, board_);
@@ -43,35 +46,20 @@ TEST_F(FixMoveDialogTest, ShowsTheGameTheMessageAndTheLists) {
     auto dlg = Make(4, 6, 2);
     EXPECT_EQ(dlg->windowTitle(), "Edit Move");
     EXPECT_EQ(dlg->lblGameName->text(), "Kasparov, G - Karpov, A");
-    EXPECT_EQ(dlg->lblBadType->text(), "This is an illegal move - Please fix:");
     EXPECT_EQ(dlg->txtMovesBefore->toPlainText(), "1. e4      e5     \n2. Nf3     ...");
     EXPECT_EQ(dlg->txtBadMove->text(), "Nc6");
     EXPECT_EQ(dlg->txtMovesAfter->toPlainText(), "3. Bb5     a6     ");
     EXPECT_EQ(dlg->FixMoveAction, 3);
-
     EXPECT_TRUE(dlg->txtMovesBefore->isReadOnly());
-    EXPECT_TRUE(dlg->txtMovesAfter->isReadOnly());
     EXPECT_FALSE(dlg->txtBadMove->isReadOnly());
     EXPECT_EQ(dlg->txtBadMove->font().family(), "Courier");
-    EXPECT_EQ(dlg->txtMovesBefore->font().family(), "Courier");
-    EXPECT_EQ(dlg->txtMovesAfter->font().family(), "Courier");
-    EXPECT_EQ(dlg->txtMovesBefore->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOn);
-
-    EXPECT_EQ(dlg->cmdOK->text(), "&Accept Move");
-    EXPECT_EQ(dlg->cmdSkipGame->text(), "&Skip Rest of Game");
-    EXPECT_EQ(dlg->cmdCancel->text(), "&Cancel Import");
     EXPECT_TRUE(dlg->cmdOK->isDefault());
-    EXPECT_FALSE(dlg->cmdSkipGame->isDefault());
-    // The edit box comes first and holds the focus.
-    EXPECT_EQ(dlg->focusWidget(), dlg->txtBadMove);
+    EXPECT_EQ(dlg->focusWidget(), dlg->txtBadMove) << "the edit box comes first";
     EXPECT_TRUE(messages_.messages.empty());
-}
 
-TEST_F(FixMoveDialogTest, MessageByResolverResult) {
-    EXPECT_EQ(Make(3, 6, 1)->lblBadType->text(), "This move is ambiguous - Please fix:");
-    EXPECT_EQ(Make(3, 6, 2)->lblBadType->text(), "This is an illegal move - Please fix:");
-    EXPECT_EQ(Make(3, 6, 3)->lblBadType->text(), "Can't parse this move - Please fix:");
-    EXPECT_EQ(Make(3, 6, 7)->lblBadType->text(), "Fix move:");
+    const char* const byCode[] = {"Fix move:", "This move is ambiguous - Please fix:",
+                                  "This is an illegal move - Please fix:", "Can't parse this move - Please fix:"};
+    for (int16_t code : {1, 2, 3, 7}) EXPECT_EQ(Make(3, 6, code)->lblBadType->text(), byCode[code < 4 ? code : 0]);
 }
 
 TEST_F(FixMoveDialogTest, WindowsTextIsShownAndStoredInTheLibraryCodePage) {
@@ -85,88 +73,59 @@ TEST_F(FixMoveDialogTest, WindowsTextIsShownAndStoredInTheLibraryCodePage) {
     EXPECT_EQ(game_->GameMoves[3], "N\xe9" "f3");
 }
 
-TEST_F(FixMoveDialogTest, AcceptStoresTheTextExactlyAsTyped) {
-    auto dlg = Make(3, 6, 2);
-    dlg->show();
-    dlg->txtBadMove->setText(" Ng1-f3 ");
-    dlg->cmdOK->click();
-    EXPECT_EQ(dlg->FixMoveAction, 4);
-    EXPECT_EQ(game_->GameMoves[3], " Ng1-f3 ");
-    EXPECT_EQ(game_->GameMoves[2], "e5");
-    EXPECT_EQ(game_->GameMoves[4], "Nc6");
-    EXPECT_FALSE(dlg->isVisible());
-}
-
-TEST_F(FixMoveDialogTest, EnterInTheEditBoxAccepts) {
-    auto dlg = Make(5, 6, 2);
-    dlg->show();
-    dlg->txtBadMove->setText("Bc4");
-    QTest::keyClick(dlg->txtBadMove, Qt::Key_Return);
-    EXPECT_EQ(dlg->FixMoveAction, 4);
-    EXPECT_EQ(game_->GameMoves[5], "Bc4");
-    EXPECT_FALSE(dlg->isVisible());
-}
-
-TEST_F(FixMoveDialogTest, SkipLeavesTheGameRecordAlone) {
-    auto dlg = Make(3, 6, 2);
-    dlg->show();
-    dlg->txtBadMove->setText("Nc3");
-    dlg->cmdSkipGame->click();
-    EXPECT_EQ(dlg->FixMoveAction, 5);
-    EXPECT_EQ(game_->GameMoves[3], "Nf3");
-    EXPECT_FALSE(dlg->isVisible());
-}
-
-TEST_F(FixMoveDialogTest, CancelButtonEscAndCloseBoxAllCancelTheImport) {
-    {
+TEST_F(FixMoveDialogTest, EachWayOutLeavesItsActionAndOnlyAcceptStoresTheText) {
+    struct Case {
+        const char* name;
+        std::function<void(frmFixMove&)> leave;
+        int16_t action;
+        std::string stored;  // GameMoves(3) afterwards
+    };
+    const Case cases[] = {
+        // Stored exactly as typed, blanks and all.
+        {"Accept", [](frmFixMove& d) { d.cmdOK->click(); }, 4, " Ng1-f3 "},
+        {"Enter", [](frmFixMove& d) { QTest::keyClick(d.txtBadMove, Qt::Key_Return); }, 4, " Ng1-f3 "},
+        {"Skip", [](frmFixMove& d) { d.cmdSkipGame->click(); }, 5, "Nf3"},
+        {"Cancel", [](frmFixMove& d) { d.cmdCancel->click(); }, 3, "Nf3"},
+        {"Esc", [](frmFixMove& d) { QTest::keyClick(d.txtBadMove, Qt::Key_Escape); }, 3, "Nf3"},
+        {"close box", [](frmFixMove& d) { d.close(); }, 3, "Nf3"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        game_->GameMoves[3] = "Nf3";
         auto dlg = Make(3, 6, 2);
         dlg->show();
-        dlg->txtBadMove->setText("Nc3");
-        dlg->cmdCancel->click();
-        EXPECT_EQ(dlg->FixMoveAction, 3);
+        dlg->txtBadMove->setText(" Ng1-f3 ");
+        c.leave(*dlg);
+        EXPECT_EQ(dlg->FixMoveAction, c.action);
+        EXPECT_EQ(game_->GameMoves[3], c.stored);
+        EXPECT_EQ(game_->GameMoves[4], "Nc6");
         EXPECT_FALSE(dlg->isVisible());
     }
-    {
-        auto dlg = Make(3, 6, 2);
-        dlg->show();
-        dlg->txtBadMove->setText("Nc3");
-        QTest::keyClick(dlg->txtBadMove, Qt::Key_Escape);
-        EXPECT_EQ(dlg->FixMoveAction, 3);
-        EXPECT_FALSE(dlg->isVisible());
-    }
-    {
-        auto dlg = Make(3, 6, 2);
-        dlg->show();
-        dlg->txtBadMove->setText("Nc3");
-        dlg->close();
-        EXPECT_EQ(dlg->FixMoveAction, 3);
-        EXPECT_FALSE(dlg->isVisible());
-    }
-    EXPECT_EQ(game_->GameMoves[3], "Nf3");
 }
 
-TEST_F(FixMoveDialogTest, BoardShowsThePositionAheadOfTheBadMove) {
+TEST_F(FixMoveDialogTest, BoardShowsThePositionAheadOfTheBadMoveFromEitherSide) {
     board_.SetCode(2, 5, "no");
     board_.SetCode(4, 5, "wp");  // 1. e4 played
     const std::string layout = board_.BoardToLayout();
-    auto dlg = Make(2, 6, 2);
-    EXPECT_EQ(dlg->board->Entries(), layout);
-    EXPECT_EQ(dlg->board->Picture(28), 'P');  // e4
-    EXPECT_EQ(dlg->board->Picture(12), '0');  // e2
-    EXPECT_EQ(dlg->board->Caption(0), "a");
-    EXPECT_EQ(dlg->board->Caption(8), "1");
+    for (bool reversed : {false, true}) {
+        SCOPED_TRACE(reversed ? "reversed" : "White below");
+        vantrel::bReverseSides = reversed;
+        auto dlg = Make(2, 6, 2);
+        EXPECT_EQ(dlg->board->Entries(), reversed ? std::string(layout.rbegin(), layout.rend()) : layout);
+        EXPECT_EQ(dlg->board->Picture(reversed ? 63 - 28 : 28), 'P');  // e4
+        EXPECT_EQ(dlg->board->Picture(reversed ? 63 - 12 : 12), '0');  // e2
+        EXPECT_EQ(dlg->board->Caption(0), reversed ? "h" : "a");
+        EXPECT_EQ(dlg->board->Caption(8), reversed ? "8" : "1");
+    }
     EXPECT_TRUE(messages_.messages.empty());
 }
 
-TEST_F(FixMoveDialogTest, BoardFollowsTheReversedSides) {
-    board_.SetCode(2, 5, "no");
-    board_.SetCode(4, 5, "wp");
-    const std::string layout = board_.BoardToLayout();
-    vantrel::bReverseSides = true;
-    auto dlg = Make(2, 6, 2);
-    vantrel::bReverseSides = false;
-    EXPECT_EQ(dlg->board->Entries(), std::string(layout.rbegin(), layout.rend()));
-    EXPECT_EQ(dlg->board->Picture(63 - 28), 'P');
-    EXPECT_EQ(dlg->board->Caption(0), "h");
-    EXPECT_EQ(dlg->board->Caption(15), "1");
+TEST_F(FixMoveDialogTest, ALongGameOpensOnTheMovesJustAheadOfTheBadOne) {
+    for (int i = 1; i <= 80; ++i) game_->GameMoves[static_cast<size_t>(i)] = "m" + std::to_string(i);
+    auto dlg = Make(79, 80, 2);
+    dlg->show();
+    QCoreApplication::processEvents();
+    const QScrollBar* before = dlg->txtMovesBefore->verticalScrollBar();
+    ASSERT_GT(before->maximum(), 0) << "the box must be too small for 39 lines";
+    EXPECT_EQ(before->value(), before->maximum());
 }
