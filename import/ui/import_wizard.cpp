@@ -21,6 +21,7 @@
 #include <QVBoxLayout>
 
 #include "import/ui/fix_move_dialog.h"
+#include "import/ui/tab_chain.h"
 #include "shell/dialogs.h"
 #include "shell/forms.h"
 #include "shell/help_window.h"
@@ -208,23 +209,9 @@ frmImportWizard::frmImportWizard(QWidget* parent) : QDialog(parent) {
     outer->addLayout(buttons);
 
     // Next comes first in the tab order and has the focus at start.
-    setTabOrder(cmdNext, cmdCancel);
-    setTabOrder(cmdCancel, cmdHelp);
-    setTabOrder(cmdHelp, cmdBack);
-    setTabOrder(cmdBack, optImportType[0]);
-    setTabOrder(optImportType[0], optImportType[1]);
-    QWidget* previous = optImportType[1];
-    for (auto* tag : chkTag) {
-        setTabOrder(previous, tag);
-        previous = tag;
-    }
-    setTabOrder(previous, chkIgnoreQuestion);
-    setTabOrder(chkIgnoreQuestion, txtInFile);
-    setTabOrder(txtInFile, cmdBrowseInFile);
-    setTabOrder(cmdBrowseInFile, txtBookName);
-    setTabOrder(txtBookName, txtCommentStart);
-    setTabOrder(txtCommentStart, txtCommentEnd);
-    setTabOrder(txtCommentEnd, lstStatus);
+    ui::SetTabChain({cmdNext, cmdCancel, cmdHelp, cmdBack, optImportType[0], optImportType[1], chkTag[0], chkTag[1],
+                     chkTag[2], chkTag[3], chkTag[4], chkTag[5], chkTag[6], chkIgnoreQuestion, txtInFile,
+                     cmdBrowseInFile, txtBookName, txtCommentStart, txtCommentEnd, lstStatus});
     cmdNext->setFocus();
 
     connect(cmdNext, &QPushButton::clicked, this, &frmImportWizard::cmdNext_Click);
@@ -422,6 +409,17 @@ import::ImportOptions frmImportWizard::Options() const {
     return o;
 }
 
+template <typename Step>
+bool frmImportWizard::Guarded(Step step) {
+    // A failure the store did not foresee is shown, and the step has failed.
+    try {
+        return step();
+    } catch (const std::exception& e) {
+        ShowError(e.what(), 0);
+        return false;
+    }
+}
+
 bool frmImportWizard::RunImport() {
     FlagGuard running(runActive_);
     const QString bookName = TrimBlanks(txtBookName->text());
@@ -436,14 +434,7 @@ bool frmImportWizard::RunImport() {
     const import::ImportOptions options = Options();
     import::ImportSession session;
 
-    bool built = false;
-    try {
-        built = import::BuildTree(options, *this, session);
-    } catch (const std::exception& e) {
-        ShowError(e.what(), 0);
-        built = false;
-    }
-    if (!built) {
+    if (!Guarded([&] { return import::BuildTree(options, *this, session); })) {
         lstStatus->addItem(ImportRunning ? QStringLiteral("Couldn't parse moves list")
                                          : QStringLiteral("Import cancelled by user"));
         unsetCursor();
@@ -452,14 +443,7 @@ bool frmImportWizard::RunImport() {
 
     lstStatus->addItem(QStringLiteral("Creating library '") + bookName + QStringLiteral(".vnb'"));
 
-    bool written = false;
-    try {
-        written = import::WriteLibrary(options, *this, session);
-    } catch (const std::exception& e) {
-        ShowError(e.what(), 0);
-        written = false;
-    }
-    if (!written) {
+    if (!Guarded([&] { return import::WriteLibrary(options, *this, session); })) {
         lstStatus->addItem(QStringLiteral("Couldn't create library '") + bookName + QStringLiteral(".vnb'"));
         unsetCursor();
         return false;

@@ -98,6 +98,10 @@ private:
     void ShowPage(int16_t page);
     // A close other than by the buttons: true if the window may go now.
     bool CloseRequested();
+    // Runs one step of the import; an unexpected failure in it is shown and
+    // counts as a failed step.
+    template <typename Step>
+    bool Guarded(Step step);
     void Unload(int result);
 
     bool runActive_ = false;
