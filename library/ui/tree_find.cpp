@@ -21,12 +21,8 @@ void frmTreeView::Find(const std::string& szBoard) {
     iSearchStart = static_cast<int16_t>(GetSelectedIndex());
     // From the node after the selected one to the last, then from the first
     // up to the selected node itself, which is tried last.
-    const int n = contents_.tree.Count();
-    int result = 0;
-    if (iSearchStart < n) result = FindInRange(iSearchStart + 1, n);
-    if (result == 0) result = FindInRange(1, iSearchStart);
-    int node = result;
-    if (result <= 0) {
+    int node = library::FindFromStart(contents_.tree, szSearchBoard, iSearchStart);
+    if (node <= 0) {
         NoMatch();
         node = iSearchStart;
     }

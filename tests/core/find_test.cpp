@@ -24,21 +24,11 @@ TreeModel MakeTree(int n, std::set<int> matches) {
 
 TEST(FindInRange, ReturnsTheFirstMatchInsideTheRangeOnly) {
     TreeModel tree = MakeTree(10, {3, 6, 8});
-    EXPECT_EQ(FindInRange(tree, kTarget, 1, 10), 3);
-    EXPECT_EQ(FindInRange(tree, kTarget, 4, 10), 6);
-    EXPECT_EQ(FindInRange(tree, kTarget, 7, 8), 8);
-    EXPECT_EQ(FindInRange(tree, kTarget, 4, 5), 0);
-    EXPECT_EQ(FindInRange(tree, kTarget, 9, 10), 0);
-    EXPECT_EQ(FindInRange(tree, kTarget, 3, 3), 3);
-}
-
-TEST(FindInRange, AnEmptyRangeReadsNothing) {
-    TreeModel tree = MakeTree(10, {3, 6, 8});
-    EXPECT_EQ(FindInRange(tree, kTarget, 4, 3), 0);
-    EXPECT_EQ(FindInRange(tree, kTarget, 11, 10), 0);
-    EXPECT_EQ(FindInRange(tree, kTarget, 9, 1), 0);
-    TreeModel empty;
-    EXPECT_EQ(FindInRange(empty, kTarget, 1, 0), 0);
+    // {from, to, result}; an empty range reads nothing.
+    const int cases[][3] = {{1, 10, 3}, {4, 10, 6}, {7, 8, 8}, {4, 5, 0}, {9, 10, 0},
+                            {3, 3, 3},  {4, 3, 0},  {11, 10, 0}, {9, 1, 0}};
+    for (const auto& c : cases) EXPECT_EQ(FindInRange(tree, kTarget, c[0], c[1]), c[2]) << c[0] << ".." << c[1];
+    EXPECT_EQ(FindInRange(TreeModel(), kTarget, 1, 0), 0);
 }
 
 TEST(FindInRange, ComparesTheWholeStringCaseSensitively) {
@@ -55,32 +45,59 @@ TEST(FindInRange, ComparesTheWholeStringCaseSensitively) {
     EXPECT_EQ(FindInRange(tree, std::string(64, '0'), 1, 4), 0);
 }
 
-TEST(FindFromStart, BeginsBehindTheSelectionAndWrapsToIt) {
-    TreeModel tree = MakeTree(10, {3, 8});
-    EXPECT_EQ(FindFromStart(tree, kTarget, 5), 8);
-    EXPECT_EQ(FindFromStart(tree, kTarget, 8), 3);  // 9..10 then 1..8
-    EXPECT_EQ(FindFromStart(tree, kTarget, 2), 3);
-    EXPECT_EQ(FindFromStart(tree, kTarget, 9), 3);
+// A walk on a tree of n nodes with matches at the given nodes.
+struct Walk {
+    int n;
+    std::set<int> matches;
+    int current;  // the selection (Find Next only)
+    int start;    // iSearchStart
+    int result;
+};
+
+TEST(FindFromStart, BeginsBehindTheSelectionWrapsAndTriesItLast) {
+    const Walk walks[] = {
+        {10, {3, 8}, 0, 5, 8},    {10, {3, 8}, 0, 8, 3},  // 9..10 then 1..8
+        {10, {3, 8}, 0, 2, 3},    {10, {3, 8}, 0, 9, 3},
+        {10, {4, 10}, 0, 10, 4},  {10, {10}, 0, 10, 10},  // the last node selected: 1..N
+        {10, {6}, 0, 6, 6},       {10, {6}, 0, 1, 6},     // the selected node as only match
+        {10, {}, 0, 6, 0},        {1, {1}, 0, 1, 1},      // one node: compared through 1..1
+        {1, {}, 0, 1, 0},
+    };
+    for (const Walk& w : walks) {
+        EXPECT_EQ(FindFromStart(MakeTree(w.n, w.matches), kTarget, w.start), w.result)
+            << "N " << w.n << ", start " << w.start;
+    }
 }
 
-TEST(FindFromStart, LastNodeSelectedWalksFromTheFirstAndTriesItLast) {
-    TreeModel tree = MakeTree(10, {4, 10});
-    EXPECT_EQ(FindFromStart(tree, kTarget, 10), 4);
-    TreeModel onlyLast = MakeTree(10, {10});
-    EXPECT_EQ(FindFromStart(onlyLast, kTarget, 10), 10);
-}
-
-TEST(FindFromStart, TheSelectedNodeAsOnlyMatchIsFoundLast) {
-    TreeModel tree = MakeTree(10, {6});
-    EXPECT_EQ(FindFromStart(tree, kTarget, 6), 6);
-    EXPECT_EQ(FindFromStart(tree, kTarget, 1), 6);
-    TreeModel none = MakeTree(10, {});
-    EXPECT_EQ(FindFromStart(none, kTarget, 6), 0);
-}
-
-TEST(FindFromStart, OneNodeTreeComparesThatNode) {
-    EXPECT_EQ(FindFromStart(MakeTree(1, {1}), kTarget, 1), 1);
-    EXPECT_EQ(FindFromStart(MakeTree(1, {}), kTarget, 1), 0);
+TEST(FindNextFrom, TheFirstRangeByTheSelectionAndTheWrapOnlyAtTheEnd) {
+    const Walk walks[] = {
+        // C = 1: 2..S.
+        {10, {1, 4, 7}, 1, 5, 4},
+        {10, {1, 4, 7}, 1, 3, 0},  // 2..3: no wrap, 7 is not reached
+        {10, {1, 4, 7}, 1, 1, 0},  // 2..1 is empty
+        {10, {1}, 1, 10, 1},       // 2..N ends at N, so the pass wraps to 1..N
+        {1, {1}, 1, 1, 1},         // one node: 2..1, then 1..1
+        {1, {}, 1, 1, 0},
+        // C = N: 1..S.
+        {10, {2, 7}, 10, 5, 2},
+        {10, {2, 7}, 10, 1, 0},  // 1..1 only
+        {10, {10}, 10, 10, 10},
+        {10, {10}, 10, 5, 0},
+        // 1 < C < S: C + 1..S, no wrap; the selection itself is not compared.
+        {10, {1, 8}, 2, 5, 0},
+        {10, {1, 4, 8}, 2, 5, 4},
+        {10, {3}, 3, 5, 0},
+        // S <= C < N: C + 1..N, then 1..S.
+        {10, {2, 9}, 5, 5, 9},
+        {10, {2, 9}, 9, 5, 2},
+        {10, {2, 9}, 7, 5, 9},
+        {10, {6}, 7, 5, 0},
+        {10, {5}, 5, 5, 5},  // a match on S > 1 keeps the pass going
+    };
+    for (const Walk& w : walks) {
+        EXPECT_EQ(FindNextFrom(MakeTree(w.n, w.matches), kTarget, w.current, w.start), w.result)
+            << "N " << w.n << ", C " << w.current << ", S " << w.start;
+    }
 }
 
 TEST(FindNextFrom, TheWorkedPassOfTenNodes) {
@@ -91,61 +108,6 @@ TEST(FindNextFrom, TheWorkedPassOfTenNodes) {
     const int second = FindNextFrom(tree, kTarget, first, 5);  // 9..10, then 1..5
     ASSERT_EQ(second, 3);
     EXPECT_EQ(FindNextFrom(tree, kTarget, second, 5), 0);  // 4..5, no wrap
-    EXPECT_EQ(FindNextFrom(tree, kTarget, second, 5), 0);  // and again
-}
-
-TEST(FindNextFrom, FirstNodeSelectedRunsFromTheSecondToTheStart) {
-    TreeModel tree = MakeTree(10, {1, 4, 7});
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 1, 5), 4);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 1, 3), 0);  // 2..3: no wrap, 7 is not reached
-    // Started at 1: the range 2..1 is empty and nothing is compared.
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 1, 1), 0);
-    // Started at the last node: 2..N ends at N, so the pass wraps to 1..N.
-    TreeModel onlyFirst = MakeTree(10, {1});
-    EXPECT_EQ(FindNextFrom(onlyFirst, kTarget, 1, 10), 1);
-}
-
-TEST(FindNextFrom, OneNodeTreeComparesItThroughTheSecondRange) {
-    EXPECT_EQ(FindNextFrom(MakeTree(1, {1}), kTarget, 1, 1), 1);
-    EXPECT_EQ(FindNextFrom(MakeTree(1, {}), kTarget, 1, 1), 0);
-}
-
-TEST(FindNextFrom, LastNodeSelectedRunsFromTheFirstToTheStart) {
-    TreeModel tree = MakeTree(10, {2, 7});
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 10, 5), 2);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 10, 1), 0);  // 1..1 only, 7 never reached
-    TreeModel onlyLast = MakeTree(10, {10});
-    // Started at N: 1..N, then (ended at N) 1..N again; node 10 is found.
-    EXPECT_EQ(FindNextFrom(onlyLast, kTarget, 10, 10), 10);
-    EXPECT_EQ(FindNextFrom(onlyLast, kTarget, 10, 5), 0);
-}
-
-TEST(FindNextFrom, SelectionMovedBeforeTheStartEndsAtTheStartWithoutWrapping) {
-    TreeModel tree = MakeTree(10, {1, 8});
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 2, 5), 0);  // 3..5 only
-    TreeModel inRange = MakeTree(10, {1, 4, 8});
-    EXPECT_EQ(FindNextFrom(inRange, kTarget, 2, 5), 4);
-    // The selected node itself is not compared again.
-    TreeModel onSelection = MakeTree(10, {3});
-    EXPECT_EQ(FindNextFrom(onSelection, kTarget, 3, 5), 0);
-}
-
-TEST(FindNextFrom, SelectionAtOrBehindTheStartRunsToTheEndAndWraps) {
-    TreeModel tree = MakeTree(10, {2, 9});
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 5, 5), 9);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 9, 5), 2);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 7, 5), 9);
-    TreeModel behindOnly = MakeTree(10, {6});
-    EXPECT_EQ(FindNextFrom(behindOnly, kTarget, 7, 5), 0);  // 8..10, 1..5
-}
-
-TEST(FindNextFrom, AMatchOnTheStartNodeKeepsThePassGoing) {
-    // S a match and S > 1: reaching S puts C on S, and the next call starts
-    // a new pass behind it.
-    TreeModel tree = MakeTree(10, {5});
-    EXPECT_EQ(FindFromStart(tree, kTarget, 5), 5);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 5, 5), 5);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, 5, 5), 5);
 }
 
 }  // namespace

@@ -4,16 +4,14 @@
 #include <QPushButton>
 #include <set>
 
-#include "board/search_window.h"
-#include "chess/board.h"
-#include "shell_fixture.h"
+#include "search_fixture.h"
 
 using namespace vantrel;
 using namespace vantrel::testing;
 
 namespace {
 
-const std::string kStart(chess::kInitialLayout);
+const std::string& kStart = kStartLayout;
 const std::string kTarget = "RNBQKBNRPPPP0PPP000000000000P0000000000000000000pppppppprnbqkbnr";
 
 // A position of its own for node i, so that only chosen nodes match.
@@ -35,11 +33,10 @@ LibraryBuilder Ten(std::set<int> matches, const std::string& book = "Ten") {
     return lib;
 }
 
-class FindTest : public FrameTest {
+class FindTest : public SearchTest {
 protected:
     void SetUp() override {
-        FrameTest::SetUp();
-        FrmSearchTree::szSetupBoard.clear();
+        SearchTest::SetUp();
         // The dialog searches for whatever `search` holds, or cancels.
         onModal = [this](QDialog& dialog) {
             auto* form = qobject_cast<FrmSearchTree*>(&dialog);
@@ -56,11 +53,6 @@ protected:
             return form->result();
         };
     }
-    void TearDown() override {
-        FrmSearchTree::szSetupBoard.clear();
-        FrameTest::TearDown();
-    }
-
     static void Select(frmTreeView* form, int node) {
         form->SelectNode(node);
         form->tvTreeView_NodeClick(node);
@@ -121,31 +113,6 @@ TEST_F(FindTest, NoMatchKeepsAndShowsTheStartNode) {
     EXPECT_TRUE(form->CurrentSearch()) << "the search stays in force";
 }
 
-TEST_F(FindTest, TheSelectedNodeAsOnlyMatchIsFoundWithoutAMessage) {
-    StartFrame();
-    frmTreeView* form = Open(Ten({6}));
-    ASSERT_NE(form, nullptr);
-    Select(form, 6);
-    messages.messages.clear();
-    forms::TreeViews().Find();
-    EXPECT_EQ(Selected(form), 6);
-    EXPECT_TRUE(messages.messages.empty());
-}
-
-TEST_F(FindTest, SelectionMovedBeforeTheStartEndsTheWalkThere) {
-    StartFrame();
-    frmTreeView* form = Open(Ten({1, 8}));
-    ASSERT_NE(form, nullptr);
-    Select(form, 5);
-    forms::TreeViews().Find();
-    ASSERT_EQ(Selected(form), 8);
-    Select(form, 2);  // the user clicks a node before the start
-    messages.messages.clear();
-    forms::TreeViews().FindNext();  // 3..5 only: node 8 and node 1 are not reached
-    EXPECT_EQ(messages.Texts(), QStringList{"No match found"});
-    EXPECT_EQ(Selected(form), 2);
-}
-
 TEST_F(FindTest, WithNoLibraryBothCommandsSayNoOpenLibraries) {
     StartFrame();
     forms::TreeViews().Find();
@@ -164,17 +131,18 @@ TEST_F(FindTest, FindNextWithoutASearchOpensTheDialog) {
     EXPECT_EQ(Selected(form), 4);
 }
 
-TEST_F(FindTest, CancelAndTheCloseBoxLeaveTheWindowAlone) {
+TEST_F(FindTest, CancelAndTheCloseBoxLeaveTheWindowAndItsSearchAlone) {
     StartFrame();
-    frmTreeView* form = Open(Ten({4}));
+    frmTreeView* form = Open(Ten({3, 8}));
     ASSERT_NE(form, nullptr);
+    Select(form, 5);
+    forms::TreeViews().Find();
+    ASSERT_EQ(Selected(form), 8);
     Select(form, 2);
+
     cancel = true;
     forms::TreeViews().Find();
-    EXPECT_EQ(dialogs, 1);
-    EXPECT_FALSE(form->CurrentSearch());
-    EXPECT_EQ(Selected(form), 2);
-
+    EXPECT_EQ(dialogs, 2);
     // The close box of the dialog counts as Cancel.
     onModal = [this](QDialog& dialog) {
         ++dialogs;
@@ -183,25 +151,13 @@ TEST_F(FindTest, CancelAndTheCloseBoxLeaveTheWindowAlone) {
         return dialog.result();
     };
     forms::TreeViews().Find();
-    EXPECT_EQ(dialogs, 2);
-    EXPECT_FALSE(form->CurrentSearch());
+    EXPECT_EQ(dialogs, 3);
     EXPECT_EQ(Selected(form), 2);
-    EXPECT_TRUE(messages.messages.empty());
-}
-
-TEST_F(FindTest, ACancelledFindLeavesTheLastSearchInForce) {
-    StartFrame();
-    frmTreeView* form = Open(Ten({3, 8}));
-    ASSERT_NE(form, nullptr);
-    Select(form, 5);
-    forms::TreeViews().Find();
-    ASSERT_EQ(Selected(form), 8);
-    cancel = true;
-    forms::TreeViews().Find();
     EXPECT_EQ(form->szSearchBoard, kTarget);
     EXPECT_EQ(form->iSearchStart, 5);
-    cancel = false;
-    forms::TreeViews().FindNext();
+    EXPECT_TRUE(messages.messages.empty());
+
+    forms::TreeViews().FindNext();  // 3..5: the search goes on where it stood
     EXPECT_EQ(Selected(form), 3);
 }
 

@@ -5,9 +5,7 @@
 #include <QPushButton>
 
 #include "board/board_view.h"
-#include "board/search_window.h"
-#include "chess/board.h"
-#include "shell_fixture.h"
+#include "search_fixture.h"
 
 using namespace vantrel;
 using namespace vantrel::testing;
@@ -15,13 +13,8 @@ using board::DragSource;
 
 namespace {
 
-const std::string kStart(chess::kInitialLayout);
+const std::string& kStart = kStartLayout;
 const std::string kEmpty(64, '0');
-
-std::string With(std::string s, int square, char c) {
-    s.replace(static_cast<std::size_t>(square), 1, 1, c);
-    return s;
-}
 
 LibraryBuilder OneNode(const std::string& book, const std::string& layout) {
     LibraryBuilder lib(book);
@@ -29,17 +22,8 @@ LibraryBuilder OneNode(const std::string& book, const std::string& layout) {
     return lib;
 }
 
-class SearchWindowTest : public FrameTest {
+class SearchWindowTest : public SearchTest {
 protected:
-    void SetUp() override {
-        FrameTest::SetUp();
-        FrmSearchTree::szSetupBoard.clear();
-    }
-    void TearDown() override {
-        FrmSearchTree::szSetupBoard.clear();
-        FrameTest::TearDown();
-    }
-
     // Delivers a drag of `payload` that enters `target` and is dropped at
     // `at`; whether the drop was taken.
     static bool Drop(QWidget* target, QPointF at, const QByteArray& payload) {
@@ -112,6 +96,8 @@ TEST_F(SearchWindowTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPosition) {
         FrmSearchTree f;
         f.Form_Load();
         EXPECT_EQ(FrmSearchTree::szSetupBoard, e4);
+        EXPECT_TRUE(f.lblLibSelect->isHidden()) << "one library: no selector";
+        EXPECT_TRUE(f.cboLibSelect->isHidden());
         EXPECT_EQ(f.Board()->Picture(28), 'P');
         EXPECT_EQ(f.Squares().Tag(28), "P28");
         EXPECT_FALSE(f.Palette[0]->pixmap().isNull());
@@ -198,15 +184,6 @@ TEST_F(SearchWindowTest, SearchAtOnceHandsOverTheKeptPositionInBothOrientations)
     }
 }
 
-TEST_F(SearchWindowTest, OneLibraryHidesTheSelector) {
-    StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
-    FrmSearchTree f;
-    f.Form_Load();
-    EXPECT_TRUE(f.lblLibSelect->isHidden());
-    EXPECT_TRUE(f.cboLibSelect->isHidden());
-}
-
 TEST_F(SearchWindowTest, ThreeLibrariesShowTheSelectorAndAChoiceTakesEffectAtOnce) {
     StartFrame();
     const std::string second = With(kStart, 27, 'N');
@@ -256,29 +233,16 @@ TEST_F(SearchWindowTest, DropEventsOnTheBoardAndTheTrashBecomeDrops) {
     EXPECT_TRUE(DropOnSquare(f, 20, f.DragPayload(DragSource::Square(12))));
     // The rook of a1 into the trash.
     EXPECT_TRUE(DropOnTrash(f, f.DragPayload(DragSource::Square(0))));
-    // A drag from another dialog is not taken.
+    // A drag from another dialog, or of anything else, is not taken.
     FrmSearchTree other;
     EXPECT_FALSE(DropOnSquare(f, 36, other.DragPayload(DragSource::Palette(5))));
     EXPECT_FALSE(DropOnSquare(f, 37, QByteArray("garbage")));
     EXPECT_FALSE(DropOnTrash(f, other.DragPayload(DragSource::Square(4))));
+    EXPECT_FALSE(DropOnTrash(f, f.DragPayload(DragSource{})));
     f.ReadBoard();
     EXPECT_EQ(FrmSearchTree::szSetupBoard, With(With(With(With(kStart, 28, 'n'), 12, '0'), 20, 'P'), 0, '0'));
     EXPECT_EQ(f.Board()->Picture(28), 'n');
     EXPECT_EQ(f.Board()->Picture(0), '0');
-}
-
-TEST_F(SearchWindowTest, PayloadsNameTheirSourceAndTheirDialog) {
-    FrmSearchTree f;
-    DragSource s;
-    ASSERT_TRUE(f.ReadPayload(f.DragPayload(DragSource::Palette(11)), s));
-    EXPECT_EQ(s.kind, DragSource::Kind::Palette);
-    EXPECT_EQ(s.index, 11);
-    ASSERT_TRUE(f.ReadPayload(f.DragPayload(DragSource::Square(63)), s));
-    EXPECT_EQ(s.kind, DragSource::Kind::Square);
-    EXPECT_EQ(s.index, 63);
-    EXPECT_FALSE(f.ReadPayload(f.DragPayload(DragSource{}), s));
-    FrmSearchTree other;
-    EXPECT_FALSE(f.ReadPayload(other.DragPayload(DragSource::Square(1)), s));
 }
 
 }  // namespace
