@@ -93,87 +93,47 @@ TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {
     EXPECT_THROW(CollectPrintPath(c.tree, 203), PrintError);
 }
 
-TEST(PrintRows, TheWorkedExampleLineForLine) {
-    Chain c;
-    c.Add("e4: a");
-    c.Add("e5");
-    c.Add("Nf3", "Develops the knight.");
-    c.Add("Nc6");
-    int last = c.Add("Bb5");
-    EXPECT_EQ(c.FileLines(last), (Lines{
-                                     " a",
-                                     "",
-                                     "  1. e4              : a",
-                                     "  1. .....   e5   ",
-                                     "  2. Nf3  ",
-                                     "",
-                                     "Develops the knight.",
-                                     "",
-                                     "  2. .....   Nc6  ",
-                                     "  3. Bb5  ",
-                                 }));
-}
-
-TEST(PrintRows, ADepthOneNodeWithoutNameGivesOneLine) {
-    Chain c;
-    c.Add("d4");
-    EXPECT_EQ(c.FileLines(1), (Lines{"  1. d4   "}));
-}
-
-TEST(PrintRows, WhiteAndBlackShareARowAndTheLastWhiteMoveIsPrinted) {
-    Chain c;
-    c.Add("e4");
-    c.Add("c5");
-    c.Add("Nf3");
-    EXPECT_EQ(c.FileLines(2), (Lines{"  1. e4    - c5   "}));
-    EXPECT_EQ(c.FileLines(3), (Lines{"  1. e4    - c5   ", "  2. Nf3  "}));
-}
-
-TEST(PrintRows, ACommentOnWhiteBreaksTheRow) {
-    Chain c;
-    c.Add("e4", "Best by test");
-    c.Add("e5");
-    EXPECT_EQ(c.FileLines(2), (Lines{"  1. e4   ", "", "Best by test", "", "  1. .....   e5   "}));
-    // A white move with both a name and a comment writes its row once.
-    Chain d;
-    d.Add("e4: King's pawn", "Best by test");
-    d.Add("e5");
-    EXPECT_EQ(d.FileLines(2), (Lines{" King's pawn", "", "  1. e4              : King's pawn", "", "Best by test",
-                                     "", "  1. .....   e5   "}));
-}
-
-TEST(PrintRows, ACommentOnBlackDoesNotBreakTheNextRow) {
-    Chain c;
-    c.Add("e4");
-    c.Add("e5", "Symmetry");
-    c.Add("Nf3");
-    c.Add("Nc6");
-    EXPECT_EQ(c.FileLines(4),
-              (Lines{"  1. e4    - e5   ", "", "Symmetry", "", "  2. Nf3   - Nc6  "}));
-}
-
-TEST(PrintRows, NamesOnBlackFollowTheRowOrTheDots) {
-    Chain c;
-    c.Add("e4");
-    c.Add("c5: Sicilian");
-    EXPECT_EQ(c.FileLines(2), (Lines{" Sicilian", "", "  1. e4    - c5      : Sicilian"}));
-    Chain d;
-    d.Add("e4: Open");
-    d.Add("c5: Sicilian");
-    EXPECT_EQ(d.FileLines(2), (Lines{" Sicilian", "", "  1. e4              : Open",
-                                     "  1. .....   c5      : Sicilian"}));
-}
-
-TEST(PrintRows, TheNameIsEverythingBehindTheFirstColon) {
-    Chain c;
-    c.Add("e4: Game: 2nd round");
-    EXPECT_EQ(c.FileLines(1), (Lines{" Game: 2nd round", "", "  1. e4              : Game: 2nd round"}));
-}
-
-TEST(PrintRows, LineBreaksInACommentBecomeLinesOfTheFile) {
-    Chain c;
-    c.Add("e4", "First line\r\nSecond line");
-    EXPECT_EQ(c.FileLines(1), (Lines{"  1. e4   ", "", "First line", "Second line", ""}));
+TEST(PrintRows, RowsNamesAndCommentsOfALine) {
+    struct Node {
+        std::string text, comment;
+    };
+    struct Case {
+        const char* what;
+        std::vector<Node> line;  // a chain; the last node is the one clicked
+        Lines file;
+    };
+    const Case cases[] = {
+        {"the worked example",
+         {{"e4: a", ""}, {"e5", ""}, {"Nf3", "Develops the knight."}, {"Nc6", ""}, {"Bb5", ""}},
+         {" a", "", "  1. e4              : a", "  1. .....   e5   ", "  2. Nf3  ", "", "Develops the knight.", "",
+          "  2. .....   Nc6  ", "  3. Bb5  "}},
+        {"a node at depth 1", {{"d4", ""}}, {"  1. d4   "}},
+        {"white and black share a row", {{"e4", ""}, {"c5", ""}}, {"  1. e4    - c5   "}},
+        {"the last white move is printed", {{"e4", ""}, {"c5", ""}, {"Nf3", ""}}, {"  1. e4    - c5   ", "  2. Nf3  "}},
+        {"a comment on white breaks the row",
+         {{"e4", "Best by test"}, {"e5", ""}},
+         {"  1. e4   ", "", "Best by test", "", "  1. .....   e5   "}},
+        {"name and comment on white write the row once",
+         {{"e4: King's pawn", "Best by test"}, {"e5", ""}},
+         {" King's pawn", "", "  1. e4              : King's pawn", "", "Best by test", "", "  1. .....   e5   "}},
+        {"a comment on black does not break the next row",
+         {{"e4", ""}, {"e5", "Symmetry"}, {"Nf3", ""}, {"Nc6", ""}},
+         {"  1. e4    - e5   ", "", "Symmetry", "", "  2. Nf3   - Nc6  "}},
+        {"a name on black follows the row", {{"e4", ""}, {"c5: Sicilian", ""}},
+         {" Sicilian", "", "  1. e4    - c5      : Sicilian"}},
+        {"a name on black follows the dots", {{"e4: Open", ""}, {"c5: Sicilian", ""}},
+         {" Sicilian", "", "  1. e4              : Open", "  1. .....   c5      : Sicilian"}},
+        {"the name is all behind the first colon", {{"e4: Game: 2nd round", ""}},
+         {" Game: 2nd round", "", "  1. e4              : Game: 2nd round"}},
+        {"line breaks in a comment become lines", {{"e4", "First line\r\nSecond line"}},
+         {"  1. e4   ", "", "First line", "Second line", ""}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Chain chain;
+        for (const Node& n : c.line) chain.Add(n.text, n.comment);
+        EXPECT_EQ(chain.FileLines(chain.tree.Count()), c.file);
+    }
 }
 
 TEST(PrintWrap, ShortCommentsStayWholeAndTheLastLineMayHave71Characters) {

@@ -10,64 +10,54 @@ namespace vantrel::board {
 namespace {
 
 const std::string kStart(kStartLayout);
+const std::string kEmpty = EmptyLayout();
 
 std::string Layout(std::string s, int square, char c) {
     s.replace(static_cast<std::size_t>(square), 1, 1, c);
     return s;
 }
 
-TEST(SetupBoardDisplay, TagsCarryTheCharacterAndTheSquareIndex) {
+SetupBoard Drawn(const std::string& layout, bool reversed = false) {
     SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
+    EXPECT_TRUE(b.Display(layout, reversed));
+    return b;
+}
+
+TEST(SetupBoardDisplay, TagsCarryTheCharacterAndTheSquareIndexInBothOrientations) {
+    SetupBoard b = Drawn(kStart);
     EXPECT_EQ(b.Tag(0), "R00");
     EXPECT_EQ(b.Tag(4), "K04");
     EXPECT_EQ(b.Tag(17), "017");
     EXPECT_EQ(b.Tag(63), "r63");
-    EXPECT_EQ(b.Picture(0), 'R');
     EXPECT_EQ(b.Picture(17), '0');
     EXPECT_EQ(b.Read(false), kStart);
+
+    SetupBoard r = Drawn(kStart, true);
+    EXPECT_EQ(r.Picture(0), 'r');   // bottom left shows h8
+    EXPECT_EQ(r.Tag(3), "k03");     // e8 stands on screen square 3
+    EXPECT_EQ(r.Picture(63), 'R');  // top right shows a1
+    EXPECT_EQ(r.Read(true), kStart);
+    EXPECT_EQ(r.Read(false), std::string(kStart.rbegin(), kStart.rend()));
 }
 
-TEST(SetupBoardDisplay, ReversedPutsBlackAtTheBottomAndReadsBackInLayoutOrder) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, true));
-    EXPECT_EQ(b.Picture(0), 'r');   // bottom left shows h8
-    EXPECT_EQ(b.Tag(3), "k03");     // e8 stands on screen square 3
-    EXPECT_EQ(b.Picture(63), 'R');  // top right shows a1
-    EXPECT_EQ(b.Read(true), kStart);
-    // Read without the reversal gives the board turned round.
-    EXPECT_EQ(b.Read(false), std::string(kStart.rbegin(), kStart.rend()));
-}
-
-TEST(SetupBoardDisplay, AWrongLengthChangesNothing) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
-    EXPECT_FALSE(b.Display(EmptyLayout().substr(0, 63), false));
-    EXPECT_FALSE(b.Display(EmptyLayout() + "0", false));
-    EXPECT_FALSE(b.Display(EmptyLayout().substr(0, 60) + "    ", false));  // padded to 64
-    EXPECT_FALSE(b.Display("", false));
+TEST(SetupBoardDisplay, AWrongLengthOrAnUnknownCharacterLeavesSquaresAsTheyWere) {
+    SetupBoard b = Drawn(kStart);
+    for (const std::string& bad : {kEmpty.substr(0, 63), kEmpty + "0", kEmpty.substr(0, 60) + "    ", std::string()})
+        EXPECT_FALSE(b.Display(bad, false)) << '"' << bad << '"';
     EXPECT_EQ(b.Read(false), kStart);
-    // Blanks around 64 characters are not counted.
-    EXPECT_TRUE(b.Display("  " + EmptyLayout() + " ", false));
-}
+    EXPECT_TRUE(b.Display("  " + kEmpty + " ", false)) << "blanks around 64 characters are not counted";
 
-TEST(SetupBoardDisplay, AnUnknownCharacterLeavesThatSquareAsItWas) {
-    SetupBoard b;
     ASSERT_TRUE(b.Display(kStart, false));
-    ASSERT_TRUE(b.Display(Layout(EmptyLayout(), 0, 'x'), false));
+    ASSERT_TRUE(b.Display(Layout(kEmpty, 0, 'x'), false));
     EXPECT_EQ(b.Tag(0), "R00");
-    EXPECT_EQ(b.Picture(0), 'R');
     EXPECT_EQ(b.Tag(1), "001");
-    EXPECT_EQ(b.Read(false), Layout(EmptyLayout(), 0, 'R'));
+    EXPECT_EQ(b.Read(false), Layout(kEmpty, 0, 'R'));
     // Before any draw such a square has no tag and adds nothing to the result.
-    SetupBoard fresh;
-    ASSERT_TRUE(fresh.Display(Layout(EmptyLayout(), 5, 'x'), false));
-    EXPECT_EQ(fresh.Read(false).size(), 63u);
+    EXPECT_EQ(Drawn(Layout(kEmpty, 5, 'x')).Read(false).size(), 63u);
 }
 
 TEST(SetupBoardDisplay, ADrawUndoesEveryEdit) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
+    SetupBoard b = Drawn(kStart);
     b.DropOnSquare(DragSource::Square(12), 28);
     b.DropOnTrash(DragSource::Square(0));
     ASSERT_TRUE(b.Display(kStart, false));
@@ -76,111 +66,74 @@ TEST(SetupBoardDisplay, ADrawUndoesEveryEdit) {
     EXPECT_EQ(b.Tag(0), "R00");
 }
 
-TEST(SetupBoardDrops, EveryPalettePieceLandsWithItsCharacter) {
+TEST(SetupBoardDrops, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere) {
     const std::string expected = "PRNBQKprnbqk";
-    for (int p = 0; p < kPaletteSize; ++p) {
-        SCOPED_TRACE(std::string(kPaletteNames[static_cast<std::size_t>(p)]));
-        SetupBoard b;
-        ASSERT_TRUE(b.Display(EmptyLayout(), false));
-        const int target = 20 + p;
-        ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), target));
-        EXPECT_EQ(b.Read(false), Layout(EmptyLayout(), target, expected[static_cast<std::size_t>(p)]));
-        EXPECT_EQ(b.Picture(target), expected[static_cast<std::size_t>(p)]);
-        // The palette never runs out.
-        ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), 0));
-        EXPECT_EQ(b.Read(false)[0], expected[static_cast<std::size_t>(p)]);
-    }
     EXPECT_EQ(kPaletteNames[1], "imgWC");
     EXPECT_EQ(kPaletteNames[7], "imgBC");
-}
-
-TEST(SetupBoardDrops, APalettePieceReplacesWhatStoodThere) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
-    ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(10), 3));  // black queen on d1
-    EXPECT_EQ(b.Read(false), Layout(kStart, 3, 'q'));
-    EXPECT_EQ(b.Tag(3), "q03");
-}
-
-TEST(SetupBoardDrops, ReversedBoardDropOnTheSquareLabelledE4GivesE4) {
+    for (int p = 0; p < kPaletteSize; ++p) {
+        SCOPED_TRACE(std::string(kPaletteNames[static_cast<std::size_t>(p)]));
+        const char c = expected[static_cast<std::size_t>(p)];
+        SetupBoard b = Drawn(kStart);
+        const int target = 20 + p;
+        ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), target));
+        ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), 3));  // the palette never runs out
+        EXPECT_EQ(b.Read(false), Layout(Layout(kStart, target, c), 3, c));
+        EXPECT_EQ(b.Picture(target), c);
+        EXPECT_EQ(b.Tag(3), std::string(1, c) + "03");
+    }
     // Reversed, the square labelled e4 is screen square 63 - 28 = 35.
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(EmptyLayout(), true));
-    ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(0), 35));
-    EXPECT_EQ(b.Read(true), Layout(EmptyLayout(), 28, 'P'));
-    EXPECT_EQ(b.Tag(35), "P35");
+    SetupBoard r = Drawn(kEmpty, true);
+    ASSERT_TRUE(r.DropOnSquare(DragSource::Palette(0), 35));
+    EXPECT_EQ(r.Read(true), Layout(kEmpty, 28, 'P'));
+    EXPECT_EQ(r.Tag(35), "P35");
 }
 
-TEST(SetupBoardDrops, MovingAPieceEmptiesItsSquare) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
+TEST(SetupBoardDrops, MovingAPieceEmptiesItsSquareWhateverStoodOnTheTarget) {
+    SetupBoard b = Drawn(kStart);
     ASSERT_TRUE(b.DropOnSquare(DragSource::Square(12), 28));  // e2-e4
-    EXPECT_EQ(b.Read(false), Layout(Layout(kStart, 12, '0'), 28, 'P'));
     EXPECT_EQ(b.Tag(12), "0");
     EXPECT_EQ(b.Picture(12), '0');
     EXPECT_EQ(b.Tag(28), "P28");
     // A piece dropped on another takes its place; no chess rule is checked.
     ASSERT_TRUE(b.DropOnSquare(DragSource::Square(6), 28));
-    EXPECT_EQ(b.Read(false), Layout(Layout(Layout(kStart, 12, '0'), 6, '0'), 28, 'N'));
-}
-
-TEST(SetupBoardDrops, MovingOntoTheSamePieceStillEmptiesTheSource) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
-    ASSERT_TRUE(b.DropOnSquare(DragSource::Square(8), 9));  // white pawn on a white pawn
-    EXPECT_EQ(b.Read(false), Layout(kStart, 8, '0'));
+    // A white pawn onto a white pawn still empties the source.
+    ASSERT_TRUE(b.DropOnSquare(DragSource::Square(8), 9));
     EXPECT_EQ(b.Tag(9), "P09");
-    EXPECT_EQ(b.Tag(8), "0");
+    EXPECT_EQ(b.Read(false), Layout(Layout(Layout(Layout(kStart, 12, '0'), 6, '0'), 28, 'N'), 8, '0'));
 }
 
-TEST(SetupBoardDrops, DroppingAPieceOnItsOwnSquareChangesNothing) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
-    b.DropOnSquare(DragSource::Square(4), 4);
-    EXPECT_EQ(b.Read(false), kStart);
+TEST(SetupBoardDrops, DropsThatChangeNothing) {
+    SetupBoard b = Drawn(kStart);
+    b.DropOnSquare(DragSource::Square(4), 4);  // a piece on its own square
     EXPECT_EQ(b.Tag(4), "K04");
     EXPECT_EQ(b.Picture(4), 'K');
     // Also for a piece that came from elsewhere and took that square's index.
     b.DropOnSquare(DragSource::Square(12), 28);
     b.DropOnSquare(DragSource::Square(28), 28);
     EXPECT_EQ(b.Tag(28), "P28");
-    EXPECT_EQ(b.Read(false), Layout(Layout(kStart, 12, '0'), 28, 'P'));
-}
-
-TEST(SetupBoardDrops, AnEmptySquareDroppedAnywhereChangesNothing) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
-    EXPECT_FALSE(b.DropOnSquare(DragSource::Square(20), 4));  // drawn empty
-    b.DropOnSquare(DragSource::Square(12), 28);
-    EXPECT_FALSE(b.DropOnSquare(DragSource::Square(12), 3));  // emptied by a move
+    // Empty squares carry nothing: drawn empty, emptied by a move, by the trash.
     b.DropOnTrash(DragSource::Square(0));
-    EXPECT_FALSE(b.DropOnSquare(DragSource::Square(0), 1));  // emptied by the trash
+    EXPECT_FALSE(b.DropOnSquare(DragSource::Square(20), 4));
+    EXPECT_FALSE(b.DropOnSquare(DragSource::Square(12), 3));
+    EXPECT_FALSE(b.DropOnSquare(DragSource::Square(0), 1));
+    // From elsewhere, or off the board.
+    EXPECT_FALSE(b.DropOnSquare(DragSource{}, 20));
+    EXPECT_FALSE(b.DropOnSquare(DragSource::Palette(0), 64));
     EXPECT_EQ(b.Read(false), Layout(Layout(Layout(kStart, 12, '0'), 28, 'P'), 0, '0'));
-    EXPECT_EQ(b.Tag(4), "K04");
     EXPECT_EQ(b.Tag(1), "N01");
 }
 
 TEST(SetupBoardDrops, TheTrashEmptiesSquaresAndIgnoresThePalette) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
+    SetupBoard b = Drawn(kStart);
     EXPECT_TRUE(b.DropOnTrash(DragSource::Square(60)));
     EXPECT_EQ(b.Tag(60), "0");
     EXPECT_EQ(b.Picture(60), '0');
-    EXPECT_EQ(b.Read(false), Layout(kStart, 60, '0'));
     EXPECT_FALSE(b.DropOnTrash(DragSource::Palette(5)));
     EXPECT_FALSE(b.DropOnTrash(DragSource{}));
     EXPECT_EQ(b.Read(false), Layout(kStart, 60, '0'));
     // A square drawn empty goes to the trash too and gets the bare tag.
     EXPECT_TRUE(b.DropOnTrash(DragSource::Square(30)));
     EXPECT_EQ(b.Tag(30), "0");
-}
-
-TEST(SetupBoardDrops, ADropFromElsewhereChangesNothing) {
-    SetupBoard b;
-    ASSERT_TRUE(b.Display(kStart, false));
-    EXPECT_FALSE(b.DropOnSquare(DragSource{}, 20));
-    EXPECT_FALSE(b.DropOnSquare(DragSource::Palette(0), 64));
-    EXPECT_EQ(b.Read(false), kStart);
 }
 
 }  // namespace

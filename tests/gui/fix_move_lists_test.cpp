@@ -15,69 +15,48 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-std::unique_ptr<GameRecord> Game(const std::vector<std::string>& moves, const std::string& name = "A - B") {
+std::unique_ptr<GameRecord> Game(const std::vector<std::string>& moves) {
     auto game = std::make_unique<GameRecord>();
-    game->GameMoves[0] = name;
+    game->GameMoves[0] = "A - B";
     for (size_t i = 0; i < moves.size(); ++i) game->GameMoves[i + 1] = moves[i];
     return game;
 }
-
-const std::vector<std::string> kRuyLopez = {"e4", "e5", "Nf3", "Nc6", "Bb5", "a6"};
 
 }  // namespace
 
 TEST(FixMoveLists, CellPadsToSevenAndKeepsLongerText) {
     EXPECT_EQ(FixMoveCell(""), "       ");
     EXPECT_EQ(FixMoveCell("e4"), "e4     ");
-    EXPECT_EQ(FixMoveCell("Nbxd7+!"), "Nbxd7+!");
     EXPECT_EQ(FixMoveCell("exd8=Q+!"), "exd8=Q+!");
 }
 
-TEST(FixMoveLists, BadFirstPly) {
-    const auto game = Game(kRuyLopez);
-    const auto lists = BuildFixMoveLists(*game, 1, 6);
-    EXPECT_EQ(lists.before, Lines{});
-    EXPECT_EQ(lists.badMove, "e4");
-    EXPECT_EQ(lists.after, (Lines{"1.  ...    e5     ", "2. Nf3     Nc6    ", "3. Bb5     a6     "}));
-}
-
-TEST(FixMoveLists, BadWhitePlyInTheMiddle) {
-    const auto game = Game(kRuyLopez);
-    const auto lists = BuildFixMoveLists(*game, 3, 6);
-    EXPECT_EQ(lists.before, Lines{"1. e4      e5     "});
-    EXPECT_EQ(lists.badMove, "Nf3");
-    EXPECT_EQ(lists.after, (Lines{"2.  ...    Nc6    ", "3. Bb5     a6     "}));
-}
-
-TEST(FixMoveLists, BadBlackPlyInTheMiddle) {
-    const auto game = Game(kRuyLopez);
-    const auto lists = BuildFixMoveLists(*game, 4, 6);
-    EXPECT_EQ(lists.before, (Lines{"1. e4      e5     ", "2. Nf3     ..."}));
-    EXPECT_EQ(lists.badMove, "Nc6");
-    EXPECT_EQ(lists.after, Lines{"3. Bb5     a6     "});
-}
-
-TEST(FixMoveLists, BadLastPlyOfAnEvenGame) {
-    const auto game = Game(kRuyLopez);
-    const auto lists = BuildFixMoveLists(*game, 6, 6);
-    EXPECT_EQ(lists.before, (Lines{"1. e4      e5     ", "2. Nf3     Nc6    ", "3. Bb5     ..."}));
-    EXPECT_EQ(lists.badMove, "a6");
-    EXPECT_EQ(lists.after, Lines{});
-}
-
-TEST(FixMoveLists, BadLastPlyOfAnOddGameLeavesABlankBlackCell) {
-    const auto game = Game({"e4", "e5", "Nf3", "Nc6", "Bb5"});
-    const auto lists = BuildFixMoveLists(*game, 5, 5);
-    EXPECT_EQ(lists.before, (Lines{"1. e4      e5     ", "2. Nf3     Nc6    "}));
-    EXPECT_EQ(lists.badMove, "Bb5");
-    EXPECT_EQ(lists.after, Lines{"3.  ...           "});
-}
-
-TEST(FixMoveLists, OddGameEndsWithABlankBlackCellBehindTheBadMove) {
-    const auto game = Game({"e4", "e5", "Nf3", "Nc6", "Bb5"});
-    const auto lists = BuildFixMoveLists(*game, 2, 5);
-    EXPECT_EQ(lists.before, Lines{"1. e4      ..."});
-    EXPECT_EQ(lists.after, (Lines{"2. Nf3     Nc6    ", "3. Bb5            "}));
+TEST(FixMoveLists, BeforeBadAndAfterForEachKindOfPly) {
+    const std::vector<std::string> six = {"e4", "e5", "Nf3", "Nc6", "Bb5", "a6"};
+    const std::vector<std::string> five = {"e4", "e5", "Nf3", "Nc6", "Bb5"};
+    struct Case {
+        const std::vector<std::string>* moves;
+        int bad;
+        Lines before;
+        std::string badMove;
+        Lines after;
+    };
+    const Case cases[] = {
+        {&six, 1, {}, "e4", {"1.  ...    e5     ", "2. Nf3     Nc6    ", "3. Bb5     a6     "}},
+        {&six, 3, {"1. e4      e5     "}, "Nf3", {"2.  ...    Nc6    ", "3. Bb5     a6     "}},
+        {&six, 4, {"1. e4      e5     ", "2. Nf3     ..."}, "Nc6", {"3. Bb5     a6     "}},
+        {&six, 6, {"1. e4      e5     ", "2. Nf3     Nc6    ", "3. Bb5     ..."}, "a6", {}},
+        // An odd game: the black cell behind the last ply holds blanks only.
+        {&five, 5, {"1. e4      e5     ", "2. Nf3     Nc6    "}, "Bb5", {"3.  ...           "}},
+        {&five, 2, {"1. e4      ..."}, "e5", {"2. Nf3     Nc6    ", "3. Bb5            "}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE("bad ply " + std::to_string(c.bad) + " of " + std::to_string(c.moves->size()));
+        const auto game = Game(*c.moves);
+        const auto lists = BuildFixMoveLists(*game, c.bad, static_cast<int>(c.moves->size()));
+        EXPECT_EQ(lists.before, c.before);
+        EXPECT_EQ(lists.badMove, c.badMove);
+        EXPECT_EQ(lists.after, c.after);
+    }
 }
 
 TEST(FixMoveLists, NumbersPastNineAndAFullRecord) {

@@ -92,8 +92,8 @@ protected:
     }
 
     // Walks from page 0 to the summary page. PGN games are named by Result.
-    void ToSummary(const QString& file, const QString& book, bool pgn = true) {
-        auto& w = wizard_;
+    void ToSummary(const QString& file, const QString& book, bool pgn = true) { ToSummary(wizard_, file, book, pgn); }
+    static void ToSummary(frmImportWizard& w, const QString& file, const QString& book, bool pgn = true) {
         ASSERT_EQ(w.CurrentPage, 0);
         w.optImportType[pgn ? 0 : 1]->click();
         w.cmdNext->click();
@@ -109,15 +109,22 @@ protected:
     }
 
     // Next on the summary page: the whole run happens inside the click.
-    void Run() {
-        ASSERT_EQ(wizard_.CurrentPage, 2);
-        wizard_.cmdNext->click();
+    void Run() { Run(wizard_); }
+    static void Run(frmImportWizard& w) {
+        ASSERT_EQ(w.CurrentPage, 2);
+        w.cmdNext->click();
     }
 
-    QStringList Status() const {
+    QStringList Status() const { return Status(wizard_); }
+    static QStringList Status(const frmImportWizard& w) {
         QStringList lines;
-        for (int i = 0; i < wizard_.lstStatus->count(); ++i) lines << wizard_.lstStatus->item(i)->text();
+        for (int i = 0; i < w.lstStatus->count(); ++i) lines << w.lstStatus->item(i)->text();
         return lines;
+    }
+
+    QByteArray FileText(const QString& name) const {
+        QFile f(dir_.file(name));
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 
     std::vector<Row> Table() const {
@@ -326,60 +333,54 @@ TEST_F(WizardImportTest, CancelAfterAFailedRunAsksAndTakesASecondClick) {
     EXPECT_EQ(vantrel::ImportCancelled, 1);
 }
 
-TEST_F(WizardImportTest, CancelDuringTheReadingOfGames) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
-    messages_.AnswerWith(ui::Answer::Yes);
-    w.onCount = [&](const std::string& text) {
-        if (text == "2") w.cmdCancel->click();
+TEST_F(WizardImportTest, CancelDuringARunStopsItAtItsNextCheck) {
+    // The click comes in at the yield after a count: during the reading of
+    // games ("2"), or during the writing of the library (" 3").
+    struct Case {
+        std::string clickAt;
+        ui::Answer answer;
+        QString lastStatus;
+        bool runningAfter;
+        int libraryRecords;  // -1: no file
     };
-    Run();
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Cancel this import?");
-    EXPECT_EQ(Status().last(), "Import cancelled by user");
-    EXPECT_EQ(Status().size(), 3);
-    EXPECT_FALSE(w.ImportRunning);
-    EXPECT_TRUE(w.isVisible());
-    EXPECT_TRUE(w.cmdBack->isEnabled());
-    EXPECT_FALSE(w.cmdNext->isEnabled());
-    EXPECT_EQ(w.lblCount->text(), "2");
-    EXPECT_EQ(Table().size(), 1u);  // the record of the click is never added
-    EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
-
-    // No question now: the run is over.
-    w.cmdCancel->click();
-    EXPECT_EQ(messages_.messages.size(), 1u);
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-}
-
-TEST_F(WizardImportTest, NoToTheCancelQuestionLetsTheRunFinish) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
-    messages_.AnswerWith(ui::Answer::No);
-    w.onCount = [&](const std::string& text) {
-        if (text == "2") w.cmdCancel->click();
+    const Case cases[] = {
+        {"2", ui::Answer::Yes, "Import cancelled by user", false, -1},
+        {"2", ui::Answer::No, "Done", false, 5},
+        // What was written so far stays on disk.
+        {" 3", ui::Answer::Yes, "Couldn't create library 'Club.vnb'", false, 2},
     };
-    Run();
-    EXPECT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(Status().last(), "Done");
-}
-
-TEST_F(WizardImportTest, CancelDuringTheWritingTellsOfAFailedCreation) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
-    messages_.AnswerWith(ui::Answer::Yes);
-    w.onCount = [&](const std::string& text) {
-        if (text == " 3") w.cmdCancel->click();
-    };
-    Run();
-    EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
-    EXPECT_EQ(Status().size(), 4);
-    EXPECT_FALSE(w.ImportRunning);
-    EXPECT_TRUE(w.cmdBack->isEnabled());
-    EXPECT_FALSE(w.cmdNext->isEnabled());
-    // What was written so far stays on disk.
-    EXPECT_EQ(Library("Club.vnb").size(), 2u);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.lastStatus.toStdString());
+        WatchedWizard w;
+        w.show();
+        QFile::remove(dir_.file("Club.vnb"));
+        messages_.messages.clear();
+        messages_.AnswerWith(c.answer);
+        w.onCount = [&](const std::string& text) {
+            if (text == c.clickAt) w.cmdCancel->click();
+        };
+        ToSummary(w, WriteFile("games.pgn", kTwoGames), "Club");
+        Run(w);
+        ASSERT_EQ(messages_.Texts(), QStringList{"Cancel this import?"});
+        EXPECT_EQ(Status(w).last(), c.lastStatus);
+        EXPECT_EQ(w.ImportRunning, c.runningAfter);
+        EXPECT_TRUE(w.isVisible());
+        if (c.libraryRecords < 0) {
+            EXPECT_EQ(w.lblCount->text(), "2");
+            EXPECT_EQ(Table().size(), 1u) << "the record of the click is never added";
+            EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
+        } else {
+            EXPECT_EQ(Library("Club.vnb").size(), static_cast<size_t>(c.libraryRecords));
+        }
+        if (c.lastStatus == "Done") continue;
+        EXPECT_TRUE(w.cmdBack->isEnabled());
+        EXPECT_FALSE(w.cmdNext->isEnabled());
+        // No question now: the run is over.
+        w.cmdCancel->click();
+        EXPECT_EQ(messages_.messages.size(), 1u);
+        EXPECT_FALSE(w.isVisible());
+        EXPECT_EQ(vantrel::ImportCancelled, 1);
+    }
 }
 
 TEST_F(WizardImportTest, CloseBoxDuringARunEndsTheRunFirst) {
@@ -403,7 +404,7 @@ TEST_F(WizardImportTest, CloseBoxDuringARunEndsTheRunFirst) {
     EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
 }
 
-TEST_F(WizardImportTest, RefusedOverwriteLeavesTheOldLibrary) {
+TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOk) {
     auto& w = wizard_;
     WriteFile("Club.vnb", "old library");
     ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
@@ -416,16 +417,13 @@ TEST_F(WizardImportTest, RefusedOverwriteLeavesTheOldLibrary) {
     EXPECT_TRUE(messages_.messages[0].title.isEmpty());
     EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
     EXPECT_TRUE(w.ImportRunning);
-    QFile old(dir_.file("Club.vnb"));
-    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-    EXPECT_EQ(old.readAll(), "old library");
-}
+    EXPECT_EQ(FileText("Club.vnb"), "old library");
 
-TEST_F(WizardImportTest, AcceptedOverwriteReplacesTheOldLibrary) {
-    WriteFile("Club.vnb", "old library");
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    // Back and on again: the run starts over, and this time OK.
+    w.cmdBack->click();
+    messages_.AnswerWith(ui::Answer::Ok);
     Run();
-    EXPECT_EQ(messages_.messages.size(), 1u);
+    EXPECT_EQ(messages_.messages.size(), 2u);
     EXPECT_EQ(Status().last(), "Done");
     EXPECT_EQ(Library("Club.vnb").size(), 5u);
 }
@@ -501,35 +499,32 @@ TEST_F(WizardImportTest, RepairDialogComesBackWhileTheMoveIsRefused) {
     EXPECT_EQ(Table()[2].move, "Nc3");
 }
 
-TEST_F(WizardImportTest, RepairDialogSkipsTheRestOfTheGame) {
-    ToSummary(WriteFile("games.pgn",
-                        "[White \"Able\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
-                        "[White \"Cole\"]\n\n1. d4 d5 *\n\n"),
-              "Skipped");
-    AnswerFixMove([](frmFixMove& fm) { fm.cmdSkipGame->click(); });
-    Run();
-    ASSERT_EQ(seen_.size(), 1u);
-    EXPECT_EQ(wizard_.FixMoveAction, 5);
-    EXPECT_EQ(Status().last(), "Done");
-    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able"},
-                                         {2, 1, "e5", "e5"},
-                                         {3, 0, "d4", "d4: Cole"},
-                                         {4, 3, "d5", "d5"}}));
-}
-
-TEST_F(WizardImportTest, RepairDialogCancelsTheImport) {
+TEST_F(WizardImportTest, RepairDialogCancelsTheImportOrSkipsTheGame) {
     auto& w = wizard_;
     ToSummary(WriteFile("games.pgn",
                         "[White \"Able\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
                         "[White \"Cole\"]\n\n1. d4 d5 *\n\n"),
-              "Cancelled");
+              "Club");
+    // Cancel: the moves stored so far stay in the table, and no library.
     AnswerFixMove([](frmFixMove& fm) { fm.cmdCancel->click(); });
     Run();
     EXPECT_EQ(w.FixMoveAction, 3);
     EXPECT_EQ(Status().last(), "Couldn't parse moves list");
     EXPECT_TRUE(w.ImportRunning);
     EXPECT_EQ(Table().size(), 2u);
-    EXPECT_FALSE(QFile::exists(dir_.file("Cancelled.vnb")));
+    EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
+
+    // Skip, in a new run: the plies before the bad one stay, and the next
+    // game starts afresh.
+    w.cmdBack->click();
+    AnswerFixMove([](frmFixMove& fm) { fm.cmdSkipGame->click(); });
+    Run();
+    EXPECT_EQ(w.FixMoveAction, 5);
+    EXPECT_EQ(Status().last(), "Done");
+    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able"},
+                                         {2, 1, "e5", "e5"},
+                                         {3, 0, "d4", "d4: Cole"},
+                                         {4, 3, "d5", "d5"}}));
 }
 
 TEST_F(WizardImportTest, AWizardOnItsWayOutAsksNoMoreRepairs) {
@@ -571,7 +566,5 @@ TEST_F(WizardImportTest, AWizardOnItsWayOutOverwritesNothing) {
     EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
     EXPECT_FALSE(w.isVisible());
     EXPECT_EQ(vantrel::ImportCancelled, 1);
-    QFile old(dir_.file("Club.vnb"));
-    ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-    EXPECT_EQ(old.readAll(), "old library");
+    EXPECT_EQ(FileText("Club.vnb"), "old library");
 }

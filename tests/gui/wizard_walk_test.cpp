@@ -2,6 +2,7 @@
 // tag and file pages, Browse, and the ways out before any run.
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +14,7 @@
 #include <QRadioButton>
 #include <QStackedWidget>
 #include <QTest>
+#include <functional>
 
 #include "gui_test_support.h"
 #include "shell/help_window.h"
@@ -84,64 +86,48 @@ TEST_F(WizardWalkTest, StartsOnTheFirstPageWithItsControls) {
     auto& w = *wizard_;
     EXPECT_EQ(w.windowTitle(), "Vantrel Import Wizard");
     EXPECT_TRUE(w.isModal());
-    EXPECT_EQ(w.CurrentPage, 0);
     EXPECT_EQ(VisiblePanel(), 0);
     EXPECT_EQ(w.PageHelpContext, 137);
     EXPECT_FALSE(w.cmdBack->isEnabled());
     EXPECT_TRUE(w.cmdNext->isEnabled());
-    EXPECT_TRUE(w.cmdCancel->isEnabled());
-    EXPECT_TRUE(w.cmdHelp->isEnabled());
     EXPECT_FALSE(w.ImportRunning);
-
-    EXPECT_EQ(w.cmdBack->text(), "< &Back");
-    EXPECT_EQ(w.cmdNext->text(), "&Next >");
-    EXPECT_EQ(w.cmdCancel->text(), "&Cancel");
-    EXPECT_EQ(w.cmdHelp->text(), "&Help");
+    EXPECT_EQ(QStringList({w.cmdBack->text(), w.cmdNext->text(), w.cmdCancel->text(), w.cmdHelp->text()}),
+              QStringList({"< &Back", "&Next >", "&Cancel", "&Help"}));
     EXPECT_TRUE(w.cmdNext->isDefault());
     EXPECT_EQ(w.focusWidget(), w.cmdNext);
 
-    EXPECT_EQ(w.optImportType[0]->text(), "Import file is in PGN format.");
-    EXPECT_EQ(w.optImportType[1]->text(), "Import file is in SAN format.");
     EXPECT_TRUE(w.optImportType[0]->isChecked());
-    EXPECT_FALSE(w.optImportType[1]->isChecked());
-
     const char* tags[7] = {"[Event ...]", "[Site ...]",  "[Date ...]",  "[Round ...]",
                            "[White ...]", "[Black ...]", "[Result ...]"};
     for (size_t i = 0; i < 7; ++i) {
         EXPECT_EQ(w.chkTag[i]->text(), tags[i]);
         EXPECT_FALSE(w.chkTag[i]->isChecked()) << i;
     }
-    EXPECT_EQ(w.chkIgnoreQuestion->text(), "Remove question marks from game name");
     EXPECT_TRUE(w.chkIgnoreQuestion->isChecked());
-    EXPECT_EQ(w.cmdBrowseInFile->text(), "Browse...");
     EXPECT_EQ(w.txtCommentStart->text(), "//");
     EXPECT_EQ(w.txtCommentEnd->text(), "//");
     EXPECT_EQ(w.lblCount->text(), "0");
-    EXPECT_EQ(w.lstStatus->count(), 0);
-}
 
-TEST_F(WizardWalkTest, PagesCarryTheirTexts) {
-    auto texts = [&](int panel) {
-        QStringList out;
-        for (auto* label : wizard_->Panel[static_cast<size_t>(panel)]->findChildren<QLabel*>())
-            out << label->text();
-        return out;
+    // The captions of each page, labels and buttons alike.
+    const std::pair<int, QStringList> pages[] = {
+        {0, {"This wizard will help you import a text file to a ", "Vantrel Library.",
+             "Import file is in PGN format.", "Import file is in SAN format.",
+             "For a complete list of the recognized syntax, see Help.", "To begin, click Next."}},
+        {5, {"Select the tags that will be used to make up the name of each game:",
+             "Remove question marks from game name"}},
+        {1, {"Enter a text file to import", "Browse...", "Enter a name for the new library",
+             "Comment start indicator :", "Comment end indicator :"}},
+        {2, {"Click Next to create:", "From:"}},
+        {3, {"Record Counter:"}},
+        {4, {"The Vantrel library was successfully created.", "Click 'Next' to open new library.",
+             "Click 'Exit' to end without opening new library."}},
     };
-    EXPECT_TRUE(texts(0).contains("This wizard will help you import a text file to a "));
-    EXPECT_TRUE(texts(0).contains("Vantrel Library."));
-    EXPECT_TRUE(texts(0).contains("For a complete list of the recognized syntax, see Help."));
-    EXPECT_TRUE(texts(0).contains("To begin, click Next."));
-    EXPECT_TRUE(texts(5).contains("Select the tags that will be used to make up the name of each game:"));
-    EXPECT_TRUE(texts(1).contains("Enter a text file to import"));
-    EXPECT_TRUE(texts(1).contains("Enter a name for the new library"));
-    EXPECT_TRUE(texts(1).contains("Comment start indicator :"));
-    EXPECT_TRUE(texts(1).contains("Comment end indicator :"));
-    EXPECT_TRUE(texts(2).contains("Click Next to create:"));
-    EXPECT_TRUE(texts(2).contains("From:"));
-    EXPECT_TRUE(texts(3).contains("Record Counter:"));
-    EXPECT_TRUE(texts(4).contains("The Vantrel library was successfully created."));
-    EXPECT_TRUE(texts(4).contains("Click 'Next' to open new library."));
-    EXPECT_TRUE(texts(4).contains("Click 'Exit' to end without opening new library."));
+    for (const auto& [panel, wanted] : pages) {
+        QStringList texts;
+        for (auto* label : w.Panel[static_cast<size_t>(panel)]->findChildren<QLabel*>()) texts << label->text();
+        for (auto* button : w.Panel[static_cast<size_t>(panel)]->findChildren<QAbstractButton*>()) texts << button->text();
+        for (const QString& text : wanted) EXPECT_TRUE(texts.contains(text)) << panel << ": " << text.toStdString();
+    }
 }
 
 TEST_F(WizardWalkTest, PgnWalkGoesThroughTheTagPageAndBackAgain) {
@@ -190,16 +176,18 @@ TEST_F(WizardWalkTest, PgnWalkGoesThroughTheTagPageAndBackAgain) {
 
 TEST_F(WizardWalkTest, SanWalkSkipsTheTagPage) {
     auto& w = *wizard_;
+    // Option clicks on the first page choose the help topic of the kind.
     w.optImportType[1]->click();
     EXPECT_EQ(w.PageHelpContext, 145);
+    w.optImportType[0]->click();
+    EXPECT_EQ(w.PageHelpContext, 144);
+    w.optImportType[1]->click();
     Next();
     EXPECT_EQ(VisiblePanel(), 1);
     EXPECT_EQ(w.PageHelpContext, 137);
     EXPECT_TRUE(w.cmdBack->isEnabled());
     EXPECT_TRUE(w.txtCommentStart->isEnabled());
-    EXPECT_TRUE(w.txtCommentEnd->isEnabled());
     EXPECT_EQ(w.txtCommentStart->text(), "//");
-    EXPECT_EQ(w.txtCommentEnd->text(), "//");
 
     w.txtInFile->setText(MakeFile("games.san", 10));
     w.txtBookName->setText("San");
@@ -210,17 +198,6 @@ TEST_F(WizardWalkTest, SanWalkSkipsTheTagPage) {
     Back();
     EXPECT_EQ(VisiblePanel(), 0);
     EXPECT_FALSE(w.cmdBack->isEnabled());
-}
-
-TEST_F(WizardWalkTest, OptionClicksSetTheHelpTopicOnThePageOfTheKind) {
-    auto& w = *wizard_;
-    w.optImportType[1]->click();
-    EXPECT_EQ(w.PageHelpContext, 145);
-    w.optImportType[0]->click();
-    EXPECT_EQ(w.PageHelpContext, 144);
-    Next();  // to the tag page
-    Back();
-    EXPECT_EQ(w.PageHelpContext, 137);
 }
 
 TEST_F(WizardWalkTest, CommentIndicatorsAreSetAnewOnEachPassOfTheFirstPage) {
@@ -266,69 +243,41 @@ TEST_F(WizardWalkTest, TagPageNeedsOneTagAndResultAloneIsEnough) {
     EXPECT_EQ(messages_.messages.size(), 2u);
 }
 
-TEST_F(WizardWalkTest, FilePageRefusesAMissingFileName) {
+TEST_F(WizardWalkTest, FilePageToldOnlyTheFirstTestThatFails) {
     auto& w = *wizard_;
     ToFilePage(true);
-    w.txtInFile->setText("   ");
-    w.txtBookName->setText("Book");
-    Next();
-    EXPECT_EQ(w.CurrentPage, 1);
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Please select a file to import");
-    EXPECT_EQ(messages_.messages[0].title, "Select a file");
-    EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Exclamation);
-    EXPECT_EQ(w.focusWidget(), w.txtInFile);
-    EXPECT_EQ(w.txtInFile->text(), "   ");
+    const QString file = MakeFile("games.pgn", 10);
+    const QString missing = dir_.file("nowhere.pgn");
+    struct Case {
+        QString inFile, bookName, text, title;
+        QLineEdit* focus;
+    };
+    const Case cases[] = {
+        {"   ", "Book", "Please select a file to import", "Select a file", w.txtInFile},
+        {missing, "", "Couldn't open " + missing, "Select another file", w.txtInFile},
+        {dir_.path(), "Book", "Couldn't open " + dir_.path(), "Select another file", w.txtInFile},  // a folder
+        // The name is opened as typed: a blank behind it makes another name.
+        {file + " ", "Book", "Couldn't open " + file + " ", "Select another file", w.txtInFile},
+        {file, "    ", "Please enter a name for the new library", "", w.txtBookName},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text.toStdString());
+        messages_.messages.clear();
+        w.txtInFile->setText(c.inFile);
+        w.txtBookName->setText(c.bookName);
+        w.cmdNext->setFocus();
+        Next();
+        EXPECT_EQ(w.CurrentPage, 1);
+        ASSERT_EQ(messages_.messages.size(), 1u);
+        EXPECT_EQ(messages_.messages[0].text, c.text);
+        EXPECT_EQ(messages_.messages[0].title, c.title);
+        EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Exclamation);
+        EXPECT_EQ(w.focusWidget(), c.focus);
+        EXPECT_EQ(w.txtInFile->text(), c.inFile) << "what was typed stays";
+    }
 }
 
-TEST_F(WizardWalkTest, FilePageRefusesAFileThatWontOpen) {
-    auto& w = *wizard_;
-    ToFilePage(false);
-    const QString missing = dir_.file("nowhere.san");
-    w.txtInFile->setText(missing);
-    w.txtBookName->setText("Book");
-    Next();
-    EXPECT_EQ(w.CurrentPage, 1);
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Couldn't open " + missing);
-    EXPECT_EQ(messages_.messages[0].title, "Select another file");
-    EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Exclamation);
-    EXPECT_EQ(w.focusWidget(), w.txtInFile);
-
-    // A folder is no file to read.
-    w.txtInFile->setText(dir_.path());
-    Next();
-    EXPECT_EQ(w.CurrentPage, 1);
-    ASSERT_EQ(messages_.messages.size(), 2u);
-    EXPECT_EQ(messages_.messages[1].text, "Couldn't open " + dir_.path());
-
-    // The name is opened as typed: blanks around it make another name.
-    const QString file = MakeFile("games.san", 10);
-    w.txtInFile->setText(file + " ");
-    Next();
-    EXPECT_EQ(w.CurrentPage, 1);
-    ASSERT_EQ(messages_.messages.size(), 3u);
-    EXPECT_EQ(messages_.messages[2].text, "Couldn't open " + file + " ");
-    EXPECT_FALSE(w.CanOpenInFile());
-    w.txtInFile->setText(file);
-    EXPECT_TRUE(w.CanOpenInFile());
-}
-
-TEST_F(WizardWalkTest, FilePageRefusesABlankLibraryName) {
-    auto& w = *wizard_;
-    ToFilePage(true);
-    w.txtInFile->setText(MakeFile("games.pgn", 10));
-    w.txtBookName->setText("    ");
-    Next();
-    EXPECT_EQ(w.CurrentPage, 1);
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Please enter a name for the new library");
-    EXPECT_TRUE(messages_.messages[0].title.isEmpty());
-    EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Exclamation);
-    EXPECT_EQ(w.focusWidget(), w.txtBookName);
-}
-
-TEST_F(WizardWalkTest, FilesUpTo64KPassWithoutAQuestion) {
+TEST_F(WizardWalkTest, FilesUpTo64KPassAndLargerOnesAsk) {
     auto& w = *wizard_;
     ToFilePage(true);
     w.txtInFile->setText(MakeFile("exact.pgn", 65536));
@@ -336,13 +285,9 @@ TEST_F(WizardWalkTest, FilesUpTo64KPassWithoutAQuestion) {
     Next();
     EXPECT_EQ(w.CurrentPage, 2);
     EXPECT_TRUE(messages_.messages.empty());
-}
 
-TEST_F(WizardWalkTest, LargerFilesAskAndCancelStaysOnThePage) {
-    auto& w = *wizard_;
-    ToFilePage(true);
+    Back();
     w.txtInFile->setText(MakeFile("big.pgn", 65537));
-    w.txtBookName->setText("Book");
     messages_.AnswerWith(ui::Answer::Cancel);
     Next();
     EXPECT_EQ(w.CurrentPage, 1);
@@ -360,17 +305,6 @@ TEST_F(WizardWalkTest, LargerFilesAskAndCancelStaysOnThePage) {
     messages_.AnswerWith(ui::Answer::Ok);
     Next();
     EXPECT_EQ(w.CurrentPage, 2);
-    EXPECT_EQ(messages_.messages.size(), 2u);
-}
-
-TEST_F(WizardWalkTest, TheFirstFailingTestIsTheOnlyOneTold) {
-    auto& w = *wizard_;
-    ToFilePage(true);
-    w.txtInFile->setText(dir_.file("missing.pgn"));
-    w.txtBookName->clear();
-    Next();
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].title, "Select another file");
 }
 
 TEST_F(WizardWalkTest, BrowseFillsTheFileBox) {
@@ -437,31 +371,23 @@ TEST_F(WizardWalkTest, OptionsCarryTheControlsToTheStore) {
     EXPECT_FALSE(o.ignoreQuestion);
 }
 
-TEST_F(WizardWalkTest, CancelBeforeARunClosesWithoutAsking) {
-    auto& w = *wizard_;
-    Next();
-    w.cmdCancel->click();
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(w.result(), QDialog::Rejected);
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
+TEST_F(WizardWalkTest, CancelEscAndTheCloseBoxCloseWithoutAskingBeforeARun) {
+    const std::function<void(frmImportWizard&)> ways[] = {
+        [](frmImportWizard& w) { w.cmdCancel->click(); },
+        [](frmImportWizard& w) { QTest::keyClick(&w, Qt::Key_Escape); },
+        [](frmImportWizard& w) { EXPECT_TRUE(w.close()); },
+    };
+    for (const auto& leave : ways) {
+        vantrel::ImportCancelled = 0;
+        frmImportWizard w;
+        w.show();
+        w.cmdNext->click();
+        leave(w);
+        EXPECT_FALSE(w.isVisible());
+        EXPECT_EQ(w.result(), QDialog::Rejected);
+        EXPECT_EQ(vantrel::ImportCancelled, 1);
+    }
     EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
-    EXPECT_TRUE(messages_.messages.empty());
-}
-
-TEST_F(WizardWalkTest, EscIsTheCancelButton) {
-    auto& w = *wizard_;
-    QTest::keyClick(&w, Qt::Key_Escape);
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-    EXPECT_TRUE(messages_.messages.empty());
-}
-
-TEST_F(WizardWalkTest, CloseBoxCancelsTheImport) {
-    auto& w = *wizard_;
-    Next();
-    EXPECT_TRUE(w.close());
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
     EXPECT_TRUE(messages_.messages.empty());
 }
 
