@@ -126,17 +126,12 @@ TEST_F(PgnReader, TagValueWithNegativeLengthIsAnError) {
     }
 }
 
-TEST_F(PgnReader, UnknownTagLineGoesIntoTheCommentOnly) {
-    Load("[Event \"E\"]\n[Annotator \"Me\"]\n\n1. e4\n");
+TEST_F(PgnReader, EveryTagLineGoesTrimmedIntoTheComment) {
+    // A line that is no known tag changes no value.
+    Load("   [Event \"E\"]   \n  [Annotator \"Me\"]\n\n1. e4\n");
     EXPECT_EQ(Next(), 1);
     EXPECT_EQ(g.GameMoves[0], "E");
     EXPECT_EQ(g.GameComments[0], "\r\n[Event \"E\"]\r\n[Annotator \"Me\"]");
-}
-
-TEST_F(PgnReader, TagLinesAreTrimmed) {
-    Load("   [Event \"E\"]   \n  [Site \"S\"]\n\n1. e4\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameComments[0], "\r\n[Event \"E\"]\r\n[Site \"S\"]");
 }
 
 TEST_F(PgnReader, LineRightUnderTheTagsIsLost) {
