@@ -23,6 +23,16 @@ struct Lib {
         records.push_back({index, parent, newBranch, std::move(description), std::move(remarks), kStart});
         return *this;
     }
+    Lib& Version(int16_t version) {
+        header.version = version;
+        return *this;
+    }
+    // RecCount as given rather than the number of records.
+    Lib& RecCount(int32_t count) {
+        header.RecCount = count;
+        fixCount = false;
+        return *this;
+    }
     std::string Bytes() const {
         LibraryHeader h = header;
         if (fixCount) h.RecCount = static_cast<int32_t>(records.size());
@@ -75,109 +85,48 @@ TEST(LibraryLoader, NodeNumbersFollowTheFileNotTheIndex) {
 }
 
 TEST(LibraryLoader, GameNameRules) {
-    {
-        Lib lib;
-        lib.Add(1, 0, "e4: ", "", true);  // exactly one character after the colon
-        LibraryContents c;
-        ASSERT_EQ(Load(lib, c), LoadResult::Ok);
-        ASSERT_EQ(c.games.size(), 1u);
-        EXPECT_EQ(c.games[0].name, "");
-    }
-    {
-        Lib lib;
-        lib.Add(1, 0, "e4:", "", true);  // nothing after the colon: the name's length is negative
-        LibraryContents c;
-        EXPECT_EQ(Load(lib, c), LoadResult::Problem);
-    }
-    {
-        Lib lib;
-        lib.Add(1, 0, "e4:", "", false);  // no branch: the colon is never looked at
-        LibraryContents c;
-        EXPECT_EQ(Load(lib, c), LoadResult::Ok);
-    }
+    LibraryContents empty, negative, noBranch;
+    ASSERT_EQ(Load(Lib().Add(1, 0, "e4: ", "", true), empty), LoadResult::Ok);
+    ASSERT_EQ(empty.games.size(), 1u);
+    EXPECT_EQ(empty.games[0].name, "") << "exactly one character after the colon";
+    EXPECT_EQ(Load(Lib().Add(1, 0, "e4:", "", true), negative), LoadResult::Problem)
+        << "nothing after the colon: the name's length is negative";
+    EXPECT_EQ(Load(Lib().Add(1, 0, "e4:", "", false), noBranch), LoadResult::Ok)
+        << "no branch: the colon is never looked at";
 }
 
 TEST(LibraryLoader, FailuresOfADamagedFile) {
-    struct Case {
+    std::string remarksCut = Lib().Add(1, 0, "e4").Bytes();
+    remarksCut[23] = 0x01;  // the remarks claim 256 bytes; a whole record's 80 follow
+    const struct {
         const char* what;
-        std::function<std::string()> bytes;
+        std::string bytes;
         LoadResult expected;
-    };
-    const std::vector<Case> cases = {
-        {"empty file", [] { return std::string(); }, LoadResult::NotValid},
-        {"one byte", [] { return std::string("\x01", 1); }, LoadResult::NotValid},
-        {"version 2",
-         [] {
-             Lib l;
-             l.header.version = 2;
-             l.Add(1, 0, "e4");
-             return l.Bytes();
-         },
-         LoadResult::NotValid},
-        {"header only", [] { return Lib().Bytes(); }, LoadResult::Problem},
-        {"record ahead of its parent",
-         [] {
-             Lib l;
-             l.Add(2, 1, "e5").Add(1, 0, "e4");
-             return l.Bytes();
-         },
+    } cases[] = {
+        {"empty file", "", LoadResult::NotValid},
+        {"one byte", std::string("\x01", 1), LoadResult::NotValid},
+        {"version 2", Lib().Version(2).Add(1, 0, "e4").Bytes(), LoadResult::NotValid},
+        {"header only", Lib().Bytes(), LoadResult::Problem},
+        {"record ahead of its parent", Lib().Add(2, 1, "e5").Add(1, 0, "e4").Bytes(), LoadResult::Problem},
+        {"duplicate index", Lib().Add(1, 0, "e4").Add(1, 0, "d4").Bytes(), LoadResult::Problem},
+        {"more than RecCount + 1 records", Lib().RecCount(1).Add(1, 0, "e4").Add(2, 1, "e5").Add(3, 2, "Nf3").Bytes(),
          LoadResult::Problem},
-        {"duplicate index",
-         [] {
-             Lib l;
-             l.Add(1, 0, "e4").Add(1, 0, "d4");
-             return l.Bytes();
-         },
-         LoadResult::Problem},
-        {"more than RecCount + 1 records",
-         [] {
-             Lib l;
-             l.fixCount = false;
-             l.header.RecCount = 1;
-             l.Add(1, 0, "e4").Add(2, 1, "e5").Add(3, 2, "Nf3");
-             return l.Bytes();
-         },
-         LoadResult::Problem},
-        {"negative RecCount",
-         [] {
-             Lib l;
-             l.fixCount = false;
-             l.header.RecCount = -5;
-             l.Add(1, 0, "e4");
-             return l.Bytes();
-         },
-         LoadResult::Problem},
-        {"header cut short",
-         [] {
-             Lib l;
-             l.Add(1, 0, "e4");
-             return l.Bytes().substr(0, 9);
-         },
-         LoadResult::Problem},
-        {"header cut inside its remarks, a record's worth of bytes after",
-         [] {
-             Lib l;
-             l.Add(1, 0, "e4");
-             std::string bytes = l.Bytes();
-             bytes[23] = 0x01;  // the remarks claim 256 bytes; 80 follow
-             return bytes;
-         },
-         LoadResult::Problem},
+        {"negative RecCount", Lib().RecCount(-5).Add(1, 0, "e4").Bytes(), LoadResult::Problem},
+        {"header cut short", Lib().Add(1, 0, "e4").Bytes().substr(0, 9), LoadResult::Problem},
+        {"header cut inside its remarks", remarksCut, LoadResult::Problem},
     };
     for (const auto& c : cases) {
         LibraryContents contents;
-        EXPECT_EQ(LoadLibraryBytes(c.bytes(), contents), c.expected) << c.what;
+        EXPECT_EQ(LoadLibraryBytes(c.bytes, contents), c.expected) << c.what;
     }
 }
 
 TEST(LibraryLoader, ToleratesWhatReadersIgnore) {
     Lib lib;
-    lib.fixCount = false;
     lib.header.flag = 1234;
     lib.header.MinIndex = -9;
     lib.header.MaxIndex = 3;
-    lib.header.RecCount = 1;  // one record more than RecCount is still fine
-    lib.Add(1, 0, "e4").Add(2, 1, "e5");
+    lib.RecCount(1).Add(1, 0, "e4").Add(2, 1, "e5");  // one record more than RecCount is still fine
     LibraryContents c;
     ASSERT_EQ(Load(lib, c), LoadResult::Ok);
     EXPECT_EQ(c.tree.Count(), 2);
