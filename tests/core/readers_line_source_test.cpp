@@ -145,15 +145,11 @@ TEST_F(LineSourceFile, CrLfSplitByABlockBoundaryIsOneLineEnd) {
     }
 }
 
-TEST_F(LineSourceFile, MissingFileDoesNotOpen) {
+TEST_F(LineSourceFile, MissingAndEmptyFiles) {
     LineSource src;
     EXPECT_FALSE(src.Open(path_ + ".none"));
     EXPECT_FALSE(src.IsOpen());
-}
-
-TEST_F(LineSourceFile, EmptyFile) {
     Write("");
-    LineSource src;
     ASSERT_TRUE(src.Open(path_));
     EXPECT_TRUE(src.Eof());
     EXPECT_THROW(src.ReadLine(), ImportError);

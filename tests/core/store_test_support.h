@@ -173,6 +173,8 @@ public:
         s.Step();
     }
 
+    void Clear() { db_.Execute("DELETE FROM Moves"); }
+
     // Makes a database file of its own, not from the schema.
     static void Create(const std::string& path, const char* sql) {
         sqlite3* db = nullptr;
