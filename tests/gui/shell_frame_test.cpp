@@ -157,7 +157,7 @@ TEST_F(FrameCommandsTest, OpenAsksForAFileInTheProgramsFolderAndOpensIt) {
     EXPECT_NE(forms::TreeViews().All()[0]->Tag, forms::TreeViews().All()[1]->Tag);
 
     // A cancelled or blank answer opens nothing.
-    for (const QString answer : {QString(), QStringLiteral("   ")}) {
+    for (const QString& answer : {QString(), QStringLiteral("   ")}) {
         openAnswer = answer;
         frame->m_open->trigger();
     }
