@@ -1,6 +1,7 @@
 // The program: the main frame, and the library named on the command line.
 #include <QApplication>
 #include <QIcon>
+#include <QScreen>
 
 #include "shell/main_frame.h"
 
@@ -14,6 +15,14 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
 
     MDIVantrel frame;
+    // The frame's design size suits a small screen; on a larger one the
+    // frame starts larger, centred. A remembered position still wins.
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect room = screen->availableGeometry();
+        const QSize size = frame.size().expandedTo(room.size() * 0.85).boundedTo(room.size());
+        frame.resize(size);
+        frame.move(room.center() - QPoint(size.width() / 2, size.height() / 2));
+    }
     frame.MDIForm_Load(vantrel::JoinCommandLine(arguments));
     return app.exec();
 }
