@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "import/readers.h"
@@ -21,32 +22,41 @@ std::vector<std::string> AllLines(LineSource& src) {
     return lines;
 }
 
-std::vector<std::string> LinesOf(const std::string& text) {
+using Lines = std::vector<std::string>;
+
+Lines LinesOf(const std::string& text) {
     LineSource src;
     src.OpenText(text);
     return AllLines(src);
 }
 
-using Lines = std::vector<std::string>;
-
-TEST(LineSource, SplitsOnEveryKindOfLineEnd) {
-    EXPECT_EQ(LinesOf("a\r\nb\r\nc"), (Lines{"a", "b", "c"}));
-    EXPECT_EQ(LinesOf("a\nb\nc"), (Lines{"a", "b", "c"}));
-    EXPECT_EQ(LinesOf("a\rb\rc"), (Lines{"a", "b", "c"}));
-    EXPECT_EQ(LinesOf("a\r\nb\nc\rd"), (Lines{"a", "b", "c", "d"}));
-}
-
-TEST(LineSource, FinalLineEndMakesNoExtraLine) {
-    EXPECT_EQ(LinesOf("a\nb\n"), (Lines{"a", "b"}));
-    EXPECT_EQ(LinesOf("a\r\nb\r\n"), (Lines{"a", "b"}));
-    EXPECT_EQ(LinesOf("a\r"), (Lines{"a"}));
-    // But an empty line before it stays a line.
-    EXPECT_EQ(LinesOf("a\n\n"), (Lines{"a", ""}));
-    EXPECT_EQ(LinesOf("a\r\r"), (Lines{"a", ""}));
-    EXPECT_EQ(LinesOf("\n"), (Lines{""}));
-    EXPECT_EQ(LinesOf("\n\r\n\r"), (Lines{"", "", ""}));
-    // LF CR is two line ends.
-    EXPECT_EQ(LinesOf("a\n\rb"), (Lines{"a", "", "b"}));
+TEST(LineSource, LineEndsAndCharacterSets) {
+    const std::pair<const char*, Lines> cases[] = {
+        // Every kind of line end.
+        {"a\r\nb\r\nc", {"a", "b", "c"}},
+        {"a\nb\nc", {"a", "b", "c"}},
+        {"a\rb\rc", {"a", "b", "c"}},
+        {"a\r\nb\nc\rd", {"a", "b", "c", "d"}},
+        // A final line end makes no extra line, but an empty line before it stays a line.
+        {"a\nb\n", {"a", "b"}},
+        {"a\r\nb\r\n", {"a", "b"}},
+        {"a\r", {"a"}},
+        {"a\n\n", {"a", ""}},
+        {"a\r\r", {"a", ""}},
+        {"\n", {""}},
+        {"\n\r\n\r", {"", "", ""}},
+        {"a\n\rb", {"a", "", "b"}},  // LF CR is two line ends
+        // A byte order mark comes off the start only, also ahead of plain ASCII.
+        {"\xEF\xBB\xBF[Event \"R\xC3\xA9ti\"]\n1. e4", {"[Event \"R\xE9ti\"]", "1. e4"}},
+        {"\xEF\xBB\xBF" "abc", {"abc"}},
+        // UTF-8 lines become Windows-1252: "R\u00e9ti", "\u20ac 5", a CJK character that 1252 lacks.
+        {"R\xC3\xA9ti\n\xE2\x82\xAC 5\nA\xE4\xB8\xAD" "B", {"R\xE9ti", "\x80 5", "A?B"}},
+        // 0xE9 alone is no UTF-8, so the line is taken as 1252 as it stands;
+        // each line is judged on its own.
+        {"R\xE9ti\n\x80 \xFC", {"R\xE9ti", "\x80 \xFC"}},
+        {"R\xE9ti\nR\xC3\xA9ti", {"R\xE9ti", "R\xE9ti"}},
+    };
+    for (const auto& [text, lines] : cases) EXPECT_EQ(LinesOf(text), lines) << text;
 }
 
 TEST(LineSource, EofIsTrueAsSoonAsTheLastLineIsRead) {
@@ -73,26 +83,6 @@ TEST(LineSource, EmptyFileIsAtEndAtOnce) {
         EXPECT_TRUE(src.Eof());
         EXPECT_THROW(src.ReadLine(), ImportError);
     }
-}
-
-TEST(LineSource, ByteOrderMarkIsTakenOffTheStartOnly) {
-    EXPECT_EQ(LinesOf("\xEF\xBB\xBF[Event \"R\xC3\xA9ti\"]\n1. e4"),
-              (Lines{"[Event \"R\xE9ti\"]", "1. e4"}));
-    // A BOM ahead of an ASCII file leaves the line alone.
-    EXPECT_EQ(LinesOf("\xEF\xBB\xBF" "abc"), (Lines{"abc"}));
-}
-
-TEST(LineSource, Utf8LinesBecomeWindows1252) {
-    // "Réti", "€ 5", a CJK character that 1252 lacks.
-    EXPECT_EQ(LinesOf("R\xC3\xA9ti\n\xE2\x82\xAC 5\nA\xE4\xB8\xAD" "B"),
-              (Lines{"R\xE9ti", "\x80 5", "A?B"}));
-}
-
-TEST(LineSource, Windows1252LinesAreKept) {
-    // 0xE9 alone is no UTF-8, so the line is taken as 1252 as it stands.
-    EXPECT_EQ(LinesOf("R\xE9ti\n\x80 \xFC"), (Lines{"R\xE9ti", "\x80 \xFC"}));
-    // Each line is judged on its own.
-    EXPECT_EQ(LinesOf("R\xE9ti\nR\xC3\xA9ti"), (Lines{"R\xE9ti", "R\xE9ti"}));
 }
 
 class LineSourceFile : public ::testing::Test {

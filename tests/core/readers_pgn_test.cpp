@@ -2,7 +2,9 @@
 // game's name, and where a game's move text ends.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "import/readers.h"
 
@@ -10,11 +12,20 @@ namespace {
 
 using namespace vantrel::import;
 
+// Slots 0..last of a game record, joined by "|".
+template <typename Slots>
+std::string Joined(const Slots& slots, int last) {
+    std::string out = slots[0];
+    for (int i = 1; i <= last; ++i) out += "|" + slots[static_cast<size_t>(i)];
+    return out;
+}
+
 class PgnReader : public ::testing::Test {
 protected:
-    void SetUp() override {
-        tags.chkTag = {true, false, false, false, false, false, false};
-        tags.chkIgnoreQuestion = true;
+    void SetUp() override { Choose("1000000"); }
+    void Choose(const std::string& mask, bool ignoreQuestion = true) {
+        for (size_t i = 0; i < 7; ++i) tags.chkTag[i] = mask[i] == '1';
+        tags.chkIgnoreQuestion = ignoreQuestion;
     }
     void Load(std::string text) {
         src.OpenText(std::move(text));
@@ -22,12 +33,6 @@ protected:
         st.ImportFile = &src;
     }
     int16_t Next() { return ReadPgnGame(st, g, tags); }
-    // The name a single tag section gives with the tags chosen now.
-    std::string NameOf(const std::string& tagLines) {
-        Load(tagLines + "\n\n1. e4\n");
-        EXPECT_EQ(Next(), 1);
-        return g.GameMoves[0];
-    }
 
     LineSource src;
     ImportState st;
@@ -40,72 +45,64 @@ TEST_F(PgnReader, TwoGamesInTheUsualLayout) {
          "1. e4 e5 2. Nf3 {best} Nc6 1-0\n\n"
          "[Event \"Open\"]\n[White \"Tal\"]\n\n1. d4 d5 *\n");
     EXPECT_EQ(Next(), 4);
-    EXPECT_EQ(g.GameMoves[0], "Wch");
-    EXPECT_EQ(g.GameComments[0], "\r\n[Event \"Wch\"]\r\n[Site \"Moscow\"]\r\n[Result \"1-0\"]");
-    EXPECT_EQ(g.GameMoves[1], "e4");
-    EXPECT_EQ(g.GameMoves[4], "Nc6");
-    EXPECT_EQ(g.GameComments[3], "best");
-    EXPECT_EQ(g.GameComments[4], "White wins");
+    EXPECT_EQ(Joined(g.GameMoves, 4), "Wch|e4|e5|Nf3|Nc6");
+    EXPECT_EQ(Joined(g.GameComments, 4), "\r\n[Event \"Wch\"]\r\n[Site \"Moscow\"]\r\n[Result \"1-0\"]|||best|White wins");
     EXPECT_FALSE(st.ImportAtEnd);
     EXPECT_FALSE(st.ImportFirstGame);
     EXPECT_EQ(st.ImportLine, "[Event \"Open\"]");
     EXPECT_EQ(st.ImportRemarks, "");
 
+    // The record starts empty for each game.
     EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(g.GameMoves[0], "Open");
-    EXPECT_EQ(g.GameComments[0], "\r\n[Event \"Open\"]\r\n[White \"Tal\"]");
-    EXPECT_EQ(g.GameMoves[1], "d4");
-    EXPECT_EQ(g.GameMoves[3], "");  // the record starts empty for each game
-    EXPECT_EQ(g.GameComments[3], "");
-    EXPECT_EQ(g.GameComments[2], "Result of game is unknown");
+    EXPECT_EQ(Joined(g.GameMoves, 4), "Open|d4|d5||");
+    EXPECT_EQ(Joined(g.GameComments, 4), "\r\n[Event \"Open\"]\r\n[White \"Tal\"]||Result of game is unknown||");
     EXPECT_TRUE(st.ImportAtEnd);
 }
 
-TEST_F(PgnReader, NameIsMadeOfTheChosenTagsInOrder) {
-    const std::string section =
+TEST_F(PgnReader, TheNameIsMadeOfTheChosenTags) {
+    const std::string all =
         "[Event \"E\"]\n[Site \"S\"]\n[Date \"2001.02.03\"]\n[Round \"1\"]\n"
         "[White \"W\"]\n[Black \"B\"]\n[Result \"1-0\"]";
-    tags.chkTag = {true, true, true, true, true, true, true};
-    EXPECT_EQ(NameOf(section), "E S 2001.02.03 1 W B 1-0");
-    tags.chkTag = {false, false, false, false, true, true, false};
-    EXPECT_EQ(NameOf(section), "W B");
-    tags.chkTag = {false, false, false, false, false, false, true};
-    EXPECT_EQ(NameOf(section), "1-0");
-    // Tags given in another order in the file still come in the same order.
-    tags.chkTag = {true, false, false, false, true, false, false};
-    EXPECT_EQ(NameOf("[White \"W\"]\n[Event \"E\"]"), "E W");
-}
-
-TEST_F(PgnReader, MissingOrEmptyTagsLeaveNoGap) {
-    tags.chkTag = {true, false, false, false, true, true, false};
-    EXPECT_EQ(NameOf("[Event \"\"]\n[White \"W\"]\n[Black \"\"]"), "W");
-    EXPECT_EQ(NameOf("[Black \"B\"]"), "B");
-    // A game that lacks all the chosen tags has an empty name.
-    tags.chkTag = {false, false, false, false, true, false, false};
-    EXPECT_EQ(NameOf("[Event \"E\"]"), "");
-}
-
-TEST_F(PgnReader, TagsMatchByTheFrontOfTheLineInAnyCase) {
-    tags.chkTag = {true, false, false, false, true, false, false};
-    EXPECT_EQ(NameOf("[event \"lower\"]\n[WHITE \"UPPER\"]"), "lower UPPER");
-    // A WhiteElo line behind the White line is taken as White and spoils it.
-    tags.chkTag = {false, false, false, false, true, false, false};
-    EXPECT_EQ(NameOf("[White \"Tal\"]\n[WhiteElo \"2700\"]"), "o \"2700");
-    // EventDate counts as Event; its value starts inside the longer name.
-    tags.chkTag = {true, false, false, false, false, false, false};
-    EXPECT_EQ(NameOf("[Event \"Wch\"]\n[EventDate \"1960.03.15\"]"), "te \"1960.03.15");
-}
-
-TEST_F(PgnReader, QuestionMarksAreTakenOutWithTheirDots) {
-    tags.chkTag = {true, false, true, true, false, false, false};
-    EXPECT_EQ(NameOf("[Event \"E\"]\n[Date \"1999.??.??\"]\n[Round \"?\"]"), "E 1999");
-    EXPECT_EQ(NameOf("[Event \"E\"]\n[Date \"????.??.??\"]\n[Round \"3\"]"), "E 3");
-    EXPECT_EQ(NameOf("[Event \"a.?.b\"]"), "ab");
-    EXPECT_EQ(NameOf("[Event \"?x x.?y x?.y x?y\"]"), "x xy xy xy");
-    EXPECT_EQ(NameOf("[Event \"  wide   open  \"]"), "wide open");
-
-    tags.chkIgnoreQuestion = false;
-    EXPECT_EQ(NameOf("[Event \"E\"]\n[Date \"1999.??.??\"]\n[Round \"?\"]"), "E 1999.??.?? ?");
+    const std::string unknown = "[Event \"E\"]\n[Date \"1999.??.??\"]\n[Round \"?\"]";
+    struct Case {
+        const char* mask;  // Event Site Date Round White Black Result
+        std::string section;
+        const char* name;
+        bool ignoreQuestion = true;
+    };
+    const Case cases[] = {
+        {"1111111", all, "E S 2001.02.03 1 W B 1-0"},
+        {"0000110", all, "W B"},
+        {"0000001", all, "1-0"},
+        // Tags given in another order in the file still come in the same order.
+        {"1000100", "[White \"W\"]\n[Event \"E\"]", "E W"},
+        // Missing or empty tags leave no gap; lacking them all gives no name.
+        {"1000110", "[Event \"\"]\n[White \"W\"]\n[Black \"\"]", "W"},
+        {"1000110", "[Black \"B\"]", "B"},
+        {"0000100", "[Event \"E\"]", ""},
+        // Tags match by the front of the line in any case: a WhiteElo line
+        // behind White spoils it, EventDate counts as Event.
+        {"1000100", "[event \"lower\"]\n[WHITE \"UPPER\"]", "lower UPPER"},
+        {"0000100", "[White \"Tal\"]\n[WhiteElo \"2700\"]", "o \"2700"},
+        {"1000000", "[Event \"Wch\"]\n[EventDate \"1960.03.15\"]", "te \"1960.03.15"},
+        // Question marks go with their dots; blanks are squeezed.
+        {"1011000", unknown, "E 1999"},
+        {"1011000", "[Event \"E\"]\n[Date \"????.??.??\"]\n[Round \"3\"]", "E 3"},
+        {"1011000", "[Event \"a.?.b\"]", "ab"},
+        {"1011000", "[Event \"?x x.?y x?.y x?y\"]", "x xy xy xy"},
+        {"1011000", "[Event \"  wide   open  \"]", "wide open"},
+        {"1011000", unknown, "E 1999.??.?? ?", false},
+        // A line that is no known tag changes no value; every line goes trimmed into the comment.
+        {"1000000", "   [Event \"E\"]   \n  [Annotator \"Me\"]", "E"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.section);
+        Choose(c.mask, c.ignoreQuestion);
+        Load(c.section + "\n\n1. e4\n");
+        EXPECT_EQ(Next(), 1);
+        EXPECT_EQ(g.GameMoves[0], c.name);
+    }
+    EXPECT_EQ(g.GameComments[0], "\r\n[Event \"E\"]\r\n[Annotator \"Me\"]");
 }
 
 TEST_F(PgnReader, TagValueWithNegativeLengthIsAnError) {
@@ -126,106 +123,65 @@ TEST_F(PgnReader, TagValueWithNegativeLengthIsAnError) {
     }
 }
 
-TEST_F(PgnReader, EveryTagLineGoesTrimmedIntoTheComment) {
-    // A line that is no known tag changes no value.
-    Load("   [Event \"E\"]   \n  [Annotator \"Me\"]\n\n1. e4\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameMoves[0], "E");
-    EXPECT_EQ(g.GameComments[0], "\r\n[Event \"E\"]\r\n[Annotator \"Me\"]");
-}
-
-TEST_F(PgnReader, LineRightUnderTheTagsIsLost) {
-    Load("[Event \"x\"]\n1. e4 e5\n2. Nf3 Nc6\n");
-    EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(g.GameMoves[1], "Nf3");
-    EXPECT_EQ(g.GameMoves[2], "Nc6");
-}
-
-TEST_F(PgnReader, RemarksAheadOfTheFirstGame) {
-    Load("\n\n  Intro  \n\nmore\n%not dropped here\n[Event \"x\"]\n\n1. e4\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(st.ImportRemarks, "Intro\r\n\r\nmore\r\n%not dropped here\r\n");
-    EXPECT_EQ(g.GameMoves[0], "x");
-}
-
-TEST_F(PgnReader, PercentLines) {
-    // Dropped in the move text, also in the middle of a comment.
-    Load("[Event \"x\"]\n\n1. e4 {a\n% 2. d4\nb} e5\n");
-    EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(g.GameMoves[2], "e5");
-    EXPECT_EQ(g.GameComments[1], "a \r\n b");
-    // In the tag section such a line ends the section and is dropped.
-    Load("[Event \"x\"]\n%junk\n[Site \"s\"]\n1. e4\n");
-    EXPECT_EQ(Next(), 0);
-    EXPECT_EQ(g.GameComments[0], "\r\n[Event \"x\"]");
-    EXPECT_EQ(st.ImportLine, "[Site \"s\"]");
-}
-
-TEST_F(PgnReader, BracketLineInsideACommentEndsTheGame) {
-    Load("[Event \"a\"]\n\n1. e4 {a comment\n[that looks like a tag] more}\n2. Nf3 Nc6\n3. Bb5\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameComments[1], "a comment \r\n");
-    EXPECT_EQ(st.ImportLine, "[that looks like a tag] more}");
-    EXPECT_FALSE(st.ImportAtEnd);
-
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameMoves[0], "");
-    EXPECT_EQ(g.GameComments[0], "\r\n[that looks like a tag] more}");
-    EXPECT_EQ(g.GameMoves[1], "Bb5");  // the line under the "tags" was dropped
-    EXPECT_TRUE(st.ImportAtEnd);
-}
-
-TEST_F(PgnReader, CommentLeftOpenDoesNotCarryOver) {
-    Load("[Event \"a\"]\n\n1. e4 {open\n[Event \"b\"]\n\n1. d4 }x e5\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameComments[1], "open \r\n");
-    EXPECT_EQ(Next(), 3);
-    EXPECT_EQ(g.GameMoves[2], "}x");
-}
-
-TEST_F(PgnReader, FileWithoutATagLine) {
-    Load("a\n\nb\nc");
-    EXPECT_EQ(Next(), -1);
-    EXPECT_EQ(st.ImportRemarks, "a\r\n\r\nb\r\n");
-    EXPECT_TRUE(st.ImportAtEnd);
-}
-
-TEST_F(PgnReader, FileEndingInATagSection) {
-    // The last line of the file is not looked at.
-    Load("intro\n[Event \"a\"]\n");
-    EXPECT_EQ(Next(), -1);
-    EXPECT_EQ(st.ImportRemarks, "intro\r\n");
-    EXPECT_TRUE(st.ImportAtEnd);
-
-    Load("[Event \"a\"]\n[Site \"b\"]");
-    EXPECT_EQ(Next(), -1);
-    EXPECT_EQ(g.GameMoves[0], "");
-    EXPECT_EQ(g.GameComments[0], "");
-    EXPECT_TRUE(st.ImportAtEnd);
-
-    Load("[Event \"a\"]\n\n1. e4\n[Event \"b\"]\n[Site \"c\"]\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_FALSE(st.ImportAtEnd);
-    EXPECT_EQ(Next(), -1);
-    EXPECT_EQ(g.GameMoves[0], "");
-    EXPECT_EQ(g.GameMoves[1], "");
-    EXPECT_TRUE(st.ImportAtEnd);
-}
-
-TEST_F(PgnReader, TagLinesDirectlyUnderTheMoves) {
-    Load("[Event \"a\"]\n\n1. e4 e5\n[Event \"b\"]\n\n1. d4\n");
-    EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameMoves[0], "b");
-    EXPECT_EQ(g.GameMoves[1], "d4");
-}
-
-TEST_F(PgnReader, GameWithANameAndNoMove) {
-    Load("[Event \"a\"]\n\n\n[Event \"b\"]\n\n1-0\n");
-    EXPECT_EQ(Next(), 0);
-    EXPECT_EQ(g.GameMoves[0], "a");
-    EXPECT_EQ(Next(), 0);
-    EXPECT_EQ(g.GameComments[0], "White wins");
+// Files read game by game: what each read returns, the slots 0..max(1, plies + 1)
+// of moves and comments, and the line the reader stopped at.
+TEST_F(PgnReader, WhereGamesStartAndEnd) {
+    struct Read {
+        int16_t plies;
+        const char* moves;
+        const char* comments;  // nullptr: not looked at
+        const char* lineAfter = nullptr;
+    };
+    struct Case {
+        const char* what;
+        const char* text;
+        std::vector<Read> reads;
+        const char* remarks = nullptr;
+        bool atEnd = true;
+    };
+    const Case cases[] = {
+        {"the line right under the tags is lost", "[Event \"x\"]\n1. e4 e5\n2. Nf3 Nc6\n", {{2, "x|Nf3|Nc6|", nullptr}}},
+        {"remarks ahead of the first game", "\n\n  Intro  \n\nmore\n%not dropped here\n[Event \"x\"]\n\n1. e4\n",
+         {{1, "x|e4|", nullptr}}, "Intro\r\n\r\nmore\r\n%not dropped here\r\n"},
+        {"% lines drop out of the move text, also inside a comment", "[Event \"x\"]\n\n1. e4 {a\n% 2. d4\nb} e5\n",
+         {{2, "x|e4|e5|", "\r\n[Event \"x\"]|a \r\n b||"}}},
+        {"a % line ends the tag section and is dropped", "[Event \"x\"]\n%junk\n[Site \"s\"]\n1. e4\n",
+         {{0, "x|", "\r\n[Event \"x\"]|", "[Site \"s\"]"}}, nullptr, false},
+        {"a bracket line inside a comment ends the game; the line under it is dropped",
+         "[Event \"a\"]\n\n1. e4 {a comment\n[that looks like a tag] more}\n2. Nf3 Nc6\n3. Bb5\n",
+         {{1, "a|e4|", "\r\n[Event \"a\"]|a comment \r\n|", "[that looks like a tag] more}"},
+          {1, "|Bb5|", "\r\n[that looks like a tag] more}||"}}},
+        {"a comment left open does not carry over", "[Event \"a\"]\n\n1. e4 {open\n[Event \"b\"]\n\n1. d4 }x e5\n",
+         {{1, "a|e4|", "\r\n[Event \"a\"]|open \r\n|"}, {3, "b|d4|}x|e5|", nullptr}}},
+        {"no tag line at all", "a\n\nb\nc", {{-1, "|", "|"}}, "a\r\n\r\nb\r\n"},
+        {"the last line of the file is not looked at", "intro\n[Event \"a\"]\n", {{-1, "|", "|"}}, "intro\r\n"},
+        {"a file that ends in its first tag section", "[Event \"a\"]\n[Site \"b\"]", {{-1, "|", "|"}}},
+        {"a file that ends in a later tag section", "[Event \"a\"]\n\n1. e4\n[Event \"b\"]\n[Site \"c\"]\n",
+         {{1, "a|e4|", nullptr}, {-1, "|", "|"}}},
+        {"tag lines directly under the moves", "[Event \"a\"]\n\n1. e4 e5\n[Event \"b\"]\n\n1. d4\n",
+         {{2, "a|e4|e5|", nullptr}, {1, "b|d4|", nullptr}}},
+        {"games with a name and no move", "[Event \"a\"]\n\n\n[Event \"b\"]\n\n1-0\n",
+         {{0, "a|", nullptr}, {0, "b|", "White wins|"}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Load(c.text);
+        for (const Read& r : c.reads) {
+            EXPECT_EQ(Next(), r.plies);
+            const int last = std::max<int>(1, r.plies + 1);
+            EXPECT_EQ(Joined(g.GameMoves, last), r.moves);
+            if (r.comments) {
+                EXPECT_EQ(Joined(g.GameComments, last), r.comments);
+            }
+            if (r.lineAfter) {
+                EXPECT_EQ(st.ImportLine, r.lineAfter);
+            }
+        }
+        if (c.remarks) {
+            EXPECT_EQ(st.ImportRemarks, c.remarks);
+        }
+        EXPECT_EQ(st.ImportAtEnd, c.atEnd);
+    }
 }
 
 TEST_F(PgnReader, EmptyFileFailsOnTheFirstRead) {

@@ -2,7 +2,9 @@
 // two indicators given by the user.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "import/readers.h"
 
@@ -10,132 +12,86 @@ namespace {
 
 using namespace vantrel::import;
 
-class SanReader : public ::testing::Test {
-protected:
-    void Load(std::string text) {
-        src.OpenText(std::move(text));
-        st = ImportState{};
+// Slots 0..last of a game record, joined by "|".
+template <typename Slots>
+std::string Joined(const Slots& slots, int last) {
+    std::string out = slots[0];
+    for (int i = 1; i <= last; ++i) out += "|" + slots[static_cast<size_t>(i)];
+    return out;
+}
+
+// Files read game by game: what each read returns, the slots 0..max(1, plies + 1)
+// of moves and comments, and the line the reader stopped at.
+TEST(SanReader, WhereGamesStartAndEndAndWhatTheyHold) {
+    struct Read {
+        int16_t plies;
+        const char* moves;
+        const char* comments;  // nullptr: not looked at
+        const char* lineAfter = nullptr;
+    };
+    struct Case {
+        const char* what;
+        const char* text;
+        std::vector<Read> reads;
+        const char* remarks = nullptr;
+        bool atEnd = true;
+        const char* start = "{";
+        const char* end = "}";
+    };
+    const Case cases[] = {
+        // The first name isn't trimmed behind the "!"; later ones are.
+        {"games named by ! lines", "Opening notes\n\nby me\n! First game\n1. e4 {best} e5 2. Nf3\n!  Second  \nd4 d5\n",
+         {{3, " First game|e4|e5|Nf3|", "|best|||", "  Second"}, {2, "Second|d4|d5|", "|||"}},
+         "Opening notes\r\n\r\nby me\r\n"},
+        {"blank lines ahead of the first game are remarks", "\n\n  x  \n!G\ne4\n", {{1, "G|e4|", "||"}}, "\r\n\r\nx\r\n"},
+        {"a ! alone gives an empty name", "!\ne4 e5\n!\nd4\n", {{2, "|e4|e5|", nullptr}, {1, "|d4|", nullptr}}},
+        {"a ! line ends the game inside a comment; no comment is open in the next",
+         "!A\ne4 {open\n  !B\ne5 }x\n", {{1, "A|e4|", "|open \r\n|"}, {2, "B|e5|}x|", nullptr}}},
+        {"two-character indicators, trimmed", "!G\ne4 //best// e5 //x\n", {{2, "G|e4|e5|", "|best|x \r\n|"}}, nullptr,
+         true, " // ", "// "},
+        {"three-character indicators are tokens", "!G\ne4 <<< e5 >>> Nf3\n",
+         {{5, "G|e4|<<<|e5|>>>|Nf3|", "||||||"}}, nullptr, true, "<<<", ">>>"},
+        {"PGN signs are plain move text", "!G\n[Event\n% e4\ne5 (d4) ;\n", {{4, "G|[Event|e4|e5|(d4)|", nullptr}}},
+        {"move lines are walked untrimmed", "!G\ne4 {ab\n   cd}\n", {{1, "G|e4|", "|ab \r\n    cd|"}}},
+        {"marks, codes and results", "!G\n1. e4! $3 e5? 1-0 2.Nf3\n",
+         {{3, "G|e4|e5|Nf3|", "|very good move|White wins||"}}},
+        {"no ! line at all; asked again the reader still finds nothing", "a\n\nb\nc\n",
+         {{-1, "|", "|"}, {-1, "|", "|"}}, "a\r\n\r\nb\r\n"},
+        {"a ! on the last line is not looked at", "intro\n!G", {{-1, "|", "|"}}, "intro\r\n"},
+        {"a file ending in a comment", "!G\ne4 e5 {a} Nf3 {open", {{3, "G|e4|e5|Nf3|", "||a|open \r\n|"}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        LineSource src;
+        src.OpenText(c.text);
+        ImportState st;
         st.ImportFile = &src;
+        GameRecord g;
+        for (const Read& r : c.reads) {
+            EXPECT_EQ(ReadSanGame(st, g, c.start, c.end), r.plies);
+            const int last = std::max<int>(1, r.plies + 1);
+            EXPECT_EQ(Joined(g.GameMoves, last), r.moves);
+            if (r.comments) {
+                EXPECT_EQ(Joined(g.GameComments, last), r.comments);
+            }
+            if (r.lineAfter) {
+                EXPECT_EQ(st.ImportLine, r.lineAfter);
+            }
+        }
+        if (c.remarks) {
+            EXPECT_EQ(st.ImportRemarks, c.remarks);
+        }
+        EXPECT_EQ(st.ImportAtEnd, c.atEnd);
     }
-    int16_t Next(const std::string& start = "{", const std::string& end = "}") {
-        return ReadSanGame(st, g, start, end);
-    }
+}
 
+TEST(SanReader, EmptyFileFailsOnTheFirstRead) {
     LineSource src;
+    src.OpenText("");
     ImportState st;
+    st.ImportFile = &src;
     GameRecord g;
-};
-
-TEST_F(SanReader, GamesNamedByBangLines) {
-    Load("Opening notes\n\nby me\n! First game\n1. e4 {best} e5 2. Nf3\n!  Second  \nd4 d5\n");
-    EXPECT_EQ(Next(), 3);
-    EXPECT_EQ(st.ImportRemarks, "Opening notes\r\n\r\nby me\r\n");
-    // The first name isn't trimmed behind the "!"; later ones are.
-    EXPECT_EQ(g.GameMoves[0], " First game");
-    EXPECT_EQ(g.GameComments[0], "");
-    EXPECT_EQ(g.GameMoves[1], "e4");
-    EXPECT_EQ(g.GameComments[1], "best");
-    EXPECT_EQ(g.GameMoves[3], "Nf3");
-    EXPECT_EQ(st.ImportLine, "  Second");
-    EXPECT_FALSE(st.ImportAtEnd);
-
-    EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(g.GameMoves[0], "Second");
-    EXPECT_EQ(g.GameMoves[2], "d5");
-    EXPECT_EQ(g.GameMoves[3], "");
-    EXPECT_EQ(g.GameComments[1], "");
-    EXPECT_TRUE(st.ImportAtEnd);
-}
-
-TEST_F(SanReader, BlankLinesAheadOfTheFirstGameAreRemarks) {
-    Load("\n\n  x  \n!G\ne4\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(st.ImportRemarks, "\r\n\r\nx\r\n");
-}
-
-TEST_F(SanReader, BangAloneGivesAnEmptyName) {
-    Load("!\ne4 e5\n!\nd4\n");
-    EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(g.GameMoves[0], "");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameMoves[0], "");
-}
-
-TEST_F(SanReader, BangLineEndsTheGameInsideAComment) {
-    Load("!A\ne4 {open\n  !B\ne5 }x\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameComments[1], "open \r\n");
-    EXPECT_EQ(Next(), 2);
-    EXPECT_EQ(g.GameMoves[0], "B");
-    EXPECT_EQ(g.GameMoves[1], "e5");
-    EXPECT_EQ(g.GameMoves[2], "}x");  // no comment is open in the new game
-}
-
-TEST_F(SanReader, TwoCharacterIndicatorsAndTrimming) {
-    Load("!G\ne4 //best// e5 //x\n");
-    EXPECT_EQ(Next(" // ", "// "), 2);
-    EXPECT_EQ(g.GameComments[1], "best");
-    EXPECT_EQ(g.GameComments[2], "x \r\n");
-}
-
-TEST_F(SanReader, ThreeCharacterIndicatorsAreTokens) {
-    Load("!G\ne4 <<< e5 >>> Nf3\n");
-    EXPECT_EQ(Next("<<<", ">>>"), 5);
-    EXPECT_EQ(g.GameMoves[2], "<<<");
-    EXPECT_EQ(g.GameMoves[3], "e5");
-    EXPECT_EQ(g.GameMoves[4], ">>>");
-    EXPECT_EQ(g.GameComments[1], "");
-}
-
-TEST_F(SanReader, PgnSignsArePlainMoveText) {
-    Load("!G\n[Event\n% e4\ne5 (d4) ;\n");
-    EXPECT_EQ(Next(), 4);
-    EXPECT_EQ(g.GameMoves[1], "[Event");
-    EXPECT_EQ(g.GameMoves[2], "e4");
-    EXPECT_EQ(g.GameMoves[3], "e5");
-    EXPECT_EQ(g.GameMoves[4], "(d4)");
-}
-
-TEST_F(SanReader, MoveLinesAreWalkedUntrimmed) {
-    Load("!G\ne4 {ab\n   cd}\n");
-    EXPECT_EQ(Next(), 1);
-    EXPECT_EQ(g.GameComments[1], "ab \r\n    cd");
-}
-
-TEST_F(SanReader, MarksCodesAndResults) {
-    Load("!G\n1. e4! $3 e5? 1-0 2.Nf3\n");
-    EXPECT_EQ(Next(), 3);
-    EXPECT_EQ(g.GameComments[1], "very good move");
-    EXPECT_EQ(g.GameComments[2], "White wins");
-    EXPECT_EQ(g.GameMoves[3], "Nf3");
-}
-
-TEST_F(SanReader, FileWithoutABangLine) {
-    Load("a\n\nb\nc\n");
-    EXPECT_EQ(Next(), -1);
-    EXPECT_EQ(st.ImportRemarks, "a\r\n\r\nb\r\n");
-    EXPECT_TRUE(st.ImportAtEnd);
-    // The tree store stops here; asked again the reader still finds nothing.
-    EXPECT_EQ(Next(), -1);
-}
-
-TEST_F(SanReader, BangOnTheLastLineIsNotLookedAt) {
-    Load("intro\n!G");
-    EXPECT_EQ(Next(), -1);
-    EXPECT_EQ(st.ImportRemarks, "intro\r\n");
-    EXPECT_EQ(g.GameMoves[0], "");
-}
-
-TEST_F(SanReader, FileEndingInAComment) {
-    Load("!G\ne4 e5 {a} Nf3 {open");
-    EXPECT_EQ(Next(), 3);
-    EXPECT_EQ(g.GameComments[2], "a");
-    EXPECT_EQ(g.GameComments[3], "open \r\n");
-}
-
-TEST_F(SanReader, EmptyFileFailsOnTheFirstRead) {
-    Load("");
-    EXPECT_THROW(Next(), ImportError);
+    EXPECT_THROW(ReadSanGame(st, g, "{", "}"), ImportError);
 }
 
 }  // namespace
