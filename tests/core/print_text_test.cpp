@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "print/move_list_text.h"
@@ -183,41 +184,24 @@ TEST(PrintWrap, ALongStretchWithoutBlanksIsBrokenHardAndKeepsEveryCharacter) {
     EXPECT_EQ(WrapComment(lead), (Lines{"x", std::string(70, 'z'), std::string(10, 'z')}));
 }
 
-TEST(PrintPages, TheHeadOfEveryPage) {
+TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
     EXPECT_EQ(PageHead(1), (Lines{"Vantrel - Print Moves List           Page 1", std::string(56, '='), "", ""}));
     EXPECT_EQ(PageHead(12)[0], "Vantrel - Print Moves List           Page 12");
-}
-
-TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
-    Lines text;
-    for (int i = 1; i <= 62; ++i) text.push_back("line " + std::to_string(i));
-    std::vector<Page> pages = Paginate(text);
-    ASSERT_EQ(pages.size(), 2u);
-    ASSERT_EQ(pages[0].size(), 66u);
-    EXPECT_EQ(pages[0][0], "Vantrel - Print Moves List           Page 1");
-    EXPECT_EQ(pages[0][4], "line 1");
-    EXPECT_EQ(pages[0][65], "line 62");
-    EXPECT_EQ(pages[1], PageHead(2));
-
-    text.push_back("line 63");
-    pages = Paginate(text);
-    ASSERT_EQ(pages.size(), 2u);
-    ASSERT_EQ(pages[1].size(), 5u);
-    EXPECT_EQ(pages[1][0], "Vantrel - Print Moves List           Page 2");
-    EXPECT_EQ(pages[1][4], "line 63");
-
-    text.resize(61);
-    pages = Paginate(text);
-    ASSERT_EQ(pages.size(), 1u);
-    EXPECT_EQ(pages[0].size(), 65u);
-
-    Lines many;
-    for (int i = 1; i <= 124; ++i) many.push_back("l" + std::to_string(i));
-    pages = Paginate(many);
-    ASSERT_EQ(pages.size(), 3u);
-    EXPECT_EQ(pages[1][4], "l63");
-    EXPECT_EQ(pages[1][65], "l124");
-    EXPECT_EQ(pages[2], PageHead(3));
+    // Lines of text, the pages they fill, the lines on the last page.
+    const std::tuple<int, size_t, size_t> cases[] = {{61, 1, 65}, {62, 2, 4}, {63, 2, 5}, {124, 3, 4}};
+    for (const auto& [count, pageCount, lastSize] : cases) {
+        SCOPED_TRACE(count);
+        Lines text;
+        for (int i = 1; i <= count; ++i) text.push_back("l" + std::to_string(i));
+        const std::vector<Page> pages = Paginate(text);
+        ASSERT_EQ(pages.size(), pageCount);
+        EXPECT_EQ(pages.back().size(), lastSize);
+        for (size_t p = 0; p < pages.size(); ++p) {
+            ASSERT_GE(pages[p].size(), 4u);
+            EXPECT_EQ(Lines(pages[p].begin(), pages[p].begin() + 4), PageHead(static_cast<int>(p) + 1));
+            for (size_t k = 4; k < pages[p].size(); ++k) EXPECT_EQ(pages[p][k], "l" + std::to_string(p * 62 + k - 3));
+        }
+    }
 }
 
 TEST(PrintFile, LinesGoOutWithCrLfAndComeBackTheSame) {

@@ -20,32 +20,12 @@ TEST_F(BuildTreeTest, ThreeGamesGiveTheFourRecordsOfTheTree) {
     EXPECT_TRUE(host.Silent());
 
     const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 4u);
-    struct Expected {
-        int64_t index, parent;
-        const char* move;
-        const char* description;
-        int64_t newBranch;
-    };
-    const Expected want[] = {
-        {1, 0, "e4", "e4: a", -1},
-        {2, 1, "e5", "e5", 0},
-        {3, 2, "Nf3", "Nf3", 0},
-        {4, 1, "c5", "c5: b", -1},
-    };
+    ASSERT_EQ(Briefs(rows), (Briefed{"1<0 e4 (e4: a) *", "2<1 e5", "3<2 Nf3", "4<1 c5 (c5: b) *"}));
+    const std::vector<std::string> lines[] = {{"e4"}, {"e4", "e5"}, {"e4", "e5", "Nf3"}, {"e4", "c5"}};
     for (size_t k = 0; k < 4; ++k) {
-        SCOPED_TRACE(k);
-        EXPECT_EQ(rows[k].index, want[k].index);
-        EXPECT_EQ(rows[k].parent, want[k].parent);
-        EXPECT_EQ(rows[k].move, want[k].move);
-        EXPECT_EQ(rows[k].description, want[k].description);
-        EXPECT_EQ(rows[k].newBranch, want[k].newBranch);
-        EXPECT_EQ(rows[k].book, "Demo");  // trimmed, in every record
+        EXPECT_EQ(rows[k].book, "Demo") << k;  // trimmed, in every record
+        EXPECT_EQ(rows[k].layout, LayoutAfter(lines[k])) << k;
     }
-    EXPECT_EQ(rows[0].layout, LayoutAfter({"e4"}));
-    EXPECT_EQ(rows[1].layout, LayoutAfter({"e4", "e5"}));
-    EXPECT_EQ(rows[2].layout, LayoutAfter({"e4", "e5", "Nf3"}));
-    EXPECT_EQ(rows[3].layout, LayoutAfter({"e4", "c5"}));
 
     // The PGN game comment is the tag section; it comes first on the first
     // node a game adds, followed by CR LF even with no move comment.
@@ -67,19 +47,11 @@ TEST_F(BuildTreeTest, ThreeGamesGiveTheFourRecordsOfTheTree) {
 TEST_F(BuildTreeTest, GameWithoutNameBranchesWithTheBareMove) {
     // PGN: the chosen tag (Event) is missing, so the name is empty.
     ASSERT_TRUE(Build("[Site \"nowhere\"]\n\n1. d4 d5\n"));
-    auto rows = Rows();
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].description, "d4");
-    EXPECT_EQ(rows[0].newBranch, -1);
-
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 d4 *", "2<1 d5"}));
     // SAN: a name of blanks only.
     options.pgn = false;
     ASSERT_TRUE(Build("!   \ne4 e5\n"));
-    rows = Rows();
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].description, "e4");
-    EXPECT_EQ(rows[0].newBranch, -1);
-    EXPECT_EQ(rows[1].newBranch, 0);
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 e4 *", "2<1 e5"}));
 }
 
 TEST_F(BuildTreeTest, CommentsFollowTheFirstNewNodeRules) {
@@ -94,30 +66,17 @@ TEST_F(BuildTreeTest, CommentsFollowTheFirstNewNodeRules) {
     EXPECT_TRUE(host.Silent());
 
     const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(rows[0].description, "e4: g1");
-    EXPECT_EQ(rows[0].remarks, "m1");
-    EXPECT_EQ(rows[1].description, "e5");
-    EXPECT_EQ(rows[1].remarks, "");
-    EXPECT_EQ(rows[2].description, "d5: g2");
-    EXPECT_EQ(rows[2].parent, 1);
-    EXPECT_EQ(rows[2].remarks, "intro\r\n");
-    EXPECT_EQ(rows[3].description, "d4: g4");
-    EXPECT_EQ(rows[3].parent, 0);
-    EXPECT_EQ(rows[3].remarks, "  spaced  \r\n");
-    for (const auto& r : rows) {
-        EXPECT_EQ(r.remarks.find("dropped"), std::string::npos);
-        EXPECT_EQ(r.remarks.find("lost"), std::string::npos);
-    }
+    ASSERT_EQ(Briefs(rows), (Briefed{"1<0 e4 (e4: g1) *", "2<1 e5", "3<1 d5 (d5: g2) *", "4<0 d4 (d4: g4) *"}));
+    std::vector<std::string> remarks;
+    for (const auto& r : rows) remarks.push_back(r.remarks);
+    EXPECT_EQ(remarks, (std::vector<std::string>{"m1", "", "intro\r\n", "  spaced  \r\n"}));
 }
 
 TEST_F(BuildTreeTest, GamesWithoutMovesAddNothing) {
     // A game whose move text is a result alone is passed over.
     ASSERT_TRUE(Build("\nMy openings\n\nfor the club\n[Event \"empty\"]\n\n*\n\n[Event \"b\"]\n\ne4\n"));
     EXPECT_EQ(session.ImportRemarks, "My openings\r\n\r\nfor the club\r\n");
-    auto rows = Rows();
-    ASSERT_EQ(rows.size(), 1u);
-    EXPECT_EQ(rows[0].description, "e4: b");
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 e4 (e4: b) *"}));
     ASSERT_EQ(host.games.size(), 2u);
     EXPECT_EQ(host.games[0].lastPly, 0);
 
@@ -141,12 +100,9 @@ TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndTheNextStartsAfresh) {
     EXPECT_EQ(host.fixCalls[0].move, "Nf5");
     EXPECT_EQ(host.fixCalls[0].layout, LayoutAfter({"e4", "e5"}));
 
+    // The skipped game's last record is an ordinary node.
     const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(rows[1].move, "e5");  // the skipped game's last record is an ordinary node
-    EXPECT_EQ(rows[1].newBranch, 0);
-    EXPECT_EQ(rows[2].move, "d4");
-    EXPECT_EQ(rows[2].parent, 0);
+    ASSERT_EQ(Briefs(rows), (Briefed{"1<0 e4 (e4: a) *", "2<1 e5", "3<0 d4 (d4: b) *", "4<3 d5"}));
     EXPECT_EQ(rows[2].layout, LayoutAfter({"d4"}));
     EXPECT_EQ(rows[3].layout, LayoutAfter({"d4", "d5"}));
     EXPECT_TRUE(host.Silent());
@@ -167,9 +123,7 @@ TEST_F(BuildTreeTest, AcceptedRepairIsTheMoveSearchedAndStored) {
 
     const auto rows = Rows();
     ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(rows[3].move, "Nc6");
-    EXPECT_EQ(rows[3].parent, 3);
-    EXPECT_EQ(rows[3].description, "Nc6: b");
+    EXPECT_EQ(Brief(rows[3]), "4<3 Nc6 (Nc6: b) *");
     EXPECT_EQ(rows[3].layout, LayoutAfter({"e4", "e5", "Nf3", "Nc6"}));
 }
 
@@ -182,10 +136,8 @@ TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesIt) {
 
     const auto rows = Rows();
     ASSERT_EQ(rows.size(), 8u);
-    EXPECT_EQ(rows[6].move, "o-o");
-    EXPECT_EQ(rows[6].description, "o-o");
-    EXPECT_EQ(rows[7].move, "Nf6");  // "0-0" found the node of "O-O"
-    EXPECT_EQ(rows[7].parent, 7);
+    EXPECT_EQ(Brief(rows[6]), "7<6 o-o");
+    EXPECT_EQ(Brief(rows[7]), "8<7 Nf6 (Nf6: b) *");  // "0-0" found the node of "O-O"
     EXPECT_EQ(rows[6].layout, LayoutAfter({"e4", "e5", "Nf3", "Nc6", "Bc4", "Bc5", "O-O"}));
 
     // A castling that can't be played: the dialog sees the move as the file
@@ -199,9 +151,7 @@ TEST_F(BuildTreeTest, CancelInRepairDialogKeepsTheRecordsSoFar) {
     host.answers.push_back({import::kFixCancel, ""});
     EXPECT_FALSE(Build("[Event \"a\"]\n\ne4 e5\n\n[Event \"b\"]\n\nd4 Nf9 c4\n\n[Event \"c\"]\n\nc4\n"));
     EXPECT_TRUE(host.Silent());
-    const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[2].move, "d4");
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 e4 (e4: a) *", "2<1 e5", "3<0 d4 (d4: b) *"}));
     EXPECT_EQ(host.games.size(), 2u);  // game c was never read
 }
 
@@ -216,10 +166,7 @@ TEST_F(BuildTreeTest, StopAtTheYieldLeavesTheCounterOneAboveTheLastRecord) {
 TEST_F(BuildTreeTest, EachImportStartsWithAnEmptyTable) {
     ASSERT_TRUE(Build(kThreeGames));
     ASSERT_TRUE(Build("[Event \"z\"]\n\nc4 c5\n"));
-    const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[0].index, 1);
-    EXPECT_EQ(rows[0].description, "c4: z");
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 c4 (c4: z) *", "2<1 c5"}));
     EXPECT_EQ(host.counts.back(), "2");
 }
 

@@ -141,6 +141,22 @@ struct Row {
     std::string layout;
 };
 
+// A record in short: "index<parent move", the description in brackets where
+// it is more than the move, and " *" for a new branch (" !n" for any other
+// value but 0).
+inline std::string Brief(const Row& r) {
+    std::string out = std::to_string(r.index) + "<" + std::to_string(r.parent) + " " + r.move;
+    if (r.description != r.move) out += " (" + r.description + ")";
+    if (r.newBranch != 0) out += r.newBranch == -1 ? " *" : " !" + std::to_string(r.newBranch);
+    return out;
+}
+inline std::vector<std::string> Briefs(const std::vector<Row>& rows) {
+    std::vector<std::string> out;
+    for (const Row& r : rows) out.push_back(Brief(r));
+    return out;
+}
+using Briefed = std::vector<std::string>;
+
 // The table Moves read and written straight, past the tree store.
 class Db {
 public:
@@ -165,10 +181,7 @@ public:
         s.Bind(4, r.book);
         s.Bind(5, r.description);
         s.Bind(6, r.newBranch);
-        if (r.remarksNull)
-            s.BindNull(7);
-        else
-            s.Bind(7, r.remarks);
+        r.remarksNull ? s.BindNull(7) : s.Bind(7, r.remarks);
         s.Bind(8, r.layout);
         s.Step();
     }

@@ -16,14 +16,7 @@ std::string Trimmed(const std::string& s) {
 class WriteLibraryTest : public StoreTest {
 protected:
     Row MakeRow(int64_t index, int64_t parent, const std::string& move, const std::string& book = "Demo") {
-        Row r;
-        r.index = index;
-        r.parent = parent;
-        r.move = move;
-        r.book = book;
-        r.description = move;
-        r.layout = std::string(chess::kInitialLayout);
-        return r;
+        return {index, parent, move, book, move, 0, "", false, std::string(chess::kInitialLayout)};
     }
 
     void Insert(const std::vector<Row>& rows) {
@@ -68,12 +61,9 @@ TEST_F(WriteLibraryTest, HeaderCountersComeFromTheTableAndRecordsInIndexOrder) {
     EXPECT_EQ(c.header.MaxIndex, 4);
     EXPECT_EQ(c.header.LibRemarks, "Hi\r\nthere\r\n");
 
-    ASSERT_EQ(c.records.size(), 3u);
-    EXPECT_EQ(c.records[0].index, 1);
-    EXPECT_EQ(c.records[1].index, 2);
-    EXPECT_EQ(c.records[2].index, 3);
-    EXPECT_EQ(c.records[2].parent, 2);
-    EXPECT_EQ(c.records[2].description, "Nf3");
+    Briefed records;
+    for (const auto& r : c.records) records.push_back(Brief({r.index, r.parent, r.description, "", r.description, 0, "", false, ""}));
+    EXPECT_EQ(records, (Briefed{"1<0 e4", "2<1 e5", "3<2 Nf3"}));
 
     // The counter starts at 1, with a blank in front of the digits.
     EXPECT_EQ(host.counts, (std::vector<std::string>{" 1", " 2", " 3"}));
@@ -116,11 +106,8 @@ TEST_F(WriteLibraryTest, TheTableIsNotChangedByWriting) {
     const auto before = Rows();
     ASSERT_TRUE(Write());
     const auto after = Rows();
-    ASSERT_EQ(before.size(), after.size());
-    for (size_t k = 0; k < before.size(); ++k) {
-        EXPECT_EQ(before[k].description, after[k].description);
-        EXPECT_EQ(before[k].layout, after[k].layout);
-    }
+    EXPECT_EQ(Briefs(before), Briefs(after));
+    for (size_t k = 0; k < before.size() && k < after.size(); ++k) EXPECT_EQ(before[k].layout, after[k].layout);
 }
 
 TEST_F(WriteLibraryTest, EmptyTableEndsInTheErrorDialogWithNoFile) {
