@@ -23,10 +23,14 @@
 
 namespace vantrel::testing {
 
-// The settings store the frame uses, emptied.
+// The settings store the frame uses.
+inline QSettings SettingsStore() {
+    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
+                     QStringLiteral("Vantrel"));
+}
+
 inline void ClearSettings() {
-    QSettings store(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
-                    QStringLiteral("Vantrel"));
+    QSettings store = SettingsStore();
     store.clear();
     store.sync();
 }

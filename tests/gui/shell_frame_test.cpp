@@ -100,15 +100,15 @@ TEST_F(FrameCommandsTest, StartUpShowsTheSharedWindowsAndTheStartPosition) {
     EXPECT_EQ(forms::MainFrame(), frame.get());
 }
 
-TEST_F(FrameCommandsTest, ACommandLinePathOpensAtTheStart) {
+TEST_F(FrameCommandsTest, ACommandLinePathOpensAtTheStartABlankOneNothingAndAMissingOrQuotedOneFails) {
     const QString path = Write(Small("From the command line"));
     StartFrame(path);
     ASSERT_EQ(forms::TreeViews().Count(), 1);
     EXPECT_EQ(forms::TreeViews().Active()->Caption(), "From the command line");
     EXPECT_EQ(frame->CommandLine(), path);
-}
+    frame.reset();
+    FlushDeletes();
 
-TEST_F(FrameCommandsTest, ABlankCommandLineOpensNothingAndAMissingOrQuotedPathFails) {
     StartFrame("   ");
     EXPECT_TRUE(messages.messages.empty());
     EXPECT_EQ(forms::TreeViews().WindowCounter(), 0);
@@ -126,8 +126,7 @@ TEST_F(FrameCommandsTest, ABlankCommandLineOpensNothingAndAMissingOrQuotedPathFa
 
     // Quotes are not taken off.
     messages.messages.clear();
-    const QString real = Write(Small());
-    const QString quoted = "\"" + real + "\"";
+    const QString quoted = "\"" + path + "\"";
     StartFrame(quoted);
     EXPECT_EQ(messages.Texts(), QStringList{"Problem loading library " + quoted});
     EXPECT_EQ(forms::TreeViews().Count(), 0);
@@ -272,29 +271,23 @@ TEST_F(FrameCommandsTest, ResetChangesTheBoardOnly) {
 
 TEST_F(FrameCommandsTest, TheAboutBoxNamesTheProductVersionAndContact) {
     StartFrame();
-    frmAbout* seen = nullptr;
-    QString title, version, support, ok;
+    bool seen = false;
     onModal = [&](QDialog& dialog) {
-        seen = qobject_cast<frmAbout*>(&dialog);
-        if (seen) {
-            title = seen->windowTitle();
-            version = seen->lblTitle->text();
-            support = seen->lblSupport->text();
-            ok = seen->cmdOK->text();
-            EXPECT_FALSE(seen->lblDescription->text().isEmpty());
-            EXPECT_FALSE(seen->lblLegal->text().isEmpty());
-            EXPECT_FALSE(seen->lblCompany->text().isEmpty());
-            EXPECT_TRUE(seen->lblEmail->text().contains('@'));
-            seen->cmdOK->click();
-        }
+        auto* about = qobject_cast<frmAbout*>(&dialog);
+        if (!about) return 0;
+        seen = true;
+        EXPECT_EQ(about->windowTitle(), "About Vantrel");
+        EXPECT_EQ(about->lblTitle->text(), "Vantrel  Version " VANTREL_VERSION);
+        EXPECT_EQ(about->lblSupport->text(), "e-mail your comments and suggestions to:");
+        EXPECT_EQ(about->cmdOK->text(), "&OK");
+        for (QLabel* label : {about->lblDescription, about->lblLegal, about->lblCompany})
+            EXPECT_FALSE(label->text().isEmpty());
+        EXPECT_TRUE(about->lblEmail->text().contains('@'));
+        about->cmdOK->click();
         return dialog.result();
     };
     frame->m_about->trigger();
-    ASSERT_NE(seen, nullptr);
-    EXPECT_EQ(title, "About Vantrel");
-    EXPECT_EQ(version, "Vantrel  Version " VANTREL_VERSION);
-    EXPECT_EQ(support, "e-mail your comments and suggestions to:");
-    EXPECT_EQ(ok, "&OK");
+    EXPECT_TRUE(seen);
 }
 
 TEST_F(FrameCommandsTest, ClosingTheFrameLetsTheLibrariesGoWithoutTheirCleanUp) {

@@ -100,27 +100,10 @@ TEST_F(RegisterTest, ClosingTheLastLibraryPutsTheSharedWindowsBackToTheStart) {
     EXPECT_FALSE(forms::StatusLoaded()) << "the please-wait window goes with the library";
 }
 
-TEST_F(RegisterTest, GetAllLibrariesListsOnlyWhenThereIsAChoice) {
-    StartFrame();
-    QStringList libs{"stale"}, tags{"stale"};
-    EXPECT_EQ(forms::TreeViews().GetAllLibraries(libs, tags), 0);
-    EXPECT_TRUE(libs.isEmpty());
-
-    ASSERT_NE(Open(Named("First", 'P'), "1.vnb"), nullptr);
-    EXPECT_EQ(forms::TreeViews().GetAllLibraries(libs, tags), 1);
-    EXPECT_TRUE(libs.isEmpty());
-    EXPECT_TRUE(tags.isEmpty());
-
-    ASSERT_NE(Open(Named("Second", 'P'), "2.vnb"), nullptr);
-    ASSERT_NE(Open(Named("Third", 'P'), "3.vnb"), nullptr);
-    EXPECT_EQ(forms::TreeViews().GetAllLibraries(libs, tags), 3);
-    EXPECT_EQ(libs, (QStringList{"First", "Second", "Third"}));
-    EXPECT_EQ(tags, (QStringList{"TV00001", "TV00002", "TV00003"}));
-}
-
-TEST_F(RegisterTest, WithNoLibraryTheCommandsDoNothingAndTheQuestionsHaveDefaults) {
+TEST_F(RegisterTest, TheQuestionsAndCommandsFollowTheOpenLibraries) {
     StartFrame();
     cTreeView& tv = forms::TreeViews();
+    // With no library the commands do nothing and the questions have defaults.
     tv.ExpandAll();
     tv.CollapseAll();
     tv.ExpandNode();
@@ -131,22 +114,32 @@ TEST_F(RegisterTest, WithNoLibraryTheCommandsDoNothingAndTheQuestionsHaveDefault
     EXPECT_EQ(tv.LibRemarks(), "No open libraries");
     EXPECT_EQ(tv.CurrentBoard(), "");
     EXPECT_EQ(tv.Active(), nullptr);
-}
 
-TEST_F(RegisterTest, CurrentBoardAndLibRemarksFollowTheActiveLibrary) {
-    StartFrame();
-    LibraryBuilder a = Named("A", 'P');
-    a.Remarks("Remarks of A");
-    LibraryBuilder b = Named("B", 'N');
-    b.Remarks("Remarks of B");
-    frmTreeView* fa = Open(a, "a.vnb");
-    frmTreeView* fb = Open(b, "b.vnb");
-    ASSERT_TRUE(fa && fb);
-    EXPECT_EQ(forms::TreeViews().CurrentBoard(), Layout('N'));
-    EXPECT_EQ(forms::TreeViews().LibRemarks(), "Remarks of B");
-    forms::TreeViews().SetActive(fa->Tag);
-    EXPECT_EQ(forms::TreeViews().CurrentBoard(), Layout('P'));
-    EXPECT_EQ(forms::TreeViews().LibRemarks(), "Remarks of A");
+    // The libraries are listed only when there is a choice.
+    QStringList libs{"stale"}, tags{"stale"};
+    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 0);
+    EXPECT_TRUE(libs.isEmpty());
+    LibraryBuilder a = Named("First", 'P');
+    frmTreeView* fa = Open(a.Remarks("Remarks of A"), "1.vnb");
+    ASSERT_NE(fa, nullptr);
+    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 1);
+    EXPECT_TRUE(libs.isEmpty());
+    EXPECT_TRUE(tags.isEmpty());
+
+    LibraryBuilder b = Named("Second", 'N');
+    ASSERT_NE(Open(b.Remarks("Remarks of B"), "2.vnb"), nullptr);
+    ASSERT_NE(Open(Named("Third", 'R'), "3.vnb"), nullptr);
+    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 3);
+    EXPECT_EQ(libs, (QStringList{"First", "Second", "Third"}));
+    EXPECT_EQ(tags, (QStringList{"TV00001", "TV00002", "TV00003"}));
+
+    // The board and the remarks are those of the active library.
+    tv.SetActive("TV00002");
+    EXPECT_EQ(tv.CurrentBoard(), Layout('N'));
+    EXPECT_EQ(tv.LibRemarks(), "Remarks of B");
+    tv.SetActive(fa->Tag);
+    EXPECT_EQ(tv.CurrentBoard(), Layout('P'));
+    EXPECT_EQ(tv.LibRemarks(), "Remarks of A");
 }
 
 TEST_F(RegisterTest, AnExhaustedWindowCounterRefusesANewWindowInsteadOfWrapping) {

@@ -1,6 +1,8 @@
 // The settings store and the memory of the frame's position.
 #include <QMdiSubWindow>
 #include <QSettings>
+#include <initializer_list>
+#include <utility>
 
 #include "chess/board.h"
 #include "shell_fixture.h"
@@ -12,9 +14,10 @@ namespace {
 
 class SettingsTest : public FrameTest {
 protected:
-    static QSettings Store() {
-        return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
-                         QStringLiteral("Vantrel"));
+    // What an earlier run that remembered the frame left: "T" and the numbers.
+    static void Remembered(std::initializer_list<std::pair<const char*, int>> numbers) {
+        SaveSettingText("Forms", "SmartForms", "T");
+        for (const auto& [key, value] : numbers) SaveSettingNumber("Forms", key, value);
     }
     void CloseFrame() {
         ASSERT_TRUE(frame->close());
@@ -42,7 +45,7 @@ TEST_F(SettingsTest, TheStoreReadsTextAndNumbersWithTheirDefaults) {
     SaveSettingText("Forms", "NotANumber", "twelve");
     EXPECT_EQ(GetSettingNumber("Forms", "NotANumber"), 0);
     {
-        QSettings store = Store();
+        QSettings store = SettingsStore();
         store.setValue("Forms/Huge", QVariant::fromValue<qlonglong>(1LL << 40));
     }
     EXPECT_EQ(GetSettingNumber("Forms", "Huge"), 0) << "only a 32-bit value is a number";
@@ -55,7 +58,7 @@ TEST_F(SettingsTest, AFirstRunIsUncheckedAndSavesNothing) {
     EXPECT_FALSE(SmartForms);
     EXPECT_FALSE(frame->mWRememberPositions->isChecked());
     CloseFrame();
-    EXPECT_EQ(Store().allKeys().size(), 2) << "nothing saved at exit";
+    EXPECT_EQ(SettingsStore().allKeys().size(), 2) << "nothing saved at exit";
     EXPECT_EQ(GetSettingText("Forms", "SmartForms"), "t");
 }
 
@@ -86,12 +89,8 @@ TEST_F(SettingsTest, ACheckedItemSavesThePositionAndTheNextStartRestoresIt) {
 }
 
 TEST_F(SettingsTest, UncheckingSavesNothingSoTheOldPositionStays) {
-    SaveSettingText("Forms", "SmartForms", "T");
-    SaveSettingNumber("Forms", "MDIVantrelWinState", 0);
-    SaveSettingNumber("Forms", "MDIVantrelLeft", 1200);
-    SaveSettingNumber("Forms", "MDIVantrelTop", 600);
-    SaveSettingNumber("Forms", "MDIVantrelWidth", 9600);
-    SaveSettingNumber("Forms", "MDIVantrelHeight", 7200);
+    Remembered({{"MDIVantrelWinState", 0}, {"MDIVantrelLeft", 1200}, {"MDIVantrelTop", 600},
+                {"MDIVantrelWidth", 9600}, {"MDIVantrelHeight", 7200}});
     StartFrame();
     ASSERT_TRUE(frame->mWRememberPositions->isChecked());
     EXPECT_EQ(frame->pos(), QPoint(100, 50));
@@ -105,8 +104,7 @@ TEST_F(SettingsTest, UncheckingSavesNothingSoTheOldPositionStays) {
 }
 
 TEST_F(SettingsTest, AFrameClosedMinimizedComesBackMinimizedWithThePlanUndone) {
-    SaveSettingText("Forms", "SmartForms", "T");
-    SaveSettingNumber("Forms", "MDIVantrelWinState", 1);
+    Remembered({{"MDIVantrelWinState", 1}});
     StartFrame();
     EXPECT_TRUE(frame->isMinimized());
     EXPECT_FALSE(forms::OuterWindow(&forms::Comments())->isVisible()) << "the placing at the start did nothing";
@@ -115,9 +113,7 @@ TEST_F(SettingsTest, AFrameClosedMinimizedComesBackMinimizedWithThePlanUndone) {
 }
 
 TEST_F(SettingsTest, AFrameClosedMaximizedComesBackMaximizedAndSavesItsState) {
-    SaveSettingText("Forms", "SmartForms", "T");
-    SaveSettingNumber("Forms", "MDIVantrelWinState", 2);
-    SaveSettingNumber("Forms", "MDIVantrelLeft", 99999);
+    Remembered({{"MDIVantrelWinState", 2}, {"MDIVantrelLeft", 99999}});
     StartFrame();
     EXPECT_TRUE(frame->isMaximized());
     CloseFrame();

@@ -56,6 +56,16 @@ protected:
         EXPECT_NE(form, nullptr);
         return form;
     }
+    // Starts the program with the games open.
+    frmTreeView* StartWithGames() {
+        StartFrame();
+        return OpenGames();
+    }
+    // Selects and clicks a node, as the user does.
+    static void Click(frmTreeView* form, int node) {
+        form->SelectNode(node);
+        form->tvTreeView_NodeClick(node);
+    }
     static QModelIndex IndexOf(frmTreeView* form, int node) {
         return static_cast<library::TreeItemModel*>(form->tvTreeView->model())->IndexOf(node);
     }
@@ -74,11 +84,9 @@ protected:
 }  // namespace
 
 TEST_F(NavigationTest, ANodeClickShowsTheNodeInTheSharedWindowsAndOpensItsBranch) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
-    form->SelectNode(7);
-    form->tvTreeView_NodeClick(7);
+    Click(form, 7);
     EXPECT_EQ(form->CurrentNode, 7);
     EXPECT_EQ(form->CurrentBoard(), Layout(7));
     EXPECT_EQ(forms::Board().Board(), Layout(7));
@@ -98,8 +106,7 @@ TEST_F(NavigationTest, ANodeClickShowsTheNodeInTheSharedWindowsAndOpensItsBranch
 }
 
 TEST_F(NavigationTest, AMouseClickAndTheArrowKeysCountAsNodeClicks) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
     form->ExpandTree(true);
     QCoreApplication::processEvents();
@@ -125,8 +132,7 @@ TEST_F(NavigationTest, AMouseClickAndTheArrowKeysCountAsNodeClicks) {
 }
 
 TEST_F(NavigationTest, TheRightButtonPopsUpTheTreeMenuAndSelectsNothing) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
     form->ExpandTree(true);
     QCoreApplication::processEvents();
@@ -146,10 +152,8 @@ TEST_F(NavigationTest, TheFocusBringsEachLibrarysOwnNodeBack) {
     frmTreeView* b = Open(other, "b.vnb");
     ASSERT_TRUE(a && b);
 
-    a->SelectNode(9);
-    a->tvTreeView_NodeClick(9);
-    b->SelectNode(2);
-    b->tvTreeView_NodeClick(2);
+    Click(a, 9);
+    Click(b, 2);
     ASSERT_EQ(forms::Comments().Text(), "reversed");
 
     a->tvTreeView_GotFocus();
@@ -171,11 +175,9 @@ TEST_F(NavigationTest, TheFocusBringsEachLibrarysOwnNodeBack) {
 }
 
 TEST_F(NavigationTest, ExpandAllAndCollapseAllTouchEveryNodeAndKeepTheSelection) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
-    form->SelectNode(4);
-    form->tvTreeView_NodeClick(4);
+    Click(form, 4);
 
     frame->m_expand_tree->trigger();
     EXPECT_EQ(ExpandedNodes(form), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9})) << "leaves too";
@@ -188,8 +190,7 @@ TEST_F(NavigationTest, ExpandAllAndCollapseAllTouchEveryNodeAndKeepTheSelection)
 }
 
 TEST_F(NavigationTest, ExpandToNextGameOpensTheRestOfTheGameAndStopsBeforeTheNextBoardNode) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
     form->SelectNode(2);
     frame->mTExpandGame->trigger();
@@ -203,8 +204,7 @@ TEST_F(NavigationTest, ExpandToNextGameOpensTheRestOfTheGameAndStopsBeforeTheNex
     EXPECT_EQ(ExpandedNodes(form), (std::vector<int>{1, 5, 6, 7})) << "a board node itself opens";
 
     // On the last node the command does nothing, not even to that node.
-    form->SelectNode(9);
-    form->tvTreeView_NodeClick(9);  // opens node 8 to show 9
+    Click(form, 9);  // opens node 8 to show 9
     const std::vector<int> before = ExpandedNodes(form);
     frame->mTExpandGame->trigger();
     EXPECT_EQ(ExpandedNodes(form), before);
@@ -212,8 +212,7 @@ TEST_F(NavigationTest, ExpandToNextGameOpensTheRestOfTheGameAndStopsBeforeTheNex
 }
 
 TEST_F(NavigationTest, ChoosingAGameOpensItsBranchSelectsItAndShowsIt) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
     ASSERT_EQ(form->cboListGames->count(), 3);
     frame->activateWindow();
@@ -258,8 +257,7 @@ TEST(TreeWindowPlan, ControlsFollowTheWindowAndNeverGoBelowZero) {
 }
 
 TEST_F(NavigationTest, AMaximizedLibraryWindowBecomesANormalOneOverTheInnerArea) {
-    StartFrame();
-    frmTreeView* form = OpenGames();
+    frmTreeView* form = StartWithGames();
     ASSERT_NE(form, nullptr);
     QMdiSubWindow* sub = form->SubWindow();
     sub->move(30, 40);
