@@ -47,35 +47,25 @@ TEST(PrintPictures, NumbersAreRightAlignedAndMovesLeftAligned) {
     EXPECT_EQ(FormatMove(""), "     ");
 }
 
-TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTop) {
+TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
     Chain c;
-    c.Add("e4");             // 1
-    c.Add("e5");             // 2
-    c.Add("Nf3: Koenig");    // 3
-    c.Add("Nc6");            // 4
-    c.Add("d4", "", 2);      // 5, a sibling of 3
+    c.Add("e4: Upper");   // 1
+    c.Add("e5");          // 2
+    c.Add("Nf3: Lower");  // 3
+    c.Add("Nc6");         // 4
+    c.Add("d4", "", 2);   // 5, a sibling of 3
+    c.Add("c4", "", 0);   // 6, on top with no name
     PrintPath p = CollectPrintPath(c.tree, 4);
     EXPECT_EQ(p.nodes, (std::vector<int>{4, 3, 2, 1}));
     EXPECT_EQ(p.HighestSlot(), 3);
     EXPECT_EQ(p.headNode, 3);
-    PrintPath q = CollectPrintPath(c.tree, 5);
-    EXPECT_EQ(q.nodes, (std::vector<int>{5, 2, 1}));
-    EXPECT_EQ(q.headNode, 0);
-}
-
-TEST(PrintPath, TheHeadIsTheNearestNamedNodeAtOrAbove) {
-    Chain c;
-    c.Add("e4: Upper");
-    c.Add("e5");
-    c.Add("Nf3: Lower");
-    c.Add("Nc6");
-    EXPECT_EQ(CollectPrintPath(c.tree, 4).headNode, 3);
+    EXPECT_EQ(CollectPrintPath(c.tree, 5).nodes, (std::vector<int>{5, 2, 1}));
+    EXPECT_EQ(CollectPrintPath(c.tree, 5).headNode, 1);
     EXPECT_EQ(CollectPrintPath(c.tree, 3).headNode, 3);
-    EXPECT_EQ(CollectPrintPath(c.tree, 2).headNode, 1);
+    EXPECT_EQ(CollectPrintPath(c.tree, 6).headNode, 0);
     // Both names show in the rows; only the lower one heads the text.
-    Lines lines = c.FileLines(4);
-    EXPECT_EQ(lines, (Lines{" Lower", "", "  1. e4              : Upper", "  1. .....   e5   ",
-                            "  2. Nf3             : Lower", "  2. .....   Nc6  "}));
+    EXPECT_EQ(c.FileLines(4), (Lines{" Lower", "", "  1. e4              : Upper", "  1. .....   e5   ",
+                                     "  2. Nf3             : Lower", "  2. .....   Nc6  "}));
 }
 
 TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {

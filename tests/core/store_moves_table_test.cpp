@@ -8,7 +8,6 @@ namespace vantrel::storetest {
 namespace {
 
 using import::DatabaseError;
-using import::MoveRow;
 using import::MovesTable;
 using import::WorkingDatabase;
 
@@ -24,48 +23,35 @@ DatabaseError::Kind OpenFailure(const std::string& path) {
     return DatabaseError::Kind::Engine;
 }
 
-TEST(MovesTableTest, OpeningNeedsAnExistingDatabaseWithTheTable) {
-    TempDir dir;
-    const std::string path = dir / "Tessimo.mdb";
-    EXPECT_EQ(OpenFailure(path), DatabaseError::Kind::MissingDatabase);
-    EXPECT_FALSE(fs::exists(path));
+using MovesTableTest = StoreTest;
 
-    WriteFile(path, "garbage that is no database at all, and long enough to have a header");
-    EXPECT_EQ(OpenFailure(path), DatabaseError::Kind::MissingDatabase);
-
-    fs::remove(path);
-    Db::Create(path, "CREATE TABLE Other (x INTEGER)");
-    EXPECT_EQ(OpenFailure(path), DatabaseError::Kind::MissingTable);
-
+TEST_F(MovesTableTest, OpeningNeedsAnExistingDatabaseWithTheTable) {
+    // Not there (and not created), empty, not a database, without the table.
+    const DatabaseError::Kind kinds[kSpoiledDatabases] = {
+        DatabaseError::Kind::MissingDatabase, DatabaseError::Kind::MissingTable, DatabaseError::Kind::MissingDatabase,
+        DatabaseError::Kind::MissingTable};
+    for (int k = 0; k < kSpoiledDatabases; ++k) {
+        SpoilDatabase(k);
+        EXPECT_EQ(OpenFailure(DbPath()), kinds[k]) << k;
+        EXPECT_EQ(fs::exists(DbPath()), k != 0) << k;
+    }
     std::string error;
-    ASSERT_TRUE(import::CreateDatabaseFromSchema(path, VANTREL_SCHEMA, &error)) << error;  // replaces the file
+    ASSERT_TRUE(import::CreateDatabaseFromSchema(DbPath(), VANTREL_SCHEMA, &error)) << error;  // replaces the file
     WorkingDatabase db;
-    EXPECT_NO_THROW(db.Open(path));
+    EXPECT_NO_THROW(db.Open(DbPath()));
     EXPECT_TRUE(db.IsOpen());
 }
 
-TEST(MovesTableTest, LookupSeesRecordsOfTheOpenTransactionAndCloseKeepsThem) {
-    TempDir dir;
-    const std::string path = dir / "Tessimo.mdb";
-    ASSERT_TRUE(import::CreateDatabaseFromSchema(path, VANTREL_SCHEMA));
+TEST_F(MovesTableTest, LookupSeesRecordsOfTheOpenTransactionAndCloseKeepsThem) {
     {
         WorkingDatabase db;
-        db.Open(path);
+        db.Open(DbPath());
         db.Begin();
         MovesTable table(db);
         table.Clear();
         const std::string layout(64, '0');
-        MoveRow row;
-        row.book = "B";
-        row.layout = layout;
-        row.index = 1;
-        row.move = "e4";
-        table.Add(row);
-        row.index = 2;
-        row.parent = 1;
-        row.move = "Nf3";
-        row.newBranch = true;
-        table.Add(row);
+        table.Add({1, 0, "e4", "B", "", false, "", layout});
+        table.Add({2, 1, "Nf3", "B", "", true, "", layout});
 
         EXPECT_EQ(table.Find(0, "e4"), 1);
         EXPECT_EQ(table.Find(1, "Nf3"), 2);
@@ -74,9 +60,8 @@ TEST(MovesTableTest, LookupSeesRecordsOfTheOpenTransactionAndCloseKeepsThem) {
         EXPECT_EQ(table.Find(1, "Nf3'"), 0);
 
         // A second record with the same index is refused by the engine.
-        row.move = "d4";
         try {
-            table.Add(row);
+            table.Add({2, 1, "d4", "B", "", true, "", layout});
             ADD_FAILURE() << "duplicate index accepted";
         } catch (const DatabaseError& e) {
             EXPECT_EQ(e.kind(), DatabaseError::Kind::Engine);
@@ -84,15 +69,10 @@ TEST(MovesTableTest, LookupSeesRecordsOfTheOpenTransactionAndCloseKeepsThem) {
         }
         // Closed with the transaction still open: what was added stands.
     }
-    const auto rows = Db(path).Rows();
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[1].move, "Nf3");
-    EXPECT_EQ(rows[1].newBranch, -1);
-    EXPECT_EQ(rows[0].newBranch, 0);
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 e4 ()", "2<1 Nf3 () *"}));
 }
 
-TEST(MovesTableTest, SchemaThatCannotBeReadIsReported) {
-    TempDir dir;
+TEST_F(MovesTableTest, SchemaThatCannotBeReadIsReported) {
     std::string error;
     EXPECT_FALSE(import::CreateDatabaseFromSchema(dir / "x.mdb", dir / "missing.sql", &error));
     EXPECT_NE(error.find("missing.sql"), std::string::npos);

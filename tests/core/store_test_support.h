@@ -51,7 +51,6 @@ public:
     }
     ~TempDir() {
         std::error_code ec;
-        fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ec);
         fs::remove_all(path_, ec);
     }
     std::string str() const { return path_.string(); }

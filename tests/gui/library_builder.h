@@ -31,39 +31,21 @@ public:
         header.LibRemarks = std::move(remarks);
         return *this;
     }
-    LibraryBuilder& Version(int16_t version) {
-        header.version = version;
-        return *this;
-    }
-    // RecCount as given rather than the number of records.
-    LibraryBuilder& RecCount(int32_t count) {
-        header.RecCount = count;
-        fixCount = false;
-        return *this;
-    }
-
-    std::string Bytes() const {
-        library::LibraryHeader h = header;
-        if (fixCount) h.RecCount = static_cast<int32_t>(records.size());
-        std::string out;
-        library::EncodeHeader(h, out);
-        for (const auto& r : records) library::EncodeRecord(r, out);
-        return out;
-    }
 
     // Writes the library to `path` and returns the path.
     QString WriteTo(const QString& path) const {
+        library::LibraryHeader h = header;
+        h.RecCount = static_cast<int32_t>(records.size());
+        std::string bytes;
+        library::EncodeHeader(h, bytes);
+        for (const auto& r : records) library::EncodeRecord(r, bytes);
         QFile file(path);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            const std::string bytes = Bytes();
-            file.write(bytes.data(), static_cast<qint64>(bytes.size()));
-        }
+        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) file.write(bytes.data(), qint64(bytes.size()));
         return path;
     }
 
     library::LibraryHeader header{1, -1, "", 0, 0, 0, ""};
     std::vector<library::LibraryNodeRecord> records;
-    bool fixCount = true;
 };
 
 // A chain of `count` nodes, each the child of the one before.
