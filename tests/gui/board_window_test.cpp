@@ -58,17 +58,30 @@ protected:
 
 }  // namespace
 
-TEST_F(BoardWindowTest, ACurrentBoardOfFixedSizeWithTheStartPosition) {
-    StartFrame();
+TEST_F(BoardWindowTest, ACurrentBoardOfFixedSizeWithTheStartPositionThatReverseSidesTurns) {
+    MDIVantrel& f = StartFrame();
     EXPECT_EQ(board().windowTitle(), "Current Board");
     EXPECT_EQ(board().minimumSize(), board().maximumSize()) << "a fixed border";
     EXPECT_EQ(board().size(), QSize(TwipsToPixels(4185), TwipsToPixels(4275)));
     EXPECT_FALSE(outer()->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
     EXPECT_TRUE(outer()->isVisible());
-
     EXPECT_EQ(board().Board(), kStart);
     EXPECT_EQ(Pictures(view()), kStart) << "the start-up resets and draws";
-    EXPECT_EQ(Captions(view()), QString("a b c d e f g h 1 2 3 4 5 6 7 8").split(' '));
+    const QStringList captions = Captions(view());
+    EXPECT_EQ(captions, QString("a b c d e f g h 1 2 3 4 5 6 7 8").split(' '));
+
+    f.m_reverse_sides_Click();
+    EXPECT_TRUE(bReverseSides);
+    EXPECT_TRUE(f.m_reverse_sides->isChecked());
+    EXPECT_EQ(Captions(view()), QString("h g f e d c b a 8 7 6 5 4 3 2 1").split(' '));
+    EXPECT_EQ(Pictures(view()), std::string(kStart.rbegin(), kStart.rend())) << "Black at the bottom, a1 top right";
+    EXPECT_EQ(board().Board(), kStart) << "Board stays in layout order";
+
+    f.m_reverse_sides_Click();
+    EXPECT_FALSE(bReverseSides);
+    EXPECT_FALSE(f.m_reverse_sides->isChecked());
+    EXPECT_EQ(Pictures(view()), kStart);
+    EXPECT_EQ(Captions(view()), captions);
     EXPECT_TRUE(messages.messages.empty());
 }
 
@@ -87,30 +100,6 @@ TEST_F(BoardWindowTest, SettingBoardAndResetBoardDrawOnlyOnDisplayBoard) {
     EXPECT_EQ(Pictures(view()), Sicilian()) << "ResetBoard draws nothing";
     board().DisplayBoard();
     EXPECT_EQ(view().Picture(63), 'R') << "the following DisplayBoard turns it for the screen";
-}
-
-TEST_F(BoardWindowTest, ReverseSidesTurnsTheBoardAndTwiceTurnsItBack) {
-    MDIVantrel& f = StartFrame();
-    board().SetBoard(Sicilian());
-    board().DisplayBoard();
-    const std::string before = Pictures(view());
-    const QStringList captions = Captions(view());
-
-    f.m_reverse_sides_Click();
-    EXPECT_TRUE(bReverseSides);
-    EXPECT_TRUE(f.m_reverse_sides->isChecked());
-    EXPECT_EQ(Captions(view()), QString("h g f e d c b a 8 7 6 5 4 3 2 1").split(' '));
-    EXPECT_EQ(view().Picture(63), 'R') << "a1 top right";
-    EXPECT_EQ(view().Picture(63 - 28), 'P') << "e4 seen from Black's side";
-    EXPECT_EQ(Pictures(view()).substr(0, 8), "rnbkqbnr") << "Black at the bottom";
-    EXPECT_EQ(board().Board(), Sicilian()) << "Board stays in layout order";
-
-    f.m_reverse_sides_Click();
-    EXPECT_FALSE(bReverseSides);
-    EXPECT_FALSE(f.m_reverse_sides->isChecked());
-    EXPECT_EQ(Pictures(view()), before);
-    EXPECT_EQ(Captions(view()), captions);
-    EXPECT_TRUE(messages.messages.empty());
 }
 
 TEST_F(BoardWindowTest, ABadLayoutIsReportedAndTheBoardStays) {
@@ -140,35 +129,30 @@ TEST_F(BoardWindowTest, TheRightButtonOnASquareOffersTheBoardMenu) {
     EXPECT_FALSE(PressPopsUpBoardMenu(Qt::RightButton, QPoint(view().width() - 2, view().height() - 2)));
 }
 
-TEST_F(BoardWindowTest, ClosedByTheUserItHidesAndTheWindowMenuBringsItBack) {
+TEST_F(BoardWindowTest, ClosedByTheUserItHidesUntilTheWindowMenuBringsItBackButGoesAtTheEnd) {
     MDIVantrel& f = StartFrame();
     f.show();
     ASSERT_FALSE(f.mWShowBoard->isVisible());
+    // The frame's close box and the window's own close go the same way.
+    for (QWidget* closing : {outer(), static_cast<QWidget*>(&board())}) {
+        EXPECT_FALSE(closing->close()) << "the close is refused";
+        EXPECT_FALSE(outer()->isVisible());
+        EXPECT_TRUE(f.mWShowBoard->isVisible());
+        EXPECT_EQ(forms::OuterWindow(&forms::Board()), outer()) << "the window stays loaded";
 
-    EXPECT_FALSE(outer()->close()) << "the close is refused";
-    EXPECT_FALSE(outer()->isVisible());
-    EXPECT_TRUE(f.mWShowBoard->isVisible());
-    EXPECT_EQ(forms::OuterWindow(&forms::Board()), outer()) << "the window stays loaded";
+        // It goes on being updated while hidden.
+        board().SetBoard(Sicilian());
+        board().DisplayBoard();
+        f.mWShowBoard_Click();
+        EXPECT_TRUE(outer()->isVisible());
+        EXPECT_TRUE(board().isVisible());
+        EXPECT_FALSE(f.mWShowBoard->isVisible());
+        EXPECT_EQ(Pictures(view()), Sicilian());
+        board().ResetBoard();
+        board().DisplayBoard();
+    }
 
-    // It goes on being updated while hidden.
-    board().SetBoard(Sicilian());
-    board().DisplayBoard();
-
-    f.mWShowBoard_Click();
-    EXPECT_TRUE(outer()->isVisible());
-    EXPECT_TRUE(board().isVisible());
-    EXPECT_FALSE(f.mWShowBoard->isVisible());
-    EXPECT_EQ(Pictures(view()), Sicilian());
-
-    // The window's own close goes the same way.
-    EXPECT_FALSE(board().close());
-    EXPECT_FALSE(outer()->isVisible());
-    EXPECT_TRUE(f.mWShowBoard->isVisible());
-}
-
-TEST_F(BoardWindowTest, AtTheEndOfTheProgramTheCloseGoesThrough) {
-    StartFrame();
     AppClosing = true;
     EXPECT_TRUE(board().close());
-    EXPECT_FALSE(frame->mWShowBoard->isVisible()) << "no menu item for a window that goes with the program";
+    EXPECT_FALSE(f.mWShowBoard->isVisible()) << "no menu item for a window that goes with the program";
 }
