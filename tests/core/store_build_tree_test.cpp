@@ -201,17 +201,21 @@ TEST_F(BuildTreeTest, MissingInputFileIsNamedTrimmed) {
     EXPECT_TRUE(Rows().empty());
 }
 
+// Neither the import nor the writing of the library gets past a database
+// that is not there or not fit, and neither creates one.
 TEST_F(BuildTreeTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
+    const std::string library = dir / "Demo.vnb";
     for (int k = 0; k < kSpoiledDatabases; ++k) {
         SCOPED_TRACE(k);
         SpoilDatabase(k);
-        host = RecordingHost{};
-        EXPECT_FALSE(Build(kThreeGames));
-        EXPECT_TRUE(host.errors.empty());
-        ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_EQ(host.messages[0], std::make_pair(std::string(kTrouble), std::string(kTroubleTitle)));
-        if (k == 0) {
-            EXPECT_FALSE(fs::exists(DbPath()));
+        for (bool write : {false, true}) {
+            host = RecordingHost{};
+            EXPECT_FALSE(write ? import::WriteLibrary(options, host, session) : Build(kThreeGames));
+            EXPECT_TRUE(host.errors.empty());
+            ASSERT_EQ(host.messages.size(), 1u);
+            EXPECT_EQ(host.messages[0], std::make_pair(std::string(kTrouble), std::string(kTroubleTitle)));
+            EXPECT_FALSE(fs::exists(library));
+            EXPECT_EQ(fs::exists(DbPath()), k != 0);
         }
     }
 }

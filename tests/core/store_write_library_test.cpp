@@ -165,22 +165,6 @@ TEST_F(WriteLibraryTest, FileThatCannotBeCreatedIsNamed) {
     EXPECT_TRUE(host.errors.empty());
 }
 
-TEST_F(WriteLibraryTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
-    for (int k = 0; k < kSpoiledDatabases; ++k) {
-        SCOPED_TRACE(k);
-        SpoilDatabase(k);
-        host = RecordingHost{};
-        EXPECT_FALSE(Write());
-        EXPECT_TRUE(host.errors.empty());
-        ASSERT_EQ(host.messages.size(), 1u);
-        EXPECT_EQ(host.messages[0], std::make_pair(std::string(kTrouble), std::string(kTroubleTitle)));
-        EXPECT_FALSE(fs::exists(Path()));
-        if (k == 0) {
-            EXPECT_FALSE(fs::exists(DbPath()));
-        }
-    }
-}
-
 TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
     std::vector<Row> rows;
     for (int k = 1; k <= 5; ++k) rows.push_back(MakeRow(k, k - 1, "m" + std::to_string(k)));
