@@ -39,7 +39,7 @@ LibraryBuilder Small(const std::string& book = "Small") {
 
 }  // namespace
 
-TEST_F(FrameCommandsTest, TheMenuBarHoldsTheFiveMenusInOrderWithTheirItems) {
+TEST_F(FrameCommandsTest, TheMenuBarHoldsTheFiveMenusInOrderWithTheirItemsAndTheOpenWindows) {
     StartFrame();
     EXPECT_EQ(frame->windowTitle(), "Vantrel ");
     QStringList bar;
@@ -75,17 +75,15 @@ TEST_F(FrameCommandsTest, TheMenuBarHoldsTheFiveMenusInOrderWithTheirItems) {
                 EXPECT_TRUE(a->isEnabled()) << a->objectName().toStdString();
             }
         }
-}
 
-TEST_F(FrameCommandsTest, TheWindowMenuListsTheOpenChildWindows) {
-    StartFrame();
+    // The Window menu lists the open child windows.
     ASSERT_NE(Open(Small("Listed")), nullptr);
     emit frame->mWindow->aboutToShow();
     QStringList listed;
     for (QAction* a : frame->mWindow->actions())
         if (a->objectName().isEmpty() && !a->isSeparator()) listed << a->text();
-    EXPECT_TRUE(listed.filter("Listed").size() == 1) << listed.join('|').toStdString();
-    EXPECT_TRUE(listed.filter("Current Board").size() == 1) << listed.join('|').toStdString();
+    EXPECT_EQ(listed.filter("Listed").size(), 1) << listed.join('|').toStdString();
+    EXPECT_EQ(listed.filter("Current Board").size(), 1) << listed.join('|').toStdString();
 }
 
 TEST_F(FrameCommandsTest, StartUpShowsTheSharedWindowsAndTheStartPosition) {
