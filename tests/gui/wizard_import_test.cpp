@@ -3,8 +3,6 @@
 // overwrite question and the repair dialog.
 #include <gtest/gtest.h>
 
-#include <sqlite3.h>
-
 #include <QCheckBox>
 #include <QFile>
 #include <QLabel>
@@ -125,24 +123,13 @@ protected:
     }
 
     std::vector<Row> Table() const {
+        vantrel::import::WorkingDatabase db;
+        db.Open(dir_.file("Tessimo.mdb").toStdString());
+        auto st = db.Prepare(R"(SELECT "index", "parent", "move", "description" FROM Moves ORDER BY "index")");
         std::vector<Row> rows;
-        sqlite3* db = nullptr;
-        if (sqlite3_open_v2(dir_.file("Tessimo.mdb").toUtf8().constData(), &db, SQLITE_OPEN_READONLY,
-                            nullptr) != SQLITE_OK) {
-            ADD_FAILURE() << "can't open Tessimo.mdb";
-            sqlite3_close(db);
-            return rows;
-        }
-        sqlite3_stmt* st = nullptr;
-        sqlite3_prepare_v2(db, R"(SELECT "index", "parent", "move", "description" FROM Moves ORDER BY "index")",
-                           -1, &st, nullptr);
-        while (st && sqlite3_step(st) == SQLITE_ROW) {
-            rows.push_back(Row{sqlite3_column_int(st, 0), sqlite3_column_int(st, 1),
-                               reinterpret_cast<const char*>(sqlite3_column_text(st, 2)),
-                               reinterpret_cast<const char*>(sqlite3_column_text(st, 3))});
-        }
-        sqlite3_finalize(st);
-        sqlite3_close(db);
+        while (st.Step())
+            rows.push_back(Row{static_cast<int>(st.Int(0)), static_cast<int>(st.Int(1)), std::string(st.TextView(2)),
+                               std::string(st.TextView(3))});
         return rows;
     }
 
