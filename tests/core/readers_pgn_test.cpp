@@ -46,7 +46,8 @@ TEST_F(PgnReader, TwoGamesInTheUsualLayout) {
          "[Event \"Open\"]\n[White \"Tal\"]\n\n1. d4 d5 *\n");
     EXPECT_EQ(Next(), 4);
     EXPECT_EQ(Joined(g.GameMoves, 4), "Wch|e4|e5|Nf3|Nc6");
-    EXPECT_EQ(Joined(g.GameComments, 4), "\r\n[Event \"Wch\"]\r\n[Site \"Moscow\"]\r\n[Result \"1-0\"]|||best|White wins");
+    EXPECT_EQ(Joined(g.GameComments, 4),
+              "\r\n[Event \"Wch\"]\r\n[Site \"Moscow\"]\r\n[Result \"1-0\"]|||best|White wins");
     EXPECT_FALSE(st.ImportAtEnd);
     EXPECT_FALSE(st.ImportFirstGame);
     EXPECT_EQ(st.ImportLine, "[Event \"Open\"]");
@@ -140,7 +141,8 @@ TEST_F(PgnReader, WhereGamesStartAndEnd) {
         bool atEnd = true;
     };
     const Case cases[] = {
-        {"the line right under the tags is lost", "[Event \"x\"]\n1. e4 e5\n2. Nf3 Nc6\n", {{2, "x|Nf3|Nc6|", nullptr}}},
+        {"the line right under the tags is lost", "[Event \"x\"]\n1. e4 e5\n2. Nf3 Nc6\n",
+         {{2, "x|Nf3|Nc6|", nullptr}}},
         {"remarks ahead of the first game", "\n\n  Intro  \n\nmore\n%not dropped here\n[Event \"x\"]\n\n1. e4\n",
          {{1, "x|e4|", nullptr}}, "Intro\r\n\r\nmore\r\n%not dropped here\r\n"},
         {"% lines drop out of the move text, also inside a comment", "[Event \"x\"]\n\n1. e4 {a\n% 2. d4\nb} e5\n",

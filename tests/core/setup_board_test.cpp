@@ -38,6 +38,14 @@ TEST(SetupBoardDisplay, TagsCarryTheCharacterAndTheSquareIndexInBothOrientations
     EXPECT_EQ(r.Picture(63), 'R');  // top right shows a1
     EXPECT_EQ(r.Read(true), kStart);
     EXPECT_EQ(r.Read(false), std::string(kStart.rbegin(), kStart.rend()));
+
+    // A draw undoes every edit.
+    b.DropOnSquare(DragSource::Square(12), 28);
+    b.DropOnTrash(DragSource::Square(0));
+    ASSERT_TRUE(b.Display(kStart, false));
+    EXPECT_EQ(b.Read(false), kStart);
+    EXPECT_EQ(b.Tag(12), "P12");
+    EXPECT_EQ(b.Tag(0), "R00");
 }
 
 TEST(SetupBoardDisplay, AWrongLengthOrAnUnknownCharacterLeavesSquaresAsTheyWere) {
@@ -54,16 +62,6 @@ TEST(SetupBoardDisplay, AWrongLengthOrAnUnknownCharacterLeavesSquaresAsTheyWere)
     EXPECT_EQ(b.Read(false), Layout(kEmpty, 0, 'R'));
     // Before any draw such a square has no tag and adds nothing to the result.
     EXPECT_EQ(Drawn(Layout(kEmpty, 5, 'x')).Read(false).size(), 63u);
-}
-
-TEST(SetupBoardDisplay, ADrawUndoesEveryEdit) {
-    SetupBoard b = Drawn(kStart);
-    b.DropOnSquare(DragSource::Square(12), 28);
-    b.DropOnTrash(DragSource::Square(0));
-    ASSERT_TRUE(b.Display(kStart, false));
-    EXPECT_EQ(b.Read(false), kStart);
-    EXPECT_EQ(b.Tag(12), "P12");
-    EXPECT_EQ(b.Tag(0), "R00");
 }
 
 TEST(SetupBoardDrops, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere) {

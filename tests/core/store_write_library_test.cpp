@@ -62,7 +62,8 @@ TEST_F(WriteLibraryTest, HeaderCountersComeFromTheTableAndRecordsInIndexOrder) {
     EXPECT_EQ(c.header.LibRemarks, "Hi\r\nthere\r\n");
 
     Briefed records;
-    for (const auto& r : c.records) records.push_back(Brief({r.index, r.parent, r.description, "", r.description, 0, "", false, ""}));
+    for (const auto& r : c.records)
+        records.push_back(Brief({r.index, r.parent, r.description, "", r.description, 0, "", false, ""}));
     EXPECT_EQ(records, (Briefed{"1<0 e4", "2<1 e5", "3<2 Nf3"}));
 
     // The counter starts at 1, with a blank in front of the digits.
