@@ -7,18 +7,12 @@
 #include <vector>
 
 #include "import/readers.h"
+#include "reader_test_support.h"
 
 namespace {
 
 using namespace vantrel::import;
-
-// Slots 0..last of a game record, joined by "|".
-template <typename Slots>
-std::string Joined(const Slots& slots, int last) {
-    std::string out = slots[0];
-    for (int i = 1; i <= last; ++i) out += "|" + slots[static_cast<size_t>(i)];
-    return out;
-}
+using namespace vantrel::import::testing;
 
 class PgnReader : public ::testing::Test {
 protected:
@@ -127,12 +121,7 @@ TEST_F(PgnReader, TagValueWithNegativeLengthIsAnError) {
 // Files read game by game: what each read returns, the slots 0..max(1, plies + 1)
 // of moves and comments, and the line the reader stopped at.
 TEST_F(PgnReader, WhereGamesStartAndEnd) {
-    struct Read {
-        int16_t plies;
-        const char* moves;
-        const char* comments;  // nullptr: not looked at
-        const char* lineAfter = nullptr;
-    };
+    using Read = ExpectedRead;
     struct Case {
         const char* what;
         const char* text;
@@ -168,21 +157,7 @@ TEST_F(PgnReader, WhereGamesStartAndEnd) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Load(c.text);
-        for (const Read& r : c.reads) {
-            EXPECT_EQ(Next(), r.plies);
-            const int last = std::max<int>(1, r.plies + 1);
-            EXPECT_EQ(Joined(g.GameMoves, last), r.moves);
-            if (r.comments) {
-                EXPECT_EQ(Joined(g.GameComments, last), r.comments);
-            }
-            if (r.lineAfter) {
-                EXPECT_EQ(st.ImportLine, r.lineAfter);
-            }
-        }
-        if (c.remarks) {
-            EXPECT_EQ(st.ImportRemarks, c.remarks);
-        }
-        EXPECT_EQ(st.ImportAtEnd, c.atEnd);
+        ExpectReads([&] { return Next(); }, st, g, c.reads, c.remarks, c.atEnd);
     }
 }
 
