@@ -12,10 +12,6 @@ void NoMatch() { ui::MsgBox(QStringLiteral("No match found")); }
 
 }  // namespace
 
-int frmTreeView::FindInRange(int iFrom, int iTo) const {
-    return library::FindInRange(contents_.tree, szSearchBoard, iFrom, iTo);
-}
-
 void frmTreeView::Find(const std::string& szBoard) {
     szSearchBoard = szBoard;
     iSearchStart = static_cast<int16_t>(GetSelectedIndex());

@@ -61,10 +61,6 @@ public:
     void cboListGames_Click();
     int GetSelectedIndex() const;
 
-    // The first node at or after iFrom, up to iTo, whose position equals
-    // szSearchBoard; 0 if none.
-    int FindInRange(int iFrom, int iTo) const;
-
     // Selects a node (without a click) and gives the tree the focus.
     void SelectNode(int node);
     void FocusTree();
