@@ -24,14 +24,6 @@ void ImportBoard::SetCode(int rank, int file, std::string_view code) {
     squares_[rank][file][1] = code[1];
 }
 
-char ImportBoard::Colour(int rank, int file) const {
-    return OnBoard(rank, file) ? squares_[rank][file][0] : 'n';
-}
-
-char ImportBoard::Piece(int rank, int file) const {
-    return OnBoard(rank, file) ? squares_[rank][file][1] : 'o';
-}
-
 void ImportBoard::ResetImportBoard() {
     static constexpr char kBack[] = "rnbqkbnr";
     for (int file = 1; file <= 8; ++file) {
@@ -59,11 +51,25 @@ char CodeToLayoutChar(std::string_view code) {
 
 std::string ImportBoard::BoardToLayout() const {
     std::string layout;
-    layout.reserve(64);
-    for (int rank = 1; rank <= 8; ++rank)
-        for (int file = 1; file <= 8; ++file)
-            layout.push_back(CodeToLayoutChar(std::string_view(squares_[rank][file], 2)));
+    BoardToLayout(layout);
     return layout;
+}
+
+void ImportBoard::BoardToLayout(std::string& layout) const {
+    layout.resize(64);
+    char* out = layout.data();
+    for (int rank = 1; rank <= 8; ++rank)
+        for (int file = 1; file <= 8; ++file) {
+            // As CodeToLayoutChar, without the string view and the locale.
+            const char colour = squares_[rank][file][0];
+            const char piece = squares_[rank][file][1];
+            if (colour == 'n' && piece == 'o')
+                *out++ = '0';
+            else if (colour == 'w' && piece >= 'a' && piece <= 'z')
+                *out++ = static_cast<char>(piece - 'a' + 'A');
+            else
+                *out++ = piece;
+        }
 }
 
 }  // namespace vantrel::chess

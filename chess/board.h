@@ -35,8 +35,8 @@ public:
 
     // Colour letter ('w', 'b' or 'n' for "no") and piece letter of a square,
     // without building a string. Squares off the board read as "no".
-    char Colour(int rank, int file) const;
-    char Piece(int rank, int file) const;
+    char Colour(int rank, int file) const { return OnBoard(rank, file) ? squares_[rank][file][0] : 'n'; }
+    char Piece(int rank, int file) const { return OnBoard(rank, file) ? squares_[rank][file][1] : 'o'; }
     bool IsEmpty(int rank, int file) const { return Colour(rank, file) == 'n'; }
 
     // Writes the 64 squares of the initial position. The en passant record
@@ -45,6 +45,8 @@ public:
 
     // The 64-character layout of the board.
     std::string BoardToLayout() const;
+    // The same into a string the caller keeps, so that its room is reused.
+    void BoardToLayout(std::string& layout) const;
 
     EnPassantRecord EnPassant;
 
