@@ -8,6 +8,10 @@
 -- "index" doubles as the row id, so the writer's pass in index order needs no
 -- sort. The only lookup is by ("parent", "move"), which has its own index.
 
+-- Large pages: an import writes hundreds of thousands of short records in
+-- one go, and the next one frees them all.
+PRAGMA page_size = 65536;
+
 CREATE TABLE Moves (
     "index"       INTEGER PRIMARY KEY,  -- node number, 1, 2, 3, ... in order of adding
     "parent"      INTEGER,              -- "index" of the parent; 0 for a first move

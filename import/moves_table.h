@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -23,6 +25,8 @@ public:
     // The numbers the old Jet engine gave these causes.
     static constexpr int kNoDatabaseNumber = 3024;
     static constexpr int kNoTableNumber = 3078;
+    // The database could not grow: "Disk full".
+    static constexpr int kDiskFullNumber = 61;
 
     DatabaseError(Kind kind, const std::string& what, int number)
         : std::runtime_error(what), kind_(kind), number_(number) {}
@@ -80,14 +84,20 @@ public:
     // a database, MissingTable if it has no table Moves.
     void Open(const std::string& path);
     // Commits a transaction that is still open, then closes. Failures on the
-    // way are ignored: what was written stands as far as it can.
+    // way are ignored: an operation that must know its work was kept calls
+    // Commit itself.
     void Close() noexcept;
     bool IsOpen() const { return db_ != nullptr; }
 
     void Execute(const char* sql);
     Statement Prepare(const char* sql);
     void Begin();
+    // Throws DatabaseError when the work can't be kept (a reader holds the
+    // file, the disk is full, the file is read-only); nothing is kept then.
     void Commit();
+    // Gives the room of deleted records back to the file system. Outside a
+    // transaction only.
+    void Reclaim();
 
 private:
     sqlite3* db_ = nullptr;
@@ -106,21 +116,39 @@ struct MoveRow {
 };
 
 // The table Moves: emptying, the lookup by (parent, move) and adding. The
-// lookup runs on the same connection as the adding, so it sees records that
-// were added a moment ago in the same transaction.
+// table is only written: the lookup goes to an index in memory of the
+// records added since Clear, so it sees a record the moment it is added, and
+// the database is never searched. Moves compare byte for byte.
 class MovesTable {
 public:
     explicit MovesTable(WorkingDatabase& db);
 
+    // Empties the table and the index; the one way an import starts.
     void Clear();
     // The index of the child of `parent` whose move is `move`; 0 for none.
     int32_t Find(int32_t parent, std::string_view move);
     void Add(const MoveRow& row);
 
 private:
+    // A move of up to seven bytes, the usual case, is kept in the slot
+    // itself, so that a lookup touches one cache line; a longer one (a move
+    // as the user typed it in the repair dialog) stands in longMoves_.
+    struct Slot {
+        uint64_t move = 0;
+        int32_t parent = 0;
+        int32_t index = 0;  // 0: a free slot (records count from 1)
+    };
+    static constexpr size_t kFirstSlots = 1024;  // a power of two, as every size after it
+
+    Slot* Lookup(int32_t parent, uint64_t move);
+    void Grow();
+
     WorkingDatabase& db_;
-    Statement find_;
     Statement add_;
+    std::vector<Slot> slots_;
+    size_t used_ = 0;
+    std::unordered_map<std::string, int32_t> longMoves_;  // parent's 4 bytes + move
+    std::string longKey_;
 };
 
 // Makes a fresh database file from the SQL script at schemaPath, replacing a
