@@ -1,8 +1,12 @@
 #include "library/format.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 
 namespace vantrel::library {
@@ -43,16 +47,31 @@ void EncodeRecord(const LibraryNodeRecord& r, std::string& out) {
 }
 
 bool LibraryReader::Open(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    in.seekg(0, std::ios::end);
-    std::streamoff size = in.tellg();
-    if (size < 0) return false;
-    in.seekg(0, std::ios::beg);
-    std::string bytes(static_cast<size_t>(size), '\0');
-    if (size > 0 && !in.read(bytes.data(), size)) return false;
-    OpenBytes(std::move(bytes));
-    return true;
+    // Only a plain file is a library: a folder or a device is not, and the
+    // size a file claims is only a hint; the bytes are read to their end.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    struct stat st{};
+    bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
+    std::string bytes;
+    try {
+        if (ok && st.st_size > 0) bytes.reserve(static_cast<size_t>(st.st_size));
+        char block[1 << 16];
+        while (ok) {
+            const ssize_t n = ::read(fd, block, sizeof block);
+            if (n < 0 && errno == EINTR) continue;
+            if (n <= 0) {
+                ok = n == 0;
+                break;
+            }
+            bytes.append(block, static_cast<size_t>(n));
+        }
+    } catch (const std::exception&) {
+        ok = false;  // more than memory holds
+    }
+    ::close(fd);
+    if (ok) OpenBytes(std::move(bytes));
+    return ok;
 }
 
 void LibraryReader::OpenBytes(std::string bytes) {
@@ -123,44 +142,110 @@ bool LibraryReader::ReadRecord(LibraryNodeRecord& r) {
     return false;
 }
 
-LibraryWriter::~LibraryWriter() {
-    if (file_) std::fclose(file_);
+LibraryWriter::~LibraryWriter() { Abandon(); }
+
+namespace {
+
+constexpr size_t kWriteBlock = 1u << 20;
+
+std::string FolderOf(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+}  // namespace
+
+bool LibraryWriter::Fail(int error) {
+    if (error_ == 0) error_ = error != 0 ? error : EIO;
+    return false;
 }
 
 bool LibraryWriter::Open(const std::string& path) {
-    if (file_) Close();
-    failed_ = false;
+    Abandon();
+    error_ = 0;
     buffer_.clear();
-    file_ = std::fopen(path.c_str(), "wb");
-    return file_ != nullptr;
+    struct stat st{};
+    if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail(EISDIR);
+    // A hidden name beside the library, unique to this process and call.
+    static unsigned serial = 0;
+    const size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        temporary_ = folder + "." + name + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
+        fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd_ >= 0) break;
+        if (errno != EEXIST) break;
+    }
+    if (fd_ < 0) {
+        temporary_.clear();
+        return Fail(errno);
+    }
+    path_ = path;
+    buffer_.reserve(kWriteBlock + 4096);
+    return true;
 }
 
 bool LibraryWriter::Flush() {
-    if (!file_) return false;
-    if (!buffer_.empty() && std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size()) failed_ = true;
+    if (fd_ < 0) return false;
+    const char* p = buffer_.data();
+    size_t left = buffer_.size();
+    while (left > 0 && error_ == 0) {
+        const ssize_t n = ::write(fd_, p, left);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            Fail(errno);
+        } else {
+            p += n;
+            left -= static_cast<size_t>(n);
+        }
+    }
     buffer_.clear();
-    return !failed_;
+    return error_ == 0;
 }
 
 bool LibraryWriter::WriteHeader(const LibraryHeader& header) {
-    if (!file_) return false;
+    if (fd_ < 0) return false;
     EncodeHeader(header, buffer_);
-    return Flush();
+    return error_ == 0;
 }
 
 bool LibraryWriter::WriteRecord(const LibraryNodeRecord& record) {
-    if (!file_) return false;
+    if (fd_ < 0) return false;
     EncodeRecord(record, buffer_);
-    if (buffer_.size() >= (1u << 16)) return Flush();
-    return !failed_;
+    if (buffer_.size() >= kWriteBlock) return Flush();
+    return error_ == 0;
 }
 
 bool LibraryWriter::Close() {
-    if (!file_) return false;
-    bool ok = Flush();
-    if (std::fclose(file_) != 0) ok = false;
-    file_ = nullptr;
-    return ok;
+    if (fd_ < 0) return false;
+    Flush();
+    if (error_ == 0 && ::fsync(fd_) != 0) Fail(errno);
+    if (::close(fd_) != 0) Fail(errno);
+    fd_ = -1;
+    if (error_ == 0 && ::rename(temporary_.c_str(), path_.c_str()) != 0) Fail(errno);
+    if (error_ != 0) {
+        ::unlink(temporary_.c_str());
+        temporary_.clear();
+        return false;
+    }
+    temporary_.clear();
+    // The new name reaches the disk with the folder.
+    const int folder = ::open(FolderOf(path_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder >= 0) {
+        ::fsync(folder);
+        ::close(folder);
+    }
+    return true;
+}
+
+void LibraryWriter::Abandon() {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+    if (!temporary_.empty()) ::unlink(temporary_.c_str());
+    temporary_.clear();
+    buffer_.clear();
 }
 
 }  // namespace vantrel::library

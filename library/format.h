@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
@@ -66,7 +65,11 @@ private:
     size_t pos_ = 0;
 };
 
-// Writes a library in one pass. Open creates or truncates the file.
+// Writes a library in one pass, and replaces a file only when the new one
+// is whole: the bytes go to a temporary file in the same folder, which takes
+// the library's name at Close, after it has reached the disk. A failure, an
+// Abandon or a writer that goes out of scope open leaves whatever stood at
+// the path as it was, and no temporary file behind.
 class LibraryWriter {
 public:
     LibraryWriter() = default;
@@ -74,19 +77,29 @@ public:
     LibraryWriter& operator=(const LibraryWriter&) = delete;
     ~LibraryWriter();
 
+    // False (with Error() set) if the temporary file can't be made, or the
+    // path names a folder.
     bool Open(const std::string& path);
     bool WriteHeader(const LibraryHeader& header);
     bool WriteRecord(const LibraryNodeRecord& record);
-    // Flushes and closes; false if anything failed on the way.
+    // Writes what is left, syncs, and puts the file in place; false if
+    // anything failed on the way.
     bool Close();
-    bool IsOpen() const { return file_ != nullptr; }
+    // Drops the temporary file.
+    void Abandon();
+    bool IsOpen() const { return fd_ >= 0; }
+    // The errno of the first failure, 0 for none.
+    int Error() const { return error_; }
 
 private:
     bool Flush();
+    bool Fail(int error);
 
-    std::FILE* file_ = nullptr;
+    int fd_ = -1;
+    std::string path_;
+    std::string temporary_;
     std::string buffer_;
-    bool failed_ = false;
+    int error_ = 0;
 };
 
 }  // namespace vantrel::library

@@ -65,18 +65,28 @@ LoadResult Load(LibraryReader& reader, LibraryContents& out, LoadObserver* obser
     return LoadResult::Ok;
 }
 
+// Whatever goes wrong on the way (memory, a file the tree can't take) is a
+// problem with the library, never the end of the program.
+LoadResult LoadGuarded(LibraryReader& reader, LibraryContents& out, LoadObserver* observer) {
+    try {
+        return Load(reader, out, observer);
+    } catch (const std::exception&) {
+        return LoadResult::Problem;
+    }
+}
+
 }  // namespace
 
 LoadResult LoadLibrary(const std::string& path, LibraryContents& out, LoadObserver* observer) {
     LibraryReader reader;
     if (!reader.Open(path)) return LoadResult::Problem;
-    return Load(reader, out, observer);
+    return LoadGuarded(reader, out, observer);
 }
 
 LoadResult LoadLibraryBytes(std::string bytes, LibraryContents& out, LoadObserver* observer) {
     LibraryReader reader;
     reader.OpenBytes(std::move(bytes));
-    return Load(reader, out, observer);
+    return LoadGuarded(reader, out, observer);
 }
 
 }  // namespace vantrel::library
