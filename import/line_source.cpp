@@ -1,6 +1,9 @@
 // The import file, handed out line by line in Windows-1252. A file is read
 // in blocks, so that only the current block and the line being cut stay in
 // memory, however long the file is.
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstring>
 
 #include "import/readers.h"
@@ -22,7 +25,15 @@ LineSource::~LineSource() { Close(); }
 bool LineSource::Open(const std::string& path) {
     Close();
     file_ = std::fopen(path.c_str(), "rb");
-    return file_ != nullptr;
+    if (!file_) return false;
+    // A folder opens, but holds no lines: it is no file to import.
+    struct stat st{};
+    if (::fstat(::fileno(file_), &st) != 0 || S_ISDIR(st.st_mode)) {
+        Close();
+        return false;
+    }
+    path_ = path;
+    return true;
 }
 
 void LineSource::OpenText(std::string text) {
@@ -38,6 +49,7 @@ void LineSource::Close() {
     pos_ = 0;
     memory_ = false;
     bomChecked_ = false;
+    path_.clear();
 }
 
 bool LineSource::IsOpen() const { return file_ != nullptr || memory_; }
@@ -54,6 +66,11 @@ bool LineSource::Fill() {
     buffer_.resize(had + kBlock);
     size_t got = std::fread(buffer_.data() + had, 1, kBlock, file_);
     buffer_.resize(had + got);
+    if (got == 0 && std::ferror(file_)) {
+        // A file that can't be read on is an error, not the end of the games.
+        const int error = errno;
+        throw ImportError("Couldn't read " + text::AnyToCp1252(path_) + ": " + std::strerror(error), kReadErrorNumber);
+    }
     return got > 0;
 }
 

@@ -21,6 +21,8 @@ public:
     LineSource& operator=(const LineSource&) = delete;
     ~LineSource();
 
+    // False if the file can't be opened or is a folder. A read that fails
+    // later throws ImportError naming the file and the cause.
     bool Open(const std::string& path);
     void OpenText(std::string text);  // from memory (tests, fuzzing)
     void Close();
@@ -40,6 +42,7 @@ private:
     void CheckBom();
 
     static constexpr size_t kBlock = 64 * 1024;
+    static constexpr int kReadErrorNumber = 57;  // "Device I/O error"
 
     std::FILE* file_ = nullptr;
     std::string buffer_;  // bytes read but not yet handed out start at pos_
@@ -47,6 +50,7 @@ private:
     bool memory_ = false;
     bool bomChecked_ = false;
     std::string raw_;  // the line's bytes as they stand in the file
+    std::string path_;
 };
 
 // The import state that lives from game to game.
