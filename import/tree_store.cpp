@@ -1,6 +1,9 @@
 #include "import/tree_store.h"
 
-#include <filesystem>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -30,8 +33,8 @@ struct FileNotOpened {};
 // bring a number of their own.
 constexpr int kOutOfMemory = 7;
 constexpr int kInvalidUseOfNull = 94;
-constexpr int kDeviceIoError = 57;
-constexpr int kPermissionDenied = 70;
+constexpr int kDiskFull = 61;
+constexpr int kPathFileAccessError = 75;
 constexpr int kInternalError = 51;
 
 constexpr const char* kTroubleText = "Trouble with 'Tessimo.Mdb'";
@@ -69,11 +72,15 @@ public:
     // Steps 1 to 6. Returns the result; throws on failure.
     bool Run(WorkingDatabase& db, LineSource& file, ImportState& state) {
         db.Open(DatabasePath(options_));
-        // One transaction for the whole import: it is committed when the
-        // database is closed, whichever way the import ends.
-        db.Begin();
         MovesTable table(db);
+        // The emptied table gives its room back before the import grows it
+        // again, so the file holds no more than the last import needs.
         table.Clear();
+        db.Reclaim();
+        // One transaction for the whole import. Its commit is the import's
+        // last step, on a cancel too: an import whose records didn't reach
+        // the file has failed.
+        db.Begin();
 
         state.ImportAtEnd = false;
         if (!file.Open(inFile_)) throw FileNotOpened{};
@@ -91,14 +98,12 @@ public:
             if (n > 0) result = true;
             if (n >= 0) host_.GameRead(++gameNumber, n, game_);
 
-            switch (PlayGame(table, n)) {
-                case GameEnd::Done:
-                case GameEnd::Skipped:
-                    break;
-                case GameEnd::Cancelled:
-                    return false;
+            if (PlayGame(table, n) == GameEnd::Cancelled) {
+                result = false;
+                break;
             }
         }
+        db.Commit();
         return result;
     }
 
@@ -177,7 +182,7 @@ private:
                     row.newBranch = false;
                     row.remarks = game_.GameComments[i];
                 }
-                layout_ = board_.BoardToLayout();
+                board_.BoardToLayout(layout_);
                 row.layout = layout_;
                 table.Add(row);
                 parent = counter_;
@@ -211,7 +216,9 @@ private:
 std::string LibraryPath(const ImportOptions& options) {
     const std::string dir = options.programDir.empty() ? std::string(".") : options.programDir;
     // The name is library text (1252); the file system wants UTF-8.
-    return dir + "/" + text::Cp1252ToUtf8(Trim(options.bookName)) + ".vnb";
+    const std::string name =
+        options.libraryFile.empty() ? text::Cp1252ToUtf8(Trim(options.bookName)) : Trim(options.libraryFile);
+    return dir + "/" + name + ".vnb";
 }
 
 std::string DatabasePath(const ImportOptions& options) {
@@ -237,7 +244,8 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
         // Texts for the host are library text, like the names in them.
         Report(host, "Couldn't open " + text::AnyToCp1252(Trim(options.inFile)));
     }
-    // Whatever happened, the records written so far stand in the table.
+    // After a failure, the records so far stand in the table as far as the
+    // close can keep them; nothing reads them.
     file.Close();
     db.Close();
 
@@ -246,22 +254,33 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
     return result;
 }
 
+// What the writer's errno says, as the user is told it.
+[[noreturn]] void ThrowWriteError(int error, const std::string& fileName) {
+    if (error == ENOSPC || error == EDQUOT) throw ImportError("Disk full", kDiskFull);
+    throw ImportError("Couldn't write " + fileName + ": " + std::strerror(error), kPathFileAccessError);
+}
+
+// A text longer than a library can hold is cut by the writer; the host may
+// want to say so.
+void NoteCut(ImportHost& host, const std::string& text, const char* what, int32_t index) {
+    if (text.size() <= library::kMaxStringBytes) return;
+    std::string note = what;
+    if (index > 0) note += " of record " + std::to_string(index);
+    note += " cut from " + std::to_string(text.size()) + " to " + std::to_string(library::kMaxStringBytes) + " bytes";
+    host.Notice(note);
+}
+
 bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session) {
-    namespace fs = std::filesystem;
     const std::string name = Trim(options.bookName);
     const std::string path = LibraryPath(options);
     const std::string fileName = name + ".vnb";
 
     // An existing library is replaced only if the user agrees; an empty file
-    // of that name is simply written over.
-    std::error_code ec;
-    const auto length = fs::file_size(path, ec);
-    if (!ec && length > 0) {
+    // of that name is simply written over. Either way the old file stays
+    // until the new one is whole.
+    struct stat st{};
+    if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0) {
         if (!host.AskOverwrite(fileName + " already exists.  OK to overwrite?")) return false;
-        if (!fs::remove(path, ec) || ec) {
-            host.ShowError("Permission denied", kPermissionDenied);
-            return false;
-        }
     }
 
     bool result = true;
@@ -275,6 +294,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
         header.flag = -1;
         header.book = name;
         header.LibRemarks = session.ImportRemarks;
+        NoteCut(host, header.LibRemarks, "Remarks of the library", 0);
 
         Statement min = db.Prepare(R"(SELECT MIN("index") AS MinIndex FROM Moves)");
         min.Step();
@@ -300,8 +320,11 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
         rows.Bind(1, name);
         bool more = rows.Step();
 
-        if (!writer.Open(path)) throw FileNotOpened{};
-        if (!writer.WriteHeader(header)) throw ImportError("Device I/O error", kDeviceIoError);
+        if (!writer.Open(path)) {
+            if (writer.Error() == ENOENT) throw FileNotOpened{};
+            ThrowWriteError(writer.Error(), fileName);
+        }
+        if (!writer.WriteHeader(header)) ThrowWriteError(writer.Error(), fileName);
 
         int32_t counter = 0;
         std::string shown;
@@ -322,18 +345,22 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
             record.description.assign(rows.TextView(3));
             record.BoardLayout.assign(rows.TextView(4));
             record.remarks.assign(rows.TextView(5));  // NULL reads as ""
-            if (!writer.WriteRecord(record)) throw ImportError("Device I/O error", kDeviceIoError);
+            NoteCut(host, record.description, "Description", record.index);
+            NoteCut(host, record.remarks, "Comment", record.index);
+            if (!writer.WriteRecord(record)) ThrowWriteError(writer.Error(), fileName);
             more = rows.Step();
         }
         rows.Reset();
         db.Close();
-        if (!writer.Close()) throw ImportError("Device I/O error", kDeviceIoError);
+        // A cancelled write still puts in place what it has: a library of
+        // the records so far, which loads.
+        if (!writer.Close()) ThrowWriteError(writer.Error(), fileName);
     } catch (...) {
         result = false;
         Report(host, "Couldn't open " + fileName);
     }
     db.Close();
-    if (writer.IsOpen()) writer.Close();
+    writer.Abandon();
     return result;
 }
 

@@ -16,7 +16,10 @@ namespace vantrel::import {
 struct ImportOptions {
     std::string programDir;  // Tessimo.mdb is read and the library written here
     std::string inFile;      // txtInFile (trimmed by the store)
-    std::string bookName;    // txtBookName (trimmed by the store)
+    std::string bookName;    // txtBookName in library text (trimmed by the store)
+    // The same name as the file system spells it (UTF-8), for a name with
+    // characters that library text has no place for; empty: bookName's.
+    std::string libraryFile;
     bool pgn = true;         // optImportType(0)
     std::string commentStart = "//";  // txtCommentStart, untrimmed (SAN only)
     std::string commentEnd = "//";    // txtCommentEnd, untrimmed (SAN only)
@@ -53,6 +56,10 @@ public:
     // `lastPly` plies; the moves are about to be played. Nothing to do for
     // the wizard; the command line uses it to name games in its reports.
     virtual void GameRead(int32_t /*number*/, int16_t /*lastPly*/, const GameRecord& /*game*/) {}
+    // Something the user may want to know that changes nothing of the run,
+    // such as a text cut to the 65,535 bytes a library can hold. The window
+    // keeps quiet; the command line says it on stderr.
+    virtual void Notice(const std::string& /*text*/) {}
 };
 
 // State that lives from BuildTree on into WriteLibrary.
@@ -70,7 +77,8 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 // stands in the file.
 bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session);
 
-// The path WriteLibrary writes to: programDir + "/" + the trimmed name + ".vnb".
+// The path WriteLibrary writes to: programDir + "/" + the trimmed name + ".vnb",
+// the name as libraryFile spells it, if given.
 std::string LibraryPath(const ImportOptions& options);
 
 // The working database both of them open.

@@ -96,6 +96,8 @@ public:
         std::fprintf(stderr, "The following Error occurred: %s (Number: %d)\n", Out(description).c_str(), number);
     }
 
+    void Notice(const std::string& text) override { std::fprintf(stderr, "%s\n", Out(text).c_str()); }
+
     int32_t Games() const { return gameNumber_; }
     int Unresolved() const { return unresolved_; }
 
@@ -175,7 +177,9 @@ int Import(const std::vector<std::string>& args, const char* argv0) {
         options.commentEnd = "}";
     }
 
-    // Names on the command line come as UTF-8; the library keeps 1252.
+    // Names on the command line come as UTF-8: the file keeps the name as
+    // given, the library its 1252 form.
+    options.libraryFile = options.bookName;
     options.bookName = text::AnyToCp1252(options.bookName);
     const std::string exeDir = ExecutableDir(argv0);
     options.programDir = outDir.empty() ? exeDir : outDir;
@@ -193,8 +197,8 @@ int Import(const std::vector<std::string>& args, const char* argv0) {
         std::fprintf(stderr, "Couldn't create library '%s.vnb'\n", Out(name).c_str());
         return 1;
     }
-    std::printf("%s\n%d records from %d games; unresolved moves: %d\n",
-                Out(import::LibraryPath(options)).c_str(), session.recordCount, host.Games(), host.Unresolved());
+    std::printf("%s\n%d records from %d games; unresolved moves: %d\n", import::LibraryPath(options).c_str(),
+                session.recordCount, host.Games(), host.Unresolved());
     return 0;
 }
 

@@ -140,19 +140,22 @@ TEST_F(WriteLibraryTest, AnExistingLibraryIsReplacedOnlyWhenTheUserAgrees) {
     EXPECT_TRUE(host.Silent());
     EXPECT_EQ(ReadFile(Path()), "old library");
 
-    // Agreed: the old file goes and the new one is written.
+    // Agreed: the new library takes the old one's place.
     fs::rename(dir / "aside.mdb", DbPath());
     host = RecordingHost{};
     ASSERT_TRUE(Write());
     EXPECT_EQ(host.overwriteQuestions.size(), 1u);
     EXPECT_EQ(ReadBack(Path()).records.size(), 1u);
 
-    // Agreed, but the table is empty: the old library is gone all the same.
+    // Agreed, but the write fails: the older library stays byte for byte,
+    // and no temporary file is left beside it.
+    const std::string before = ReadFile(Path());
     Db(DbPath()).Clear();
     host = RecordingHost{};
     EXPECT_FALSE(Write());
     EXPECT_EQ(host.errors.size(), 1u);
-    EXPECT_FALSE(fs::exists(Path()));
+    EXPECT_EQ(ReadFile(Path()), before);
+    EXPECT_EQ(std::distance(fs::directory_iterator(dir.str()), fs::directory_iterator()), 2);  // library, database
 }
 
 TEST_F(WriteLibraryTest, FileThatCannotBeCreatedIsNamed) {
