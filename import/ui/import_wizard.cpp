@@ -285,6 +285,9 @@ void frmImportWizard::cmdNext_Click() {
             cmdNext->setEnabled(false);
             cmdHelp->setEnabled(false);
             DoEvents();  // let the page paint before the run
+            // A Cancel that was waiting in the queue has closed the window:
+            // the import never starts.
+            if (unloading_) return;
             const bool ok = RunImport();
             if (ok) {
                 cmdBack->setEnabled(false);
@@ -304,8 +307,7 @@ void frmImportWizard::cmdNext_Click() {
             cmdBack->setEnabled(false);
             break;
         case 4:
-            NewLibraryPath = ProgramDir() + QStringLiteral("/") + TrimBlanks(txtBookName->text()) +
-                             QStringLiteral(".vnb");
+            NewLibraryPath = QFile::decodeName(QByteArray::fromStdString(import::LibraryPath(Options())));
             Unload(QDialog::Accepted);
             break;
         default: break;
@@ -401,6 +403,7 @@ import::ImportOptions frmImportWizard::Options() const {
     o.programDir = QFile::encodeName(ProgramDir()).toStdString();
     o.inFile = QFile::encodeName(txtInFile->text()).toStdString();
     o.bookName = ToLib(txtBookName->text());
+    o.libraryFile = QFile::encodeName(TrimBlanks(txtBookName->text())).toStdString();
     o.pgn = optImportType[0]->isChecked();
     o.commentStart = ToLib(txtCommentStart->text());
     o.commentEnd = ToLib(txtCommentEnd->text());
@@ -434,7 +437,9 @@ bool frmImportWizard::RunImport() {
     const import::ImportOptions options = Options();
     import::ImportSession session;
 
-    if (!Guarded([&] { return import::BuildTree(options, *this, session); })) {
+    const bool built = Guarded([&] { return import::BuildTree(options, *this, session); });
+    ShowPendingCount();
+    if (!built) {
         lstStatus->addItem(ImportRunning ? QStringLiteral("Couldn't parse moves list")
                                          : QStringLiteral("Import cancelled by user"));
         unsetCursor();
@@ -443,7 +448,9 @@ bool frmImportWizard::RunImport() {
 
     lstStatus->addItem(QStringLiteral("Creating library '") + bookName + QStringLiteral(".vnb'"));
 
-    if (!Guarded([&] { return import::WriteLibrary(options, *this, session); })) {
+    const bool written = Guarded([&] { return import::WriteLibrary(options, *this, session); });
+    ShowPendingCount();
+    if (!written) {
         lstStatus->addItem(QStringLiteral("Couldn't create library '") + bookName + QStringLiteral(".vnb'"));
         unsetCursor();
         return false;
@@ -458,8 +465,16 @@ bool frmImportWizard::RunImport() {
 // ---- what the store asks of the window --------------------------------------
 
 void frmImportWizard::ShowCount(const std::string& text) {
-    lblCount->setText(FromLib(text));
-    lblCount->repaint();
+    pendingCount_ = text;
+    constexpr qint64 kFrameMs = 16;
+    if (!countShown_.isValid() || countShown_.elapsed() >= kFrameMs) ShowPendingCount();
+}
+
+void frmImportWizard::ShowPendingCount() {
+    if (pendingCount_.empty()) return;
+    lblCount->setText(FromLib(pendingCount_));
+    pendingCount_.clear();
+    countShown_.start();
 }
 
 void frmImportWizard::Yield() { DoEvents(); }
@@ -468,6 +483,7 @@ bool frmImportWizard::Running() const { return ImportRunning; }
 
 int16_t frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, import::GameRecord& game,
                                     const chess::ImportBoard& board) {
+    ShowPendingCount();
     BadMoveIndex = ply;
     GameMoveCount = lastPly;
     MoveErrorCode = errorCode;
@@ -483,15 +499,18 @@ int16_t frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorC
 }
 
 bool frmImportWizard::AskOverwrite(const std::string& text) {
+    ShowPendingCount();
     if (closePending_) return false;
     return ui::MsgBox(StoreText(text), ui::Buttons::OkCancel, ui::Icon::Question) == ui::Answer::Ok;
 }
 
 void frmImportWizard::Message(const std::string& text, const std::string& title) {
+    ShowPendingCount();
     ui::MsgBox(StoreText(text), ui::Buttons::Ok, ui::Icon::None, StoreText(title));
 }
 
 void frmImportWizard::ShowError(const std::string& description, int number) {
+    ShowPendingCount();
     vantrel::ShowError(StoreText(description), number);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <array>
 #include <cstdint>
 
@@ -103,8 +104,14 @@ private:
     template <typename Step>
     bool Guarded(Step step);
     void Unload(int result);
+    // Puts the newest count into lblCount.
+    void ShowPendingCount();
 
     bool runActive_ = false;
+    // The store counts faster than a screen shows: lblCount takes the count
+    // at most once a frame, and always before the user is asked or told.
+    std::string pendingCount_;
+    QElapsedTimer countShown_;
     bool closePending_ = false;
     bool unloading_ = false;
 };
