@@ -158,6 +158,7 @@ void WorkingDatabase::Close() noexcept {
     // What a failed operation wrote so far stands, as far as it can: an
     // operation that must know its work was kept commits for itself.
     if (!sqlite3_get_autocommit(db_)) {
+        sqlite3_busy_timeout(db_, 0);  // a close doesn't wait for other programs
         if (sqlite3_exec(db_, "COMMIT", nullptr, nullptr, nullptr) != SQLITE_OK)
             sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
     }

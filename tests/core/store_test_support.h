@@ -12,6 +12,7 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -104,6 +105,7 @@ public:
     void ShowError(const std::string& description, int number) override { errors.push_back({description, number}); }
     void GameRead(int32_t number, int16_t lastPly, const import::GameRecord& game) override {
         games.push_back({number, lastPly, game.GameMoves[0]});
+        if (onGame) onGame(number);
     }
 
     // Nothing was told to the user.
@@ -125,6 +127,7 @@ public:
         std::string name;
     };
     std::vector<GameSeen> games;
+    std::function<void(int32_t)> onGame;  // runs as each game has been read
 };
 
 // One record of Moves, read straight from the database.

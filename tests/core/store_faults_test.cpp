@@ -1,0 +1,140 @@
+// The machine under an import: another program holding the working
+// database, a full disk, folders where files should be, a library name
+// outside the code page. Real SQLite and the real file system throughout.
+#include <sqlite3.h>
+#include <sys/mount.h>
+
+#include "library/loader.h"
+#include "library/text_codec.h"
+#include "store_test_support.h"
+
+namespace vantrel::storetest {
+namespace {
+
+class StoreFaultTest : public StoreTest {
+protected:
+    bool Import(const std::string& text) {
+        host = RecordingHost{};
+        return Build(text) && import::WriteLibrary(options, host, session);
+    }
+    size_t FilesIn(const std::string& folder) {
+        return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+    }
+};
+
+// A tmpfs of a few hundred KB mounted on a folder, where the machine lets
+// the tests mount one.
+class SmallDisk {
+public:
+    explicit SmallDisk(const std::string& path) : path_(path) {
+        fs::create_directories(path);
+        mounted_ = ::mount("tmpfs", path.c_str(), "tmpfs", 0, "size=512k") == 0;
+    }
+    ~SmallDisk() {
+        if (mounted_) ::umount2(path_.c_str(), MNT_DETACH);
+    }
+    bool mounted() const { return mounted_; }
+    // Fills the disk but for about `room` bytes.
+    void Fill(size_t room) {
+        const fs::space_info space = fs::space(path_);
+        WriteFile(path_ + "/filler", std::string(space.available > room ? space.available - room : 0, 'x'));
+    }
+
+private:
+    std::string path_;
+    bool mounted_ = false;
+};
+
+std::string ManyGames(int games) {
+    gen::Rng rng(7);
+    std::string text;
+    for (int g = 1; g <= games; ++g)
+        gen::AppendPgn(text, "Game " + std::to_string(g), "W", "B", gen::PlayGame(rng, 60), rng, false);
+    return text;
+}
+
+TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
+    ASSERT_TRUE(Import("[Event \"first\"]\n\ne4 e5\n"));
+    const std::string before = ReadFile(import::LibraryPath(options));
+
+    // Another program starts reading the database while the import runs, so
+    // the import can't commit: it fails, and claims no records.
+    sqlite3* reader = nullptr;
+    ASSERT_EQ(sqlite3_open(DbPath().c_str(), &reader), SQLITE_OK);
+    host = RecordingHost{};
+    host.onGame = [&](int32_t number) {
+        if (number == 1) {
+            ASSERT_EQ(sqlite3_exec(reader, "BEGIN; SELECT COUNT(*) FROM Moves;", nullptr, nullptr, nullptr), SQLITE_OK);
+        }
+    };
+    EXPECT_FALSE(Build("[Event \"second\"]\n\nd4 d5 c4\n"));
+    ASSERT_EQ(host.errors.size(), 1u);
+    EXPECT_EQ(host.errors[0], (std::pair<std::string, int>{"database is locked", SQLITE_BUSY}));
+    sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
+    sqlite3_close(reader);
+    EXPECT_EQ(ReadFile(import::LibraryPath(options)), before);
+
+    // The database is usable again at once.
+    ASSERT_TRUE(Import("[Event \"third\"]\n\nc4\n"));
+    EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 c4 (c4: third) *"}));
+}
+
+TEST_F(StoreFaultTest, AFullDiskIsToldAsDiskFullAndTheOlderLibraryStays) {
+    SmallDisk disk(dir / "disk");
+    if (!disk.mounted()) GTEST_SKIP() << "no tmpfs can be mounted here";
+
+    // The library doesn't fit: the one that stood there before stays whole.
+    options.databasePath = DbPath();
+    options.programDir = dir / "disk";
+    ASSERT_TRUE(Import("[Event \"old\"]\n\ne4 e5\n"));
+    const std::string path = import::LibraryPath(options);
+    const std::string before = ReadFile(path);
+    disk.Fill(16 * 1024);
+    EXPECT_FALSE(Import(ManyGames(8)));
+    EXPECT_EQ(host.errors, (std::vector<std::pair<std::string, int>>{{"Disk full", 61}}));
+    EXPECT_EQ(ReadFile(path), before);
+    EXPECT_EQ(FilesIn(dir / "disk"), 2u);  // the library and the filler: no temporary file
+
+    // The working database can't grow: the import ends the same way.
+    fs::remove(dir / "disk/filler");
+    fs::copy_file(DbPath(), dir / "disk/Tessimo.mdb");
+    options.databasePath = dir / "disk/Tessimo.mdb";
+    disk.Fill(8 * 1024);
+    EXPECT_FALSE(Import(ManyGames(8)));
+    EXPECT_EQ(host.errors, (std::vector<std::pair<std::string, int>>{{"Disk full", 61}}));
+}
+
+TEST_F(StoreFaultTest, FoldersWhereFilesShouldBe) {
+    // As a library to open, and as the file to import.
+    library::LibraryContents contents;
+    EXPECT_EQ(library::LoadLibrary(dir.str(), contents), library::LoadResult::Problem);
+    EXPECT_EQ(library::LoadLibrary("/dev/zero", contents), library::LoadResult::Problem);
+    fs::create_directories(options.inFile);
+    EXPECT_FALSE(import::BuildTree(options, host, session));
+    EXPECT_EQ(host.messages, (std::vector<std::pair<std::string, std::string>>{{"Couldn't open " + options.inFile, ""}}));
+
+    // Where the library would go: the folder stays, and the user is told why.
+    fs::remove(options.inFile);
+    fs::create_directories(dir / "Demo.vnb");
+    EXPECT_FALSE(Import("[Event \"a\"]\n\ne4\n"));
+    EXPECT_EQ(host.messages, (std::vector<std::pair<std::string, std::string>>{}));
+    EXPECT_EQ(host.errors, (std::vector<std::pair<std::string, int>>{{"Couldn't write Demo.vnb: Is a directory", 75}}));
+    EXPECT_TRUE(fs::is_directory(dir / "Demo.vnb"));
+}
+
+TEST_F(StoreFaultTest, ANameOutsideTheCodePageKeepsItsSpellingInTheFileName) {
+    // Two names that are alike once cut down to Windows-1252 make two files.
+    for (const char* name : {"Дебюты Ωmega", "Партии Ωmega"}) {
+        options.libraryFile = name;
+        options.bookName = text::AnyToCp1252(name);
+        ASSERT_TRUE(Import("[Event \"a\"]\n\ne4\n"));
+        EXPECT_EQ(import::LibraryPath(options), dir / (std::string(name) + ".vnb"));
+        library::LibraryContents contents;
+        ASSERT_EQ(library::LoadLibrary(import::LibraryPath(options), contents), library::LoadResult::Ok);
+        EXPECT_EQ(contents.header.book, "?????? ?mega");
+    }
+    EXPECT_EQ(FilesIn(dir.str()), 4u);  // database, game file, two libraries
+}
+
+}  // namespace
+}  // namespace vantrel::storetest
