@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QFile>
+#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -226,6 +227,29 @@ TEST_F(WizardImportTest, SuccessfulRunThenNextOpensTheNewLibraryOrExitKeepsIt) {
     EXPECT_EQ(vantrel::ImportCancelled, 1);
     EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
     EXPECT_TRUE(QFile::exists(dir_.file("Club.vnb")));
+}
+
+TEST_F(WizardImportTest, ANameOutsideTheCodePageOpensAndACancelBeforeTheRunStopsIt) {
+    // The file keeps the name as typed, and that is the library opened.
+    auto& w = wizard_;
+    const QString file = WriteFile("games.pgn", kTwoGames);
+    ToSummary(file, QStringLiteral("Дебюты Ωmega"));
+    Run();
+    w.cmdNext->click();
+    w.cmdNext->click();
+    EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + QStringLiteral("/Дебюты Ωmega.vnb"));
+    EXPECT_EQ(Library(QStringLiteral("Дебюты Ωmega.vnb")).size(), 5u);
+
+    // A Cancel still in the queue when Next starts the run: nothing runs.
+    WatchedWizard other;
+    other.show();
+    ToSummary(other, file, "Later");
+    QTimer::singleShot(0, other.cmdCancel, &QPushButton::click);
+    other.cmdNext->click();
+    EXPECT_FALSE(other.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+    EXPECT_TRUE(other.counts.empty());
+    EXPECT_FALSE(QFile::exists(dir_.file("Later.vnb")));
 }
 
 TEST_F(WizardImportTest, SanFileUsesTheTypedCommentIndicators) {
