@@ -1,6 +1,7 @@
 #include "shell/forms.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QGuiApplication>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -9,6 +10,7 @@
 #include <memory>
 
 #include "board/board_window.h"
+#include "import/program_dir.h"
 #include "library/text_codec.h"
 #include "library/ui/comments_moves.h"
 #include "shell/dialogs.h"
@@ -24,13 +26,29 @@ QString& programDirOverride() {
     return dir;
 }
 
+// Worked out once, on first use.
+const install::ProgramFolders& folders() {
+    static const install::ProgramFolders resolved = install::ResolveProgramFolders();
+    return resolved;
+}
+
 }  // namespace
 
 QString ProgramTitle() { return QStringLiteral("Vantrel"); }
 
 QString ProgramDir() {
     if (!programDirOverride().isEmpty()) return programDirOverride();
-    return QCoreApplication::applicationDirPath();
+    return QFile::decodeName(folders().programDir.c_str());
+}
+
+QString DataDir() {
+    if (!programDirOverride().isEmpty()) return programDirOverride();
+    return QFile::decodeName(folders().dataDir.c_str());
+}
+
+QString ProgramDirProblem() {
+    if (!programDirOverride().isEmpty()) return {};
+    return QString::fromStdString(folders().error);
 }
 
 void SetProgramDir(const QString& dir) { programDirOverride() = dir; }

@@ -3,6 +3,8 @@
 #include <QIcon>
 #include <QScreen>
 
+#include "shell/dialogs.h"
+#include "shell/forms.h"
 #include "shell/main_frame.h"
 
 int main(int argc, char** argv) {
@@ -10,9 +12,15 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("Vantrel"));
     QCoreApplication::setApplicationName(QStringLiteral("Vantrel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("vantrel"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("vantrel")));
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+
+    // The program still starts; an import or a print will fail and say so.
+    if (const QString problem = vantrel::ProgramDirProblem(); !problem.isEmpty())
+        vantrel::ui::MsgBox(problem, vantrel::ui::Buttons::Ok, vantrel::ui::Icon::Exclamation);
 
     MDIVantrel frame;
     // The frame's design size suits a small screen; on a larger one the
