@@ -26,10 +26,9 @@ int main(int argc, char** argv) {
     // The frame's design size suits a small screen; on a larger one the
     // frame starts larger, centred. A remembered position still wins.
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        const QRect room = screen->availableGeometry();
-        const QSize size = frame.size().expandedTo(room.size() * 0.85).boundedTo(room.size());
-        frame.resize(size);
-        frame.move(room.center() - QPoint(size.width() / 2, size.height() / 2));
+        const QRect start = vantrel::DefaultFrameGeometry(screen->availableGeometry(), frame.size());
+        frame.resize(start.size());
+        frame.move(start.topLeft());
     }
     frame.MDIForm_Load(vantrel::JoinCommandLine(arguments));
     return app.exec();
