@@ -1,5 +1,6 @@
 #include "import/tree_store.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <new>
@@ -246,6 +247,19 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
     return result;
 }
 
+void ImportHost::TextCut(const std::string& what, size_t length) {
+    std::fprintf(stderr, "%s has %zu bytes: cut to the %zu that a library can hold\n", what.c_str(), length,
+                 library::kMaxStringBytes);
+}
+
+namespace {
+
+void CheckLength(ImportHost& host, const std::string& text, const std::string& what) {
+    if (text.size() > library::kMaxStringBytes) host.TextCut(what, text.size());
+}
+
+}  // namespace
+
 bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session) {
     namespace fs = std::filesystem;
     const std::string name = Trim(options.bookName);
@@ -275,6 +289,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
         header.flag = -1;
         header.book = name;
         header.LibRemarks = session.ImportRemarks;
+        CheckLength(host, header.LibRemarks, "The library's remarks");
 
         Statement min = db.Prepare(R"(SELECT MIN("index") AS MinIndex FROM Moves)");
         min.Step();
@@ -322,6 +337,8 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
             record.description.assign(rows.TextView(3));
             record.BoardLayout.assign(rows.TextView(4));
             record.remarks.assign(rows.TextView(5));  // NULL reads as ""
+            CheckLength(host, record.description, "The move text of record " + std::to_string(record.index));
+            CheckLength(host, record.remarks, "The comment of record " + std::to_string(record.index));
             if (!writer.WriteRecord(record)) throw ImportError("Device I/O error", kDeviceIoError);
             more = rows.Step();
         }

@@ -53,6 +53,10 @@ public:
     // `lastPly` plies; the moves are about to be played. Nothing to do for
     // the wizard; the command line uses it to name games in its reports.
     virtual void GameRead(int32_t /*number*/, int16_t /*lastPly*/, const GameRecord& /*game*/) {}
+    // A text longer than a library can hold (65,535 bytes) is cut to fit as
+    // it is written; `what` names it. The command line says so on stderr
+    // (this default); the wizard stays silent.
+    virtual void TextCut(const std::string& what, size_t length);
 };
 
 // State that lives from BuildTree on into WriteLibrary.

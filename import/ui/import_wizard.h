@@ -78,6 +78,7 @@ public:
                        const vantrel::chess::ImportBoard& board) override;
     bool AskOverwrite(const std::string& text) override;
     void Message(const std::string& text, const std::string& title) override;
+    void TextCut(const std::string&, size_t) override {}  // the window cuts silently
     void ShowError(const std::string& description, int number) override;
 
 public slots:

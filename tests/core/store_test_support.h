@@ -102,6 +102,7 @@ public:
     }
     void Message(const std::string& text, const std::string& title) override { messages.push_back({text, title}); }
     void ShowError(const std::string& description, int number) override { errors.push_back({description, number}); }
+    void TextCut(const std::string& what, size_t length) override { cuts.push_back(what + " " + std::to_string(length)); }
     void GameRead(int32_t number, int16_t lastPly, const import::GameRecord& game) override {
         games.push_back({number, lastPly, game.GameMoves[0]});
     }
@@ -110,6 +111,7 @@ public:
     bool Silent() const { return messages.empty() && errors.empty(); }
 
     std::vector<std::string> counts;
+    std::vector<std::string> cuts;  // what TextCut was told: "what length"
     int yields = 0;
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count
