@@ -11,46 +11,43 @@ namespace vantrel::install {
 namespace {
 
 namespace fs = std::filesystem;
-using storetest::TempDir;
 
-void Touch(const fs::path& file, const std::string& text = "db") {
-    fs::create_directories(file.parent_path());
+std::string Put(const std::string& file, const std::string& text = "empty") {
+    fs::create_directories(fs::path(file).parent_path());
     std::ofstream(file) << text;
+    return file;
+}
+
+std::string Read(const std::string& file) {
+    std::string text;
+    std::ifstream(file) >> text;
+    return text;
 }
 
 TEST(ProgramFolders, BesideTheProgramOrInTheUsersFolder) {
-    TempDir t;
-    Touch(t / "build/bin/Tessimo.mdb");
-    Touch(t / "usr/bin/vantrel");
-    Touch(t / "usr/share/vantrel/Tessimo.mdb", "empty");
-    const std::string home = t / "home";
+    storetest::TempDir t;
+    Put(t / "build/bin/Tessimo.mdb");
+    Put(t / "usr/share/vantrel/Tessimo.mdb");
+    const std::string home = t / "home", user = home + "/.local/share/Vantrel";
+    const auto resolve = [&](const std::string& exe, const std::string& xdg, const std::string& h) {
+        const ProgramFolders f = ResolveProgramFolders(t / exe, xdg, h);
+        return f.programDir + "|" + f.dataDir + "|" + f.error;
+    };
+    EXPECT_EQ(resolve("build/bin", "", home), t / "build/bin|" + t / "build/bin|");
+    EXPECT_EQ(resolve("usr/bin", "", home), user + "|" + t / "usr/share/vantrel|");
+    EXPECT_EQ(Read(user + "/Tessimo.mdb"), "empty");
+    Put(user + "/Tessimo.mdb", "used");
+    EXPECT_EQ(resolve("usr/bin", "relative", home), user + "|" + t / "usr/share/vantrel|");
+    EXPECT_EQ(Read(user + "/Tessimo.mdb"), "used") << "the user's copy stays";
+    EXPECT_EQ(resolve("usr/bin", t / "xdg", home), t / "xdg/Vantrel|" + t / "usr/share/vantrel|");
 
-    const ProgramFolders build = ResolveProgramFolders(t / "build/bin", "", home);
-    EXPECT_EQ(build.programDir, t / "build/bin");
-    EXPECT_EQ(build.dataDir, t / "build/bin");
-
-    const ProgramFolders installed = ResolveProgramFolders(t / "usr/bin", "", home);
-    EXPECT_EQ(installed.error, "");
-    EXPECT_EQ(installed.programDir, home + "/.local/share/Vantrel");
-    EXPECT_EQ(installed.dataDir, t / "usr/share/vantrel");
-    std::string copied;
-    std::ifstream(installed.programDir + "/Tessimo.mdb") >> copied;
-    EXPECT_EQ(copied, "empty");
-    Touch(installed.programDir + "/Tessimo.mdb", "used");  // a later start keeps the user's copy
-    ResolveProgramFolders(t / "usr/bin", "", home);
-    std::ifstream(installed.programDir + "/Tessimo.mdb") >> copied;
-    EXPECT_EQ(copied, "used");
-
-    EXPECT_EQ(ResolveProgramFolders(t / "usr/bin", t / "xdg", home).programDir, t / "xdg/Vantrel");
-    EXPECT_EQ(ResolveProgramFolders(t / "usr/bin", "relative", home).programDir, installed.programDir);
-
+    EXPECT_EQ(resolve("usr/bin", "", Put(t / "file")),
+              t / "file/.local/share/Vantrel|" + t / "usr/share/vantrel|The folder " + t / "file/.local/share/Vantrel" +
+                  " could not be made: Not a directory.");
     fs::create_directories(t / "broken/share/vantrel/Tessimo.mdb");  // not a file: the copy fails
-    EXPECT_EQ(ResolveProgramFolders(t / "broken/bin", "", t / "home3").error.rfind(
-                  "The working database could not be copied from " + t / "broken/share/vantrel/Tessimo.mdb", 0),
-              0u);
-    Touch(t / "file");
-    EXPECT_EQ(ResolveProgramFolders(t / "usr/bin", "", t / "file").error,
-              "The folder " + t / "file/.local/share/Vantrel" + " could not be made: Not a directory.");
+    EXPECT_NE(resolve("broken/bin", "", t / "h2").find("|The working database could not be copied from " +
+                                                       t / "broken/share/vantrel/Tessimo.mdb to "),
+              std::string::npos);
 }
 
 }  // namespace
