@@ -379,6 +379,14 @@ void FrmSearchTree::reject() {
     QDialog::reject();
 }
 
+void FrmSearchTree::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
 void FrmSearchTree::cboLibSelect_Click() {
     const int index = cboLibSelect->currentIndex();
     if (index < 0) return;

@@ -76,8 +76,10 @@ public:
     QPixmap DragPixmap(char layoutChar) const;
 
 protected:
-    // The close box (and Esc) count as Cancel.
+    // The close box counts as Cancel. Esc does nothing: no button of the
+    // dialog is its cancel button.
     void reject() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void SyncSquares();  // the view's pictures from the model

@@ -261,12 +261,13 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 }
 
 // A text longer than a library can hold is cut by the writer; the host may
-// want to say so.
-void NoteCut(ImportHost& host, const std::string& text, const char* what, int32_t index) {
+// want to say so. `what` names it, and record 0 is the header.
+void NoteCut(ImportHost& host, const std::string& text, const char* what, int32_t record) {
     if (text.size() <= library::kMaxStringBytes) return;
     std::string note = what;
-    if (index > 0) note += " of record " + std::to_string(index);
-    note += " cut from " + std::to_string(text.size()) + " to " + std::to_string(library::kMaxStringBytes) + " bytes";
+    if (record > 0) note += " of record " + std::to_string(record);
+    note += " has " + std::to_string(text.size()) + " bytes: cut to the " + std::to_string(library::kMaxStringBytes) +
+            " that a library can hold";
     host.Notice(note);
 }
 
@@ -294,7 +295,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
         header.flag = -1;
         header.book = name;
         header.LibRemarks = session.ImportRemarks;
-        NoteCut(host, header.LibRemarks, "Remarks of the library", 0);
+        NoteCut(host, header.LibRemarks, "The library's remarks", 0);
 
         Statement min = db.Prepare(R"(SELECT MIN("index") AS MinIndex FROM Moves)");
         min.Step();
@@ -345,8 +346,8 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
             record.description.assign(rows.TextView(3));
             record.BoardLayout.assign(rows.TextView(4));
             record.remarks.assign(rows.TextView(5));  // NULL reads as ""
-            NoteCut(host, record.description, "Description", record.index);
-            NoteCut(host, record.remarks, "Comment", record.index);
+            NoteCut(host, record.description, "The move text", record.index);
+            NoteCut(host, record.remarks, "The comment", record.index);
             if (!writer.WriteRecord(record)) ThrowWriteError(writer.Error(), fileName);
             more = rows.Step();
         }

@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs, from Debian's packages, whatever the build, the tests and the
-# screenshots need and the machine does not have yet.
+# screenshots need and the machine does not have yet. The package needs
+# dpkg-shlibdeps (dpkg-dev), the icons rsvg-convert, and its test
+# desktop-file-validate and update-mime-database. --extras adds what the
+# fuzzing and the screenshots under a window manager use.
 set -euo pipefail
 
 PACKAGES=(
@@ -10,9 +13,10 @@ PACKAGES=(
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core
   xvfb xauth poppler-utils
+  dpkg-dev desktop-file-utils shared-mime-info librsvg2-bin
 )
 if [[ "${1:-}" == "--extras" ]]; then
-  PACKAGES+=(clang libclang-rt-14-dev imagemagick)
+  PACKAGES+=(clang libclang-rt-14-dev imagemagick openbox xdotool)
 fi
 
 missing=()

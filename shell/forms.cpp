@@ -1,6 +1,7 @@
 #include "shell/forms.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QGuiApplication>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -9,6 +10,7 @@
 #include <memory>
 
 #include "board/board_window.h"
+#include "import/program_dir.h"
 #include "library/text_codec.h"
 #include "library/ui/comments_moves.h"
 #include "shell/dialogs.h"
@@ -24,13 +26,29 @@ QString& programDirOverride() {
     return dir;
 }
 
+// Worked out once, on first use.
+const install::ProgramFolders& folders() {
+    static const install::ProgramFolders resolved = install::ResolveProgramFolders();
+    return resolved;
+}
+
 }  // namespace
 
 QString ProgramTitle() { return QStringLiteral("Vantrel"); }
 
 QString ProgramDir() {
     if (!programDirOverride().isEmpty()) return programDirOverride();
-    return QCoreApplication::applicationDirPath();
+    return QFile::decodeName(folders().programDir.c_str());
+}
+
+QString DataDir() {
+    if (!programDirOverride().isEmpty()) return programDirOverride();
+    return QFile::decodeName(folders().dataDir.c_str());
+}
+
+QString ProgramDirProblem() {
+    if (!programDirOverride().isEmpty()) return {};
+    return QString::fromStdString(folders().error);
 }
 
 void SetProgramDir(const QString& dir) { programDirOverride() = dir; }
@@ -41,12 +59,14 @@ QString FromLib(const std::string& cp1252) {
 
 std::string ToLib(const QString& text) { return text::Utf8ToCp1252(text.toStdString()); }
 
-void CenterForm(QWidget* form) {
-    if (!form) return;
+namespace {
+
+void PlaceCentred(QWidget* form) {
     QScreen* screen = form->screen() ? form->screen() : QGuiApplication::primaryScreen();
     if (!screen) return;
     const QRect area = screen->geometry();
-    // The window's outer size, halves cut to whole twips.
+    // The window's outer size, title bar and borders included, halves cut
+    // to whole twips.
     const QRect frame = form->frameGeometry();
     const int screenW = PixelsToTwips(area.width());
     const int screenH = PixelsToTwips(area.height());
@@ -55,6 +75,43 @@ void CenterForm(QWidget* form) {
     const int left = screenW / 2 - formW / 2;
     const int top = screenH / 2 - formH / 2;
     form->move(area.left() + TwipsToPixels(left), area.top() + TwipsToPixels(top));
+}
+
+// A window not yet shown has no title bar or borders to measure: the window
+// manager adds them when it first shows the window. This places the window
+// once more as soon as they are known, and goes.
+class CentreWhenFramed : public QObject {
+public:
+    static constexpr const char* kName = "centreWhenFramed";
+    explicit CentreWhenFramed(QWidget* form) : QObject(form), form_(form) {
+        setObjectName(QLatin1String(kName));
+        form->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto type = event->type();
+        if (watched == form_ && (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Show) &&
+            form_->frameGeometry().size() != form_->size()) {
+            form_->removeEventFilter(this);
+            PlaceCentred(form_);
+            deleteLater();
+        }
+        return false;
+    }
+
+private:
+    QWidget* form_;
+};
+
+}  // namespace
+
+void CenterForm(QWidget* form) {
+    if (!form) return;
+    PlaceCentred(form);
+    if (form->isWindow() && form->frameGeometry().size() == form->size() &&
+        !form->findChild<QObject*>(QLatin1String(CentreWhenFramed::kName), Qt::FindDirectChildrenOnly))
+        new CentreWhenFramed(form);
 }
 
 void ShowError(const QString& description, int number) {

@@ -27,10 +27,19 @@ inline int16_t ImportCancelled = 0;        // 1: the wizard ended without a libr
 // "Vantrel": the title of message boxes that have none of their own.
 QString ProgramTitle();
 
-// The program's own folder: Tessimo.mdb, vantrel.HLP, new libraries and
-// _prt.tmp live there. Tests point it elsewhere.
+// The program's own folder: Tessimo.mdb, new libraries and _prt.tmp live
+// there. Run from a folder it may write to, that folder; installed, a folder
+// of the user's own (import/program_dir.h). Tests point it elsewhere.
 QString ProgramDir();
 void SetProgramDir(const QString& dir);
+
+// Where the program's read-only files are, vantrel.HLP among them: the
+// program's folder, or the install's share/vantrel. Follows SetProgramDir.
+QString DataDir();
+
+// Why the program's folder can't be used (it can't be made, or the working
+// database can't be copied into it), or empty.
+QString ProgramDirProblem();
 
 // Screen lengths are worked out in twips, as on a 120-dpi screen.
 inline constexpr int kTwipsPerPixel = 12;

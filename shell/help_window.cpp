@@ -31,7 +31,7 @@ QPointer<HelpWindow>& instance() {
     return window;
 }
 
-QString HelpFilePath() { return vantrel::ProgramDir() + QStringLiteral("/vantrel.HLP"); }
+QString HelpFilePath() { return vantrel::DataDir() + QStringLiteral("/vantrel.HLP"); }
 
 constexpr int kTopicRole = Qt::UserRole + 1;
 

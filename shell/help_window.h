@@ -1,8 +1,8 @@
 // The program's help: the contents, the search, and a topic by its number.
 //
-// The help file is vantrel.HLP in the program's folder: an HTML document
-// whose headings (h1..h3) are its topics. A topic reached by a context
-// number carries the id "ctx" and that number, as ctx144.
+// The help file is vantrel.HLP in DataDir() (the install, or the program's
+// folder): an HTML document whose headings (h1..h3) are its topics. A topic
+// reached by a context number carries the id "ctx" and that number, as ctx144.
 #pragma once
 
 #include <QList>

@@ -3,6 +3,8 @@
 #include <QIcon>
 #include <QScreen>
 
+#include "shell/dialogs.h"
+#include "shell/forms.h"
 #include "shell/main_frame.h"
 
 int main(int argc, char** argv) {
@@ -10,18 +12,23 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("Vantrel"));
     QCoreApplication::setApplicationName(QStringLiteral("Vantrel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("vantrel"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("vantrel")));
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+
+    // The program still starts; an import or a print will fail and say so.
+    if (const QString problem = vantrel::ProgramDirProblem(); !problem.isEmpty())
+        vantrel::ui::MsgBox(problem, vantrel::ui::Buttons::Ok, vantrel::ui::Icon::Exclamation);
 
     MDIVantrel frame;
     // The frame's design size suits a small screen; on a larger one the
     // frame starts larger, centred. A remembered position still wins.
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        const QRect room = screen->availableGeometry();
-        const QSize size = frame.size().expandedTo(room.size() * 0.85).boundedTo(room.size());
-        frame.resize(size);
-        frame.move(room.center() - QPoint(size.width() / 2, size.height() / 2));
+        const QRect start = vantrel::DefaultFrameGeometry(screen->availableGeometry(), frame.size());
+        frame.resize(start.size());
+        frame.move(start.topLeft());
     }
     frame.MDIForm_Load(vantrel::JoinCommandLine(arguments));
     return app.exec();

@@ -78,37 +78,50 @@ QSettings OpenStore() {
 
 QString Key(const QString& section, const QString& name) { return section + QLatin1Char('/') + name; }
 
+// The store's file keeps only text, so each value carries its kind in front
+// of it, as the registry's own export does: "sz:" for a text, "dword:" for a
+// number. A value without a kind reads as text.
+const QString kTextKind = QStringLiteral("sz:");
+const QString kNumberKind = QStringLiteral("dword:");
+
+QString StoredText(const QString& section, const QString& name) {
+    const QVariant value = OpenStore().value(Key(section, name));
+    return value.isValid() && value.typeId() == QMetaType::QString ? value.toString() : QString();
+}
+
 }  // namespace
 
 QString GetSettingText(const QString& section, const QString& name) {
-    QSettings store = OpenStore();
-    const QVariant value = store.value(Key(section, name));
-    if (!value.isValid() || value.typeId() != QMetaType::QString) return QString();
-    QString text = value.toString();
+    QString text = StoredText(section, name);
+    if (text.startsWith(kNumberKind)) return QString();
+    if (text.startsWith(kTextKind)) text.remove(0, kTextKind.size());
     const qsizetype nul = text.indexOf(QChar(0));
     if (nul >= 0) text.truncate(nul);
     return text;
 }
 
 int GetSettingNumber(const QString& section, const QString& name) {
-    QSettings store = OpenStore();
-    const QVariant value = store.value(Key(section, name));
-    if (!value.isValid()) return 0;
+    const QString text = StoredText(section, name);
+    if (!text.startsWith(kNumberKind)) return 0;
     bool ok = false;
-    const qlonglong number = value.toLongLong(&ok);
+    const qlonglong number = text.mid(kNumberKind.size()).toLongLong(&ok);
     // Only a 32-bit value is a number of the store.
     if (!ok || number < INT32_MIN || number > INT32_MAX) return 0;
     return static_cast<int>(number);
 }
 
 void SaveSettingText(const QString& section, const QString& name, const QString& text) {
-    QSettings store = OpenStore();
-    store.setValue(Key(section, name), text);
+    OpenStore().setValue(Key(section, name), kTextKind + text);
 }
 
 void SaveSettingNumber(const QString& section, const QString& name, int number) {
-    QSettings store = OpenStore();
-    store.setValue(Key(section, name), number);
+    OpenStore().setValue(Key(section, name), kNumberKind + QString::number(number));
+}
+
+QRect DefaultFrameGeometry(const QRect& room, const QSize& design) {
+    const int most = TwipsToPixels(INT16_MAX);
+    const QSize size = design.expandedTo(room.size() * 0.85).boundedTo(room.size()).boundedTo(QSize(most, most));
+    return QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size);
 }
 
 QString JoinCommandLine(const QStringList& arguments) { return arguments.join(QLatin1Char(' ')); }
@@ -121,6 +134,9 @@ namespace {
 
 constexpr const char* kForms = "Forms";
 const QString kFormName = QStringLiteral("MDIVantrel");
+
+// A position or size as the store keeps it: whole twips within 16 bits.
+int Twips16(int pixels) { return std::clamp(PixelsToTwips(pixels), int{INT16_MIN}, int{INT16_MAX}); }
 
 
 // Shows a child window and its sub-window, in front of the others.
@@ -354,10 +370,19 @@ void MDIVantrel::SavePosition() {
     SaveSettingText(section, QStringLiteral("SmartForms"), QStringLiteral("T"));
     const int state = isMinimized() ? 1 : isMaximized() ? 2 : 0;
     SaveSettingNumber(section, kFormName + QStringLiteral("WinState"), state);
-    SaveSettingNumber(section, kFormName + QStringLiteral("Left"), PixelsToTwips(x()));
-    SaveSettingNumber(section, kFormName + QStringLiteral("Top"), PixelsToTwips(y()));
-    SaveSettingNumber(section, kFormName + QStringLiteral("Width"), PixelsToTwips(width()));
-    SaveSettingNumber(section, kFormName + QStringLiteral("Height"), PixelsToTwips(height()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Left"), Twips16(x()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Top"), Twips16(y()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Width"), Twips16(width()));
+    SaveSettingNumber(section, kFormName + QStringLiteral("Height"), Twips16(height()));
+}
+
+void MDIVantrel::changeEvent(QEvent* event) {
+    // A restore from minimized is a resize of the frame, even when the inner
+    // area comes back at the size it had: the board is placed.
+    if (event->type() == QEvent::WindowStateChange &&
+        static_cast<QWindowStateChangeEvent*>(event)->oldState().testFlag(Qt::WindowMinimized) && !isMinimized())
+        ShowBoard();
+    QMainWindow::changeEvent(event);
 }
 
 void MDIVantrel::closeEvent(QCloseEvent* event) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 
@@ -41,7 +42,14 @@ Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHe
 // in one place (layered), beside a right column `columnWidth` wide.
 QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered);
 
-// The settings store: named values in sections.
+// The frame's size at the start where nothing is remembered: the design
+// size grown to 85% of the room on a larger screen, centred in it, and never
+// past 32,767 twips a side, so that the position saved from it comes back.
+QRect DefaultFrameGeometry(const QRect& room, const QSize& design);
+
+// The settings store: named values in sections. Each value keeps its kind,
+// text or number, between runs: a text is not read as a number, nor a number
+// as a text.
 QString GetSettingText(const QString& section, const QString& name);
 int GetSettingNumber(const QString& section, const QString& name);
 void SaveSettingText(const QString& section, const QString& name, const QString& text);
@@ -146,6 +154,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "chess/resolver.h"
+#include "import/program_dir.h"
 #include "import/tree_store.h"
 #include "library/format.h"
 #include "library/loader.h"
@@ -43,13 +44,6 @@ int Usage() {
                  "              [--keep-question-marks] [--out-dir DIR] [--db PATH] [--overwrite]\n"
                  "  vantrel-cli info LIB\n");
     return 2;
-}
-
-std::string ExecutableDir(const char* argv0) {
-    std::error_code ec;
-    fs::path self = fs::read_symlink("/proc/self/exe", ec);
-    if (ec) self = fs::absolute(argv0, ec);
-    return self.parent_path().string();
 }
 
 const char* ReasonText(int16_t code) {
@@ -129,7 +123,7 @@ bool ParseTags(const std::string& list, std::array<bool, 7>& tags) {
     return true;
 }
 
-int Import(const std::vector<std::string>& args, const char* argv0) {
+int Import(const std::vector<std::string>& args) {
     import::ImportOptions options;
     options.tags = {true, false, false, false, true, true, false};  // Event, White, Black
     bool overwrite = false;
@@ -181,9 +175,14 @@ int Import(const std::vector<std::string>& args, const char* argv0) {
     // given, the library its 1252 form.
     options.libraryFile = options.bookName;
     options.bookName = text::AnyToCp1252(options.bookName);
-    const std::string exeDir = ExecutableDir(argv0);
-    options.programDir = outDir.empty() ? exeDir : outDir;
-    options.databasePath = dbPath.empty() ? exeDir + "/Tessimo.mdb" : dbPath;
+    // The program's folder: beside the executable, or the user's own when installed.
+    const install::ProgramFolders folders = install::ResolveProgramFolders();
+    if (!folders.error.empty() && (outDir.empty() || dbPath.empty())) {
+        std::fprintf(stderr, "vantrel-cli: %s\n", folders.error.c_str());
+        return 1;
+    }
+    options.programDir = outDir.empty() ? folders.programDir : outDir;
+    options.databasePath = dbPath.empty() ? folders.programDir + "/Tessimo.mdb" : dbPath;
 
     std::signal(SIGINT, OnInterrupt);
     CliHost host(overwrite);
@@ -258,7 +257,7 @@ int main(int argc, char** argv) {
     if (argc < 2) return Usage();
     const std::string command = argv[1];
     std::vector<std::string> args(argv + 2, argv + argc);
-    if (command == "import") return Import(args, argv[0]);
+    if (command == "import") return Import(args);
     if (command == "info" && args.size() == 1) return Info(args[0]);
     return Usage();
 }

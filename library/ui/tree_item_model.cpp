@@ -1,5 +1,6 @@
 #include "library/ui/tree_item_model.h"
 
+#include <QCollator>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
@@ -168,9 +169,13 @@ void GamesListModel::TakeFrom(const std::vector<GameEntry>& games) {
     added.reserve(games.size() - taken_);
     for (size_t i = taken_; i < games.size(); ++i) added.push_back({FromLib(games[i].name), games[i].node});
     taken_ = games.size();
-    const auto less = [](const Entry& a, const Entry& b) {
-        return a.name.compare(b.name, Qt::CaseInsensitive) < 0;
-    };
+    // By the user's locale, without regard to case; the C locale, which
+    // orders by code point, gives way to the common order of letters.
+    QLocale locale;
+    if (locale.language() == QLocale::C) locale = QLocale(QLocale::English);
+    QCollator collator(locale);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const auto less = [&collator](const Entry& a, const Entry& b) { return collator.compare(a.name, b.name) < 0; };
     std::stable_sort(added.begin(), added.end(), less);
     beginResetModel();
     // Those already in the list come first among equals.

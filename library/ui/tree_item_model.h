@@ -50,8 +50,9 @@ private:
 };
 
 // The entries of "Go To Game:": each game's name with its node number,
-// sorted by name as a sorted list box sorts, without regard to case. A name
-// that equals one already there goes after it.
+// sorted by name as a sorted list box sorts: by the user's locale, letters
+// before case ("Réti" before "Ruy", "a" beside "A"). A name that equals one
+// already there, case aside, goes after it.
 class GamesListModel : public QAbstractListModel {
     Q_OBJECT
 public:

@@ -49,11 +49,27 @@ namespace {
 // The strip that carries "Go To Game:" is this high.
 constexpr int kStripHeightTwips = 420;
 
-// The tree control, with its measure of a column open to the window.
+// The tree control, with its measure of a column open to the window. A node
+// that is brought into view comes into view sideways too: deep in the tree
+// its picture and text lie far right of the column's left edge, where the
+// control alone would scroll to.
 class LibraryTreeView : public QTreeView {
 public:
     using QTreeView::QTreeView;
     using QTreeView::sizeHintForColumn;
+
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override {
+        QScrollBar* bar = horizontalScrollBar();
+        const int before = bar->value();
+        QTreeView::scrollTo(index, hint);
+        if (!index.isValid()) return;
+        updateGeometries();  // the column may have grown with the rows now in view
+        bar->setValue(before);
+        const QRect item = visualRect(index);
+        const int room = viewport()->width();
+        const int text = std::min(sizeHintForIndex(index).width(), room - indentation());
+        if (item.left() < 0 || item.left() + text > room) bar->setValue(bar->value() + item.left() - indentation());
+    }
 };
 
 }  // namespace
@@ -439,6 +455,9 @@ bool frmTreeView::eventFilter(QObject* watched, QEvent* event) {
     if (watched == tvTreeView && event->type() == QEvent::FocusIn) {
         tvTreeView_GotFocus();
     } else if (watched == tvTreeView->viewport() && event->type() == QEvent::MouseButtonPress) {
+        // A press released elsewhere gives no click: nothing of it is left
+        // for the next one.
+        clickHandled_ = false;
         auto* mouse = static_cast<QMouseEvent*>(event);
         if (mouse->button() == Qt::RightButton) {
             // The pop-up selects nothing.

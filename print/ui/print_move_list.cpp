@@ -42,7 +42,7 @@ bool WriteMovesFile(const library::LibraryContents& contents, const print::Print
 }
 
 // PrintMovesFile: prints the file and deletes it, on every way out.
-void PrintMovesFile(QWidget* parent) {
+void PrintMovesFile() {
     QFile file(TempFilePath());
     if (!file.open(QIODevice::ReadOnly)) {
         ShowError(QStringLiteral("File not found"), 53);
@@ -53,7 +53,11 @@ void PrintMovesFile(QWidget* parent) {
     file.close();
     const std::vector<print::Page> pages =
         print::Paginate(print::ReadFileLines(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size()))));
-    const print::PrintOutcome outcome = print::PrintPages(pages, parent);
+    const print::PrintOutcome outcome = print::PrintPages(pages);
+    if (outcome == print::PrintOutcome::NoPrinter)
+        ShowError(QStringLiteral("There is no printer to print on. Choose a printer, or a PDF file, in File > "
+                                 "Print Setup."),
+                  482);
     if (outcome == print::PrintOutcome::Failed) ShowError(QStringLiteral("Printer error"), 482);
     file.remove();
 }
@@ -71,5 +75,5 @@ void frmTreeView::PrintMoveList() {
         return;
     }
     if (!WriteMovesFile(contents_, path)) return;
-    PrintMovesFile(this);
+    PrintMovesFile();
 }

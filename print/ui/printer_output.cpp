@@ -1,18 +1,10 @@
 #include "print/ui/printer_output.h"
 
-#include <QAction>
-#include <QCoreApplication>
 #include <QFontDatabase>
-#include <QFontMetricsF>
 #include <QPainter>
-#include <QPrintDialog>
-#include <QPageSetupDialog>
-#include <QPrintPreviewDialog>
-#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <algorithm>
 
-#include "shell/dialogs.h"
 #include "shell/forms.h"
 
 namespace vantrel::print {
@@ -23,22 +15,23 @@ QString& pdfTarget() {
     return path;
 }
 
-// The font for a page: fixed pitch, so that the columns of the rows line up,
-// and as large as lets 66 lines fit the height and the widest line fit the
-// width.
-QFont PageFont(const QRectF& area, int columns, QPaintDevice* device) {
+// The font of every page: fixed pitch, so that the columns of the rows line
+// up, and as large as lets 66 lines fit the height of the page. A line longer
+// than the width is cut off at the edge, as on a printer.
+QFont PageFont(const QRectF& area) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setStyleHint(QFont::Monospace);
     font.setFixedPitch(true);
     const qreal lineHeight = area.height() / kLinesPerPage;
-    qreal pixelSize = std::max<qreal>(1.0, lineHeight * 0.82);
-    font.setPixelSize(std::max(1, static_cast<int>(pixelSize)));
-    const qreal advance = QFontMetricsF(font, device).horizontalAdvance(QLatin1Char('M'));
-    if (advance > 0 && advance * columns > area.width()) {
-        pixelSize = pixelSize * area.width() / (advance * columns);
-        font.setPixelSize(std::max(1, static_cast<int>(pixelSize)));
-    }
+    font.setPixelSize(std::max(1, static_cast<int>(lineHeight * 0.82)));
     return font;
+}
+
+// A printer to print on: a PDF file chosen in Print Set-up, or a printer of
+// the system (the one chosen there, or its default).
+bool HasTarget(const QPrinter& printer) {
+    return printer.outputFormat() == QPrinter::PdfFormat ? !printer.outputFileName().isEmpty()
+                                                          : !printer.printerName().isEmpty();
 }
 
 }  // namespace
@@ -55,11 +48,9 @@ bool RenderPages(QPrinter& printer, const std::vector<Page>& pages) {
     // Coordinates start at the corner of the printable area.
     const QRectF page(0, 0, area.width(), area.height());
 
-    int columns = 72;  // a wrapped comment line and its margin
-    for (const Page& p : pages)
-        for (const std::string& line : p) columns = std::max(columns, static_cast<int>(FromLib(line).size()));
-    const QFont font = PageFont(page, columns, &printer);
+    const QFont font = PageFont(page);
     painter.setFont(font);
+    painter.setClipRect(page);
     painter.setPen(Qt::black);
     const qreal lineHeight = page.height() / kLinesPerPage;
     const qreal ascent = QFontMetricsF(font, &printer).ascent();
@@ -88,41 +79,12 @@ bool PrintPagesToPdf(const std::vector<Page>& pages, const QString& path) {
     return RenderPages(printer, pages);
 }
 
-PrintOutcome PrintPages(const std::vector<Page>& pages, QWidget* parent) {
+PrintOutcome PrintPages(const std::vector<Page>& pages) {
     if (!pdfTarget().isEmpty()) return PrintPagesToPdf(pages, pdfTarget()) ? PrintOutcome::Printed : PrintOutcome::Failed;
-
     QPrinter& printer = SharedPrinter();
+    if (!HasTarget(printer)) return PrintOutcome::NoPrinter;
     printer.setDocName(QStringLiteral("Vantrel - Print Moves List"));
-    QPrintPreviewDialog preview(&printer, parent);
-    preview.setWindowTitle(QStringLiteral("Vantrel - Print Moves List"));
-    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
-                     [&pages](QPrinter* target) { RenderPages(*target, pages); });
-
-    // The preview's own Print and Page setup buttons would open dialogs of
-    // their own; ours go through the program's modal seam.
-    PrintOutcome outcome = PrintOutcome::Cancelled;
-    const QString printText = QCoreApplication::translate("QPrintPreviewDialog", "Print");
-    const QString setupText = QCoreApplication::translate("QPrintPreviewDialog", "Page setup");
-    for (QAction* action : preview.findChildren<QAction*>()) {
-        if (action->text() == printText) {
-            QObject::disconnect(action, nullptr, &preview, nullptr);
-            QObject::connect(action, &QAction::triggered, &preview, [&] {
-                QPrintDialog dialog(&printer, &preview);
-                if (ui::ExecModal(dialog) != QDialog::Accepted) return;
-                outcome = RenderPages(printer, pages) ? PrintOutcome::Printed : PrintOutcome::Failed;
-                preview.accept();
-            });
-        } else if (action->text() == setupText) {
-            QObject::disconnect(action, nullptr, &preview, nullptr);
-            QObject::connect(action, &QAction::triggered, &preview, [&] {
-                QPageSetupDialog dialog(&printer, &preview);
-                if (ui::ExecModal(dialog) != QDialog::Accepted) return;
-                if (auto* widget = preview.findChild<QPrintPreviewWidget*>()) widget->updatePreview();
-            });
-        }
-    }
-    ui::ExecModal(preview);
-    return outcome;
+    return RenderPages(printer, pages) ? PrintOutcome::Printed : PrintOutcome::Failed;
 }
 
 void SetPdfTarget(const QString& path) { pdfTarget() = path; }

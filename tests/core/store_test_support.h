@@ -103,6 +103,7 @@ public:
     }
     void Message(const std::string& text, const std::string& title) override { messages.push_back({text, title}); }
     void ShowError(const std::string& description, int number) override { errors.push_back({description, number}); }
+    void Notice(const std::string& text) override { notices.push_back(text); }
     void GameRead(int32_t number, int16_t lastPly, const import::GameRecord& game) override {
         games.push_back({number, lastPly, game.GameMoves[0]});
         if (onGame) onGame(number);
@@ -112,6 +113,7 @@ public:
     bool Silent() const { return messages.empty() && errors.empty(); }
 
     std::vector<std::string> counts;
+    std::vector<std::string> notices;
     int yields = 0;
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count

@@ -102,6 +102,19 @@ TEST_F(WriteLibraryTest, FieldsAreConvertedAsTheFileWantsThem) {
     EXPECT_EQ(fs::file_size(Path()), expected);
 }
 
+TEST_F(WriteLibraryTest, ATextPastTheFormatsLimitIsCutAndSaidSo) {
+    std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5")};
+    rows[1].remarks = std::string(70000, 'c');
+    Insert(rows);
+    session.ImportRemarks = std::string(library::kMaxStringBytes, 'r');  // just fits
+    ASSERT_TRUE(Write());
+    EXPECT_EQ(host.notices,
+              std::vector<std::string>{"The comment of record 2 has 70000 bytes: cut to the 65535 that a library can hold"});
+    const auto c = ReadBack(Path());
+    EXPECT_EQ(c.records[1].remarks, std::string(library::kMaxStringBytes, 'c'));
+    EXPECT_EQ(c.header.LibRemarks.size(), library::kMaxStringBytes);
+}
+
 TEST_F(WriteLibraryTest, TheTableIsNotChangedByWriting) {
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"b\"]\n\ne4 c5\n"));
     const auto before = Rows();

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPrintDialog>
-#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
@@ -159,47 +158,54 @@ TEST_F(PrintTest, AFileInTheWayOrAFailingPrinterIsReported) {
     EXPECT_FALSE(QFileInfo::exists(Temp()));
 }
 
-TEST_F(PrintTest, WithoutATargetThePreviewAndThePrintDialogAreShown) {
+TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
     StartFrame();
     frmTreeView* form = Open(Ruy());
     ASSERT_NE(form, nullptr);
     print::SetPdfTarget(QString());
-    const QString chosen = dir.file(QStringLiteral("chosen.pdf"));
-    QStringList seen;
-    bool acceptPrint = false;
-    onModal = [&](QDialog& dialog) {
-        seen << dialog.metaObject()->className();
-        if (auto* preview = qobject_cast<QPrintPreviewDialog*>(&dialog)) {
-            // The user presses the preview's Print button.
-            for (QAction* action : preview->findChildren<QAction*>())
-                if (action->text() == QStringLiteral("Print")) action->trigger();
-            return preview->result();
-        }
-        if (auto* printDialog = qobject_cast<QPrintDialog*>(&dialog)) {
-            if (!acceptPrint) return static_cast<int>(QDialog::Rejected);
-            // "Print to File (PDF)" with a file name.
-            printDialog->printer()->setOutputFormat(QPrinter::PdfFormat);
-            printDialog->printer()->setOutputFileName(chosen);
-            return static_cast<int>(QDialog::Accepted);
-        }
+    onModal = [this](QDialog& dialog) {
+        modals.push_back({dialog.metaObject()->className(), {}});
         return static_cast<int>(QDialog::Rejected);
     };
+    QPrinter& printer = print::SharedPrinter();
+    printer.setOutputFormat(QPrinter::PdfFormat);  // no printer chosen, and none in the system
+    printer.setOutputFileName(QString());
     messages.messages.clear();
     form->PrintMoveList();
-    EXPECT_EQ(seen, (QStringList{"QPrintPreviewDialog", "QPrintDialog"}));
-    EXPECT_TRUE(messages.messages.empty()) << "a cancelled print is no failure";
-    EXPECT_FALSE(QFileInfo::exists(chosen));
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_EQ(messages.messages[0].text, "The following Error occurred:\n\nThere is no printer to print on. Choose a "
+                                         "printer, or a PDF file, in File > Print Setup.\nNumber: 482");
     EXPECT_FALSE(QFileInfo::exists(Temp()));
 
-    seen.clear();
-    acceptPrint = true;
+    const QString chosen = dir.file(QStringLiteral("chosen.pdf"));  // "Print to File (PDF)" in Print Setup
+    printer.setOutputFileName(chosen);
+    messages.messages.clear();
     form->PrintMoveList();
-    EXPECT_EQ(seen, (QStringList{"QPrintPreviewDialog", "QPrintDialog"}));
     EXPECT_TRUE(messages.messages.empty());
+    EXPECT_TRUE(modals.empty()) << "no preview, no print dialog";
     EXPECT_GT(QFileInfo(chosen).size(), 0);
     EXPECT_FALSE(QFileInfo::exists(Temp()));
-    print::SharedPrinter().setOutputFileName(QString());
-    print::SharedPrinter().setOutputFormat(QPrinter::NativeFormat);
+    printer.setOutputFileName(QString());
+    printer.setOutputFormat(QPrinter::NativeFormat);
+}
+
+TEST_F(PrintTest, EveryPrintHasOneTypeSizeHoweverLongItsLines) {
+    // The height of the page head's first word, from the PDF's word boxes.
+    const auto headHeight = [](const QString& path) {
+        QProcess p;
+        p.start(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), path, QStringLiteral("-")});
+        p.waitForFinished(30000);
+        const QRegularExpression word(QStringLiteral("yMin=\"([\\d.]+)\" xMax=\"[\\d.]+\" yMax=\"([\\d.]+)\">Vantrel<"));
+        const QRegularExpressionMatch m = word.match(QString::fromUtf8(p.readAllStandardOutput()));
+        return m.hasMatch() ? m.captured(2).toDouble() - m.captured(1).toDouble() : -1.0;
+    };
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty()) GTEST_SKIP() << "no pdftotext";
+    const std::vector<print::Page> shortLines = print::Paginate({"  1. e4"});
+    const std::vector<print::Page> longLine = print::Paginate({"  1. e4           : " + std::string(150, 'x')});
+    const QString a = dir.file(QStringLiteral("a.pdf")), b = dir.file(QStringLiteral("b.pdf"));
+    ASSERT_TRUE(print::PrintPagesToPdf(shortLines, a) && print::PrintPagesToPdf(longLine, b));
+    EXPECT_GT(headHeight(a), 0);
+    EXPECT_EQ(headHeight(a), headHeight(b));
 }
 
 TEST_F(PrintTest, PrintSetupShowsTheDialogOnTheSharedPrinter) {

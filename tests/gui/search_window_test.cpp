@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QTest>
 
 #include "board/board_view.h"
 #include "search_fixture.h"
@@ -62,6 +63,9 @@ TEST_F(SearchWindowTest, ControlsAndCaptions) {
         EXPECT_EQ(buttons[i]->text(), captions[static_cast<qsizetype>(i)]);
         EXPECT_FALSE(buttons[i]->isDefault() || buttons[i]->autoDefault()) << "Enter presses none of them";
     }
+    f.show();
+    QTest::keyClick(&f, Qt::Key_Escape);
+    EXPECT_TRUE(f.isVisible()) << "none is the cancel button: Esc does nothing";
 }
 
 TEST_F(SearchWindowTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPosition) {

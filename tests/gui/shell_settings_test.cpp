@@ -1,4 +1,5 @@
 // The settings store and the memory of the frame's position.
+#include <QFile>
 #include <QMdiSubWindow>
 #include <QSettings>
 #include <initializer_list>
@@ -51,6 +52,23 @@ TEST_F(SettingsTest, TheStoreReadsTextAndNumbersWithTheirDefaults) {
     EXPECT_EQ(GetSettingNumber("Forms", "Huge"), 0) << "only a 32-bit value is a number";
 }
 
+TEST_F(SettingsTest, EachValueKeepsItsKindBetweenRuns) {
+    SaveSettingNumber("Forms", "Number", 12);
+    SaveSettingText("Forms", "Digits", "34");
+    {  // another run reads the file as the last one left it
+        QSettings store = SettingsStore();
+        store.sync();
+        QFile file(store.fileName());
+        ASSERT_TRUE(file.open(QIODevice::Append));
+        file.write("\n");
+    }
+    SettingsStore().sync();
+    EXPECT_EQ(GetSettingNumber("Forms", "Number"), 12);
+    EXPECT_EQ(GetSettingText("Forms", "Number"), "");
+    EXPECT_EQ(GetSettingText("Forms", "Digits"), "34");
+    EXPECT_EQ(GetSettingNumber("Forms", "Digits"), 0);
+}
+
 TEST_F(SettingsTest, AFirstRunIsUncheckedAndSavesNothing) {
     SaveSettingText("Forms", "SmartForms", "t");  // only "T" means remember
     SaveSettingNumber("Forms", "MDIVantrelLeft", 1200);
@@ -88,6 +106,19 @@ TEST_F(SettingsTest, ACheckedItemSavesThePositionAndTheNextStartRestoresIt) {
     EXPECT_EQ(frame->size(), size);
 }
 
+TEST_F(SettingsTest, AFrameOnALargeScreenStaysWithinSixteenBits) {
+    const QRect start = DefaultFrameGeometry(QRect(0, 0, 3840, 2160), QSize(1000, 750));
+    EXPECT_EQ(start.width(), TwipsToPixels(32767));
+    EXPECT_NEAR(start.left(), (3840 - start.width()) / 2, 1);
+    StartFrame();
+    frame->mWRememberPositions->trigger();
+    frame->setGeometry(10, 10, 3500, 700);
+    CloseFrame();
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), 32767);
+    StartFrame();
+    EXPECT_EQ(frame->width(), TwipsToPixels(32767));
+}
+
 TEST_F(SettingsTest, UncheckingSavesNothingSoTheOldPositionStays) {
     Remembered({{"MDIVantrelWinState", 0}, {"MDIVantrelLeft", 1200}, {"MDIVantrelTop", 600},
                 {"MDIVantrelWidth", 9600}, {"MDIVantrelHeight", 7200}});
@@ -110,6 +141,9 @@ TEST_F(SettingsTest, AFrameClosedMinimizedComesBackMinimizedWithThePlanUndone) {
     EXPECT_FALSE(forms::OuterWindow(&forms::Comments())->isVisible()) << "the placing at the start did nothing";
     EXPECT_FALSE(frame->mWShowComments->isVisible());
     EXPECT_EQ(forms::Board().Board(), std::string(chess::kInitialLayout)) << "Reset still ran";
+    frame->showNormal();
+    EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible()) << "a restore places the board";
+    EXPECT_FALSE(forms::OuterWindow(&forms::Comments())->isVisible());
 }
 
 TEST_F(SettingsTest, AFrameClosedMaximizedComesBackMaximizedAndSavesItsState) {

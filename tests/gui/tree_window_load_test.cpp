@@ -65,20 +65,23 @@ TEST_F(LoadTest, ALoadedLibraryShowsItsFirstNodeEverywhere) {
         .Game(6, 0, "c4", "English")
         .Game(7, 5, "d5", "english")
         .Game(8, 5, "Nf6", "Alpha")
-        .Add(9, 8, "Bg5: ", "", true);  // one character after the colon: an empty name
+        .Add(9, 8, "Bg5: ", "", true)  // one character after the colon: an empty name
+        .Game(10, 0, "Nf3", "R\xe9ti")
+        .Game(11, 10, "d5", "Ruy");
     frmTreeView* form = Open(lib);
     ASSERT_NE(form, nullptr);
     EXPECT_TRUE(messages.messages.empty());
 
     EXPECT_EQ(form->SubWindow()->windowTitle(), "Open Games");
     EXPECT_FALSE(form->IsLoading);
-    EXPECT_EQ(form->Contents().tree.Count(), 9);
+    EXPECT_EQ(form->Contents().tree.Count(), 11);
 
-    // The list sorts by name without regard to case; equal names keep the
-    // order in which they came; each entry carries its node number.
-    EXPECT_EQ(ListEntries(*form),
-              (QStringList{"", "Alpha", "English", "english", "King's pawn", "Sicilian", "zebra"}));
-    EXPECT_EQ(ListNodes(*form), (QList<int>{9, 8, 6, 7, 1, 3, 5}));
+    // The list sorts by name by the locale's letters, without regard to case;
+    // equal names keep the order in which they came; each entry carries its
+    // node number.
+    EXPECT_EQ(ListEntries(*form), (QStringList{"", "Alpha", "English", "english", "King's pawn", "R\u00e9ti", "Ruy",
+                                               "Sicilian", "zebra"}));
+    EXPECT_EQ(ListNodes(*form), (QList<int>{9, 8, 6, 7, 1, 10, 11, 3, 5}));
     EXPECT_EQ(form->cboListGames->currentIndex(), -1) << "nothing is chosen after a load";
 
     EXPECT_EQ(ImageKey(*form, 1), "board");
@@ -94,9 +97,9 @@ TEST_F(LoadTest, ALoadedLibraryShowsItsFirstNodeEverywhere) {
     EXPECT_EQ(forms::Board().Board(), Layout('P'));
     EXPECT_EQ(forms::Moves().Lines(), QStringList{"  1. e4"});
     EXPECT_EQ(forms::Comments().Text(), "  The most popular first move.  ");
-    EXPECT_EQ(form->tvTreeView->model()->rowCount(), 3) << "three top-level nodes";
+    EXPECT_EQ(form->tvTreeView->model()->rowCount(), 4) << "four top-level nodes";
     EXPECT_EQ(form->tvTreeView->currentIndex().data().toString(), "e4: King's pawn");
-    for (int n = 1; n <= 9; ++n) EXPECT_FALSE(form->Contents().tree.Node(n).Expanded) << n;
+    for (int n = 1; n <= 11; ++n) EXPECT_FALSE(form->Contents().tree.Node(n).Expanded) << n;
     EXPECT_FALSE(form->tvTreeView->isExpanded(form->tvTreeView->currentIndex()));
 
     EXPECT_FALSE(forms::StatusLoaded()) << "the bar goes when the tree is built";

@@ -136,6 +136,36 @@ TEST_F(NavigationTest, AMouseClickAndTheArrowKeysCountAsNodeClicksTheRightButton
     EXPECT_EQ(form->GetSelectedIndex(), 4);
     EXPECT_EQ(form->CurrentNode, 4);
     frame->m_tree->hide();
+
+    // A press released on another node gives no click, and leaves nothing
+    // that swallows the next click on the node it selected.
+    const QRect two = tree->visualRect(IndexOf(form, 2));
+    QTest::mousePress(tree->viewport(), Qt::LeftButton, Qt::NoModifier, two.center());
+    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, rect.center());
+    EXPECT_EQ(form->CurrentNode, 2);
+    forms::Board().SetBoard(kStart);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, two.center());
+    EXPECT_EQ(forms::Board().Board(), Layout(2));
+}
+
+TEST_F(NavigationTest, ANodeDeeperThanTheViewIsWideComesIntoViewSideways) {
+    StartFrame();
+    frmTreeView* form = Open(Chain(80));
+    ASSERT_NE(form, nullptr);
+    QTreeView* tree = form->tvTreeView;
+    const auto inView = [&](int node) {
+        QCoreApplication::processEvents();
+        const int left = tree->visualRect(IndexOf(form, node)).left();
+        return left >= 0 && left + 20 < tree->viewport()->width();
+    };
+    for (const int node : {80, 40, 79, 3}) {
+        Click(form, node);
+        EXPECT_TRUE(inView(node)) << node;
+    }
+    Click(form, 80);
+    QTest::keyClick(tree, Qt::Key_Up);
+    EXPECT_EQ(form->CurrentNode, 79);
+    EXPECT_TRUE(inView(79)) << "an arrow key too";
 }
 
 TEST_F(NavigationTest, TheFocusBringsEachLibrarysOwnNodeBack) {
