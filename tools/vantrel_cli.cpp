@@ -61,7 +61,8 @@ constexpr const char* kImportHelp =
     "  --keep-question-marks  keep the \"?\" of unknown tag values in names\n"
     "  --out-dir DIR        where the library is written (default: beside the program)\n"
     "  --db PATH            the working database (default: Tessimo.mdb beside the program)\n"
-    "  --overwrite          replace a library of that name without asking\n"
+    "  --overwrite          replace a library of that name (without it such a\n"
+    "                       library is kept and the import fails)\n"
     "  --repair             answer a refused move by the rules of chess: marks the\n"
     "                       resolver can't take are dropped (Rb8+! -> Rb8), and an\n"
     "                       ambiguous move of which only one candidate doesn't leave\n"
@@ -69,13 +70,17 @@ constexpr const char* kImportHelp =
     "                       square (Ne2 -> Nge2); the edited move is stored\n"
     "  --plies N            only the first N plies (1 to 250) of each game go into\n"
     "                       the tree; the rest is read and dropped, so no game is too\n"
-    "                       long. Afterwards tells whether the library fits a window\n"
-    "                       (32,767 nodes) and, if not, the largest N that would\n"
+    "                       long. Afterwards a line tells whether the library fits\n"
+    "                       a window (at most 32767 nodes) and, if not, the largest\n"
+    "                       N that would fit\n"
     "\n"
     "A move that can't be resolved (or, with --repair, mended) is reported on stderr\n"
     "with the game, the ply, the move and the reason, and the rest of that game is\n"
     "skipped. On success stdout gets the library's path and a count of records,\n"
-    "games and unresolved moves.\n";
+    "games and unresolved (and, with --repair, repaired) moves.\n"
+    "\n"
+    "Exit status: 0 when the library was written, 1 when the import failed or\n"
+    "was interrupted, 2 on a usage error.\n";
 
 constexpr const char* kInfoHelp =
     "usage: vantrel-cli info LIB [--nodes]\n"
@@ -87,7 +92,11 @@ constexpr const char* kInfoHelp =
     "            window, tab-separated: node number, parent's node number (0 at the\n"
     "            top), picture (board or pawn), text, 64-character layout, comment.\n"
     "            In text and comment a line break is written \\n, a lone CR \\r, a tab\n"
-    "            \\t and a backslash \\\\; a node without a comment has an empty field.\n";
+    "            \\t and a backslash \\\\; a node without a comment has an empty field.\n"
+    "\n"
+    "Exit status: 0 on success; 1 for a file that isn't a library and, with\n"
+    "--nodes, for a library the window can't show (with the window's message);\n"
+    "2 on a usage error.\n";
 
 constexpr const char* kExportHelp =
     "usage: vantrel-cli export LIB [-o FILE.pgn]\n"
@@ -98,9 +107,16 @@ constexpr const char* kExportHelp =
     "name is its [Event] tag, the other tags are unknown, castling is O-O and\n"
     "O-O-O, and the comments of the nodes the game added stand in braces. The\n"
     "library's remarks come first as \"%\" lines. Importing the export with\n"
-    "--tags Event builds the same nodes in the same order.\n"
+    "--tags Event (and --keep-question-marks if the names hold a \"?\") builds the\n"
+    "same nodes in the same order. Comments come back with the tag lines of the new\n"
+    "import; a comment's line breaks become blanks and a \"}\" in it becomes \")\",\n"
+    "and the result \"*\" at the end of each game is read back as the comment of\n"
+    "its last move.\n"
     "\n"
-    "  -o FILE   write to FILE instead of stdout\n";
+    "  -o FILE   write to FILE instead of stdout\n"
+    "\n"
+    "Exit status: 0 on success; 1 for a library the window can't show or a file\n"
+    "that can't be written; 2 on a usage error.\n";
 
 constexpr const char* kFindHelp =
     "usage: vantrel-cli find LIB (--fen FEN | --layout LAYOUT)\n"
@@ -112,7 +128,11 @@ constexpr const char* kFindHelp =
     "\n"
     "  --fen FEN        a position in FEN (the placement field is enough)\n"
     "  --layout LAYOUT  a position as 64 characters a1..h8: PNBRQK for White,\n"
-    "                   pnbrqk for Black, 0 for an empty square\n";
+    "                   pnbrqk for Black, 0 for an empty square\n"
+    "\n"
+    "Exit status: 0 when a node was found; 1 with \"No match found\", or for a\n"
+    "library the window can't show; 2 on a usage error, a FEN that isn't one\n"
+    "among them.\n";
 
 constexpr const char* kPrintHelp =
     "usage: vantrel-cli print LIB --node N [-o FILE.txt]\n"
@@ -122,7 +142,11 @@ constexpr const char* kPrintHelp =
     "each page with its head and rule, pages separated by form feeds.\n"
     "\n"
     "  --node N  the node, by its number in load order (see info --nodes)\n"
-    "  -o FILE   write to FILE instead of stdout\n";
+    "  -o FILE   write to FILE instead of stdout\n"
+    "\n"
+    "Exit status: 0 on success; 1 for a library the window can't show, a node it\n"
+    "hasn't, a line too long to print or a file that can't be written; 2 on a\n"
+    "usage error.\n";
 
 int Usage() {
     std::fprintf(stderr,
