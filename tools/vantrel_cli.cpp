@@ -18,11 +18,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
-#include <unordered_map>
-#include <filesystem>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "chess/legal.h"
