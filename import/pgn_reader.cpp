@@ -99,6 +99,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     game.Clear();
     MoveWalker walk(game);
     walk.UsePgnRules();
+    walk.SetPlyLimit(state.PlyLimit);
     TrimBlanksInPlace(state.ImportLine);
     LineSource& in = *state.ImportFile;
     std::string line;

@@ -60,6 +60,7 @@ struct ImportState {
     bool ImportFirstGame = true;
     std::string ImportLine;
     std::string ImportRemarks;
+    int16_t PlyLimit = 0;  // plies kept of each game; 0 keeps them all (see MoveWalker::SetPlyLimit)
 };
 
 // The tags chosen to make a game's name: chkTag(0..6) are Event, Site, Date,

@@ -11,6 +11,7 @@ int16_t ReadSanGame(ImportState& state, GameRecord& game, const std::string& com
     game.Clear();
     MoveWalker walk(game);
     walk.UseSanRules(TrimBlanks(commentStart), TrimBlanks(commentEnd));
+    walk.SetPlyLimit(state.PlyLimit);
     TrimBlanksInPlace(state.ImportLine);
     LineSource& in = *state.ImportFile;
     std::string line;

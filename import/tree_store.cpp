@@ -87,6 +87,7 @@ public:
         state.ImportFile = &file;
         state.ImportFirstGame = true;
         state.ImportRemarks.clear();
+        state.PlyLimit = options_.plyLimit;
 
         bool result = false;
         int32_t gameNumber = 0;

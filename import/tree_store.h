@@ -27,6 +27,9 @@ struct ImportOptions {
     bool ignoreQuestion = true;       // chkIgnoreQuestion
     // The working database; empty means programDir + "/Tessimo.mdb".
     std::string databasePath;
+    // Plies kept of each game (1..250); 0 keeps all, and a game of more
+    // than 250 plies then fails the import.
+    int16_t plyLimit = 0;
 };
 
 enum FixMoveAction : int16_t { kFixCancel = 3, kFixAccept = 4, kFixSkip = 5 };

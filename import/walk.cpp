@@ -130,9 +130,18 @@ void MoveWalker::WalkLine(std::string_view text) {
 void MoveWalker::EndToken() {
     if (!token_.empty()) {  // a token never holds a blank
         if (chess::ParseToken(token_, move_, note_)) {
-            if (ply_ >= kMaxPly) throw ImportError("Subscript out of range", 9);
-            ++ply_;
-            game_.GameMoves[ply_] = move_;
+            if (plyLimit_ > 0 && ply_ >= plyLimit_) {
+                cut_ = true;  // past the plies kept: this move and all that follows go
+            } else {
+                if (ply_ >= kMaxPly) throw ImportError("Subscript out of range", 9);
+                ++ply_;
+                game_.GameMoves[ply_] = move_;
+            }
+        }
+        if (cut_) {
+            token_.clear();
+            pending_.clear();
+            return;
         }
         pending_ += note_;
         token_.clear();
@@ -145,13 +154,14 @@ void MoveWalker::EndToken() {
 }
 
 void MoveWalker::Attach(std::string_view text) {
+    if (cut_) return;
     std::string& slot = game_.GameComments[ply_];
     if (!slot.empty()) slot += "\r\n";
     slot += text;
 }
 
 int16_t MoveWalker::EndGame() {
-    if (ply_ >= 0 && !IsBlank(pending_)) game_.GameComments[ply_] = pending_;
+    if (ply_ >= 0 && !cut_ && !IsBlank(pending_)) game_.GameComments[ply_] = pending_;
     pending_.clear();
     token_.clear();
     inComment_ = inVariation_ = false;

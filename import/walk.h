@@ -45,6 +45,12 @@ public:
     // until the move text begins.
     std::string& Pending() { return pending_; }
 
+    // Keeps only the first `limit` plies (1..250) of the game: later moves,
+    // with their marks and comments, are read and dropped, so a longer game
+    // raises no error. 0, the default, keeps every ply up to the 250 a game
+    // record holds.
+    void SetPlyLimit(int16_t limit) { plyLimit_ = limit; }
+
     // Walks one line of move text (without its line end).
     void WalkLine(std::string_view line);
 
@@ -63,6 +69,8 @@ private:
     std::string close_ = "}";
 
     int16_t ply_ = -1;
+    int16_t plyLimit_ = 0;
+    bool cut_ = false;  // the game has gone past plyLimit_
     std::string line_;
     std::string token_;
     std::string pending_;

@@ -211,6 +211,18 @@ std::vector<Page> Paginate(const std::vector<std::string>& fileLines) {
     return pages;
 }
 
+std::string PagesText(const std::vector<Page>& pages) {
+    std::string text;
+    for (const Page& page : pages) {
+        if (&page != &pages.front()) text += '\f';
+        for (const std::string& line : page) {
+            text += line;
+            text += '\n';
+        }
+    }
+    return text;
+}
+
 std::vector<Page> MoveListPages(const library::TreeModel& tree, const std::vector<std::string>& nodeComments,
                                 int currentNode) {
     const PrintPath path = CollectPrintPath(tree, currentNode);

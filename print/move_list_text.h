@@ -80,6 +80,10 @@ using Page = std::vector<std::string>;
 // when no text follows.
 std::vector<Page> Paginate(const std::vector<std::string>& fileLines);
 
+// The pages as one text: every line followed by "\n", and a form feed
+// between one page and the next.
+std::string PagesText(const std::vector<Page>& pages);
+
 // The whole road from the node last clicked to the pages.
 std::vector<Page> MoveListPages(const library::TreeModel& tree, const std::vector<std::string>& nodeComments,
                                 int currentNode);
