@@ -2,6 +2,7 @@
 
 #include <QFont>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -194,7 +195,20 @@ void BoardView::paintEvent(QPaintEvent*) {
         painter.restore();
     }
 
-    for (int k = 0; k < 64; ++k) vantrel::board::DrawPiece(painter, SquareRect(k), Picture(k));
+    // Squares stand on whole pixels, so each piece is drawn once for a size
+    // and then copied.
+    // The pixel ratio of what is painted on: a picture of the board may have its own.
+    const QPaintDevice* target = painter.paintEngine() ? painter.paintEngine()->paintDevice() : nullptr;
+    const qreal dpr = target ? target->devicePixelRatioF() : devicePixelRatioF();
+    for (int k = 0; k < 64; ++k) {
+        const char piece = Picture(k);
+        if (!vantrel::board::IsPieceChar(piece)) continue;
+        const QRectF square = SquareRect(k);
+        const int side = static_cast<int>(square.width());
+        QPixmap& cached = pieceCache_[{piece, side, dpr}];
+        if (cached.isNull()) cached = vantrel::board::PiecePixmap(piece, side, dpr);
+        painter.drawPixmap(square.topLeft(), cached);
+    }
 
     // The captions, centred under the columns and beside the rows.
     QFont font = this->font();

@@ -32,12 +32,15 @@
 #pragma once
 
 #include <QColor>
+#include <QPixmap>
 #include <QPoint>
 #include <QRectF>
 #include <QString>
 #include <QWidget>
 #include <array>
+#include <map>
 #include <string>
+#include <tuple>
 
 class BoardView : public QWidget {
     Q_OBJECT
@@ -124,4 +127,6 @@ private:
     std::array<char, 64> pictures_{};
     std::array<QString, 16> captions_;
     int highlighted_ = -1;
+    // Each piece as drawn at a square's size and the screen's pixel ratio.
+    std::map<std::tuple<char, int, qreal>, QPixmap> pieceCache_;
 };

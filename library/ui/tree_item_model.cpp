@@ -94,18 +94,23 @@ int TreeItemModel::PublishedChildren(int node) const {
 
 void TreeItemModel::Publish() {
     const int count = tree_.Count();
-    if (count <= published_) return;
-    // One reset for the whole batch: row by row, a view would lay its rows
-    // out again for each node at the top level.
-    beginResetModel();
     rows_.resize(static_cast<size_t>(count) + 1, 0);
-    for (int n = published_ + 1; n <= count; ++n) {
-        const int parentNode = tree_.Node(n).parent;
-        // Its row is the number of its siblings published before it.
-        rows_[n] = PublishedChildren(parentNode);
-        published_ = n;
+    // The new nodes are appended: each run of them under one parent is one
+    // insertion of rows at the end of that parent's rows. The view keeps
+    // its open nodes, its selection and its scroll position.
+    while (published_ < count) {
+        const int first = published_ + 1;
+        const int parentNode = tree_.Node(first).parent;
+        // Its row is the number of its siblings published before it; the
+        // nodes after it that share its parent take the rows after it.
+        const int firstRow = PublishedChildren(parentNode);
+        int last = first;
+        while (last < count && tree_.Node(last + 1).parent == parentNode) ++last;
+        beginInsertRows(IndexOf(parentNode), firstRow, firstRow + (last - first));
+        for (int n = first; n <= last; ++n) rows_[n] = firstRow + (n - first);
+        published_ = last;
+        endInsertRows();
     }
-    endResetModel();
 }
 
 void TreeItemModel::Forget() {

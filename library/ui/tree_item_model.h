@@ -20,7 +20,8 @@ public:
 
     explicit TreeItemModel(const TreeModel& tree, QObject* parent = nullptr);
 
-    // Shows the nodes the tree has gained since the last call.
+    // Shows the nodes the tree has gained since the last call, as rows
+    // inserted under their parents.
     void Publish();
     int Published() const { return published_; }
     // Shows nothing any more; the tree may then be emptied.

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -89,19 +90,31 @@ public:
         forms::Board().DisplayBoard();
     }
 
+    ~TreeWindowLoad() override {
+        if (forms::StatusLoaded()) forms::Status().Progbar->setUpdatesEnabled(true);
+    }
+
     void OnProgress(double percent) override {
+        // The bar and the tree take what has been read at every step, and
+        // are painted as often as a screen can show it; the events run at
+        // every step.
+        constexpr qint64 kFrameMs = 16;
+        const bool frame = !shown_.isValid() || shown_.elapsed() >= kFrameMs;
+        if (frame) shown_.start();
         // Another load may have ended meanwhile and unloaded the shared
         // window; a bar that is not up is not brought back.
         if (forms::StatusLoaded()) {
-            const int value = static_cast<int>(std::clamp(percent, 0.0, 100.0));
-            forms::Status().Progbar->setValue(value);
+            QProgressBar* bar = forms::Status().Progbar;
+            if (bar->updatesEnabled() != frame) bar->setUpdatesEnabled(frame);
+            bar->setValue(static_cast<int>(std::clamp(percent, 0.0, 100.0)));
         }
-        form_.PublishLoaded();
+        if (frame) form_.PublishLoaded();
         DoEvents();
     }
 
 private:
     frmTreeView& form_;
+    QElapsedTimer shown_;
 };
 
 frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
@@ -219,22 +232,9 @@ void frmTreeView::OpenLibrary(const QString& path) {
 
 void frmTreeView::PublishLoaded() {
     if (model_->Published() < contents_.tree.Count()) {
-        // The view starts afresh with the grown tree: the open nodes, the
-        // selection and the scroll position come back from what was there.
-        const int scroll = tvTreeView->verticalScrollBar()->value();
         model_->Publish();
-        syncingSelection_ = true;
-        {
-            QSignalBlocker block(tvTreeView);
-            const int count = model_->Published();
-            for (int n = 1; n <= count; ++n)
-                if (contents_.tree.Node(n).Expanded) tvTreeView->setExpanded(model_->IndexOf(n), true);
-        }
-        if (contents_.tree.Selected() != 0)
-            tvTreeView->selectionModel()->setCurrentIndex(model_->IndexOf(contents_.tree.Selected()),
-                                                          QItemSelectionModel::ClearAndSelect);
-        syncingSelection_ = false;
-        tvTreeView->verticalScrollBar()->setValue(scroll);
+        // The column is measured once for the whole batch.
+        QMetaObject::invokeMethod(this, &frmTreeView::FitColumn, Qt::QueuedConnection);
     }
     const bool wasEmpty = games_->rowCount() == 0;
     const int chosen = cboListGames->currentIndex();
