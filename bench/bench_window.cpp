@@ -11,6 +11,7 @@
 #include <sys/resource.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>
@@ -120,7 +121,8 @@ void BM_WizardImport(benchmark::State& state) {
         frmImportWizard wizard;
         wizard.show();
         wizard.cmdNext->click();  // PGN
-        wizard.cmdNext->click();  // the default tags
+        for (int tag : {0, 4, 5}) wizard.chkTag[static_cast<size_t>(tag)]->setChecked(true);  // as bench_import
+        wizard.cmdNext->click();
         wizard.txtInFile->setText(games);
         wizard.txtBookName->setText(QStringLiteral("Bench"));
         wizard.cmdNext->click();  // the summary

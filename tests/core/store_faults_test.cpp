@@ -11,6 +11,14 @@
 namespace vantrel::storetest {
 namespace {
 
+std::string ManyGames(int games) {
+    gen::Rng rng(7);
+    std::string text;
+    for (int g = 1; g <= games; ++g)
+        gen::AppendPgn(text, "Game " + std::to_string(g), "W", "B", gen::PlayGame(rng, 60), rng, false);
+    return text;
+}
+
 class StoreFaultTest : public StoreTest {
 protected:
     bool Import(const std::string& text) {
@@ -45,15 +53,8 @@ private:
     bool mounted_ = false;
 };
 
-std::string ManyGames(int games) {
-    gen::Rng rng(7);
-    std::string text;
-    for (int g = 1; g <= games; ++g)
-        gen::AppendPgn(text, "Game " + std::to_string(g), "W", "B", gen::PlayGame(rng, 60), rng, false);
-    return text;
-}
-
 TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
+    const auto fresh = fs::file_size(DbPath());
     ASSERT_TRUE(Import("[Event \"first\"]\n\ne4 e5\n"));
     const std::string before = ReadFile(import::LibraryPath(options));
 
@@ -74,9 +75,13 @@ TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
     sqlite3_close(reader);
     EXPECT_EQ(ReadFile(import::LibraryPath(options)), before);
 
-    // The database is usable again at once.
+    // The database is usable again at once, and holds no more room than
+    // the last import needs.
+    ASSERT_TRUE(Import(ManyGames(40)));
+    ASSERT_GT(fs::file_size(DbPath()), fresh);
     ASSERT_TRUE(Import("[Event \"third\"]\n\nc4\n"));
     EXPECT_EQ(Briefs(Rows()), (Briefed{"1<0 c4 (c4: third) *"}));
+    EXPECT_EQ(fs::file_size(DbPath()), fresh);
 }
 
 TEST_F(StoreFaultTest, AFullDiskIsToldAsDiskFullAndTheOlderLibraryStays) {
