@@ -1,6 +1,7 @@
 // Loading a library into its window: what the window holds afterwards, and
 // the ways a load fails.
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QMdiArea>
@@ -215,6 +216,7 @@ INSTANTIATE_TEST_SUITE_P(
     Failures, LoadFailureTest,
     ::testing::Values(
         FailureCase{"MissingFile", [](const QString&) {}, false},
+        FailureCase{"Folder", [](const QString& p) { QDir().mkpath(p); }, false},
         FailureCase{"EmptyFile", [](const QString& p) { WriteBytes(p, std::string()); }, true},
         // Past the first bar update, so that a half-built tree was on show.
         FailureCase{"ParentMissingAfterTheFirstUpdate",
