@@ -402,6 +402,8 @@ int Import(const std::vector<std::string>& args) {
         }
     }
     if (options.inFile.empty() || !haveName) return Usage();
+    // A library needs a name: blanks alone would make a hidden ".vnb".
+    if (options.bookName.find_first_not_of(' ') == std::string::npos) return UsageError("--name needs a name");
     if (options.pgn && options.commentStart == "//" && options.commentEnd == "//") {
         options.commentStart = "{";
         options.commentEnd = "}";
