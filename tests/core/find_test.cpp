@@ -14,100 +14,66 @@ const std::string kTarget = "RNBQKBNRPPPP0PPP000000000000P0000000000000000000ppp
 const std::string kOther = "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
 
 // A flat tree of n nodes; the nodes in `matches` hold the target position.
-TreeModel MakeTree(int n, std::set<int> matches) {
+TreeModel MakeTree(int n, const std::set<int>& matches) {
     TreeModel tree;
-    for (int i = 1; i <= n; ++i) {
+    for (int i = 1; i <= n; ++i)
         tree.Add(0, i, "m" + std::to_string(i), NodeImage::Pawn, matches.count(i) ? kTarget : kOther);
-    }
     return tree;
 }
 
-TEST(FindInRange, ReturnsTheFirstMatchInsideTheRangeOnly) {
+TEST(FindInRange, FirstMatchInsideTheRangeComparingTheWholeString) {
     TreeModel tree = MakeTree(10, {3, 6, 8});
     // {from, to, result}; an empty range reads nothing.
-    const int cases[][3] = {{1, 10, 3}, {4, 10, 6}, {7, 8, 8}, {4, 5, 0}, {9, 10, 0},
-                            {3, 3, 3},  {4, 3, 0},  {11, 10, 0}, {9, 1, 0}};
+    const int cases[][3] = {{1, 10, 3}, {4, 10, 6}, {7, 8, 8}, {4, 5, 0}, {9, 10, 0}, {3, 3, 3},
+                            {4, 3, 0},  {11, 10, 0}};
     for (const auto& c : cases) EXPECT_EQ(FindInRange(tree, kTarget, c[0], c[1]), c[2]) << c[0] << ".." << c[1];
     EXPECT_EQ(FindInRange(TreeModel(), kTarget, 1, 0), 0);
-}
 
-TEST(FindInRange, ComparesTheWholeStringCaseSensitively) {
-    TreeModel tree;
+    TreeModel padded;
     std::string lowerKing = kTarget;
     lowerKing[4] = 'k';
-    tree.Add(0, 1, "a", NodeImage::Pawn, lowerKing);
-    tree.Add(0, 2, "b", NodeImage::Pawn, kTarget + " ");    // padded tag
-    tree.Add(0, 3, "c", NodeImage::Pawn, kTarget.substr(0, 63));
-    tree.Add(0, 4, "d", NodeImage::Pawn, kTarget);
-    EXPECT_EQ(FindInRange(tree, kTarget, 1, 4), 4);
-    EXPECT_EQ(FindInRange(tree, lowerKing, 1, 4), 1);
-    // An all-empty search board matches only an all-empty node.
-    EXPECT_EQ(FindInRange(tree, std::string(64, '0'), 1, 4), 0);
+    padded.Add(0, 1, "a", NodeImage::Pawn, lowerKing);
+    padded.Add(0, 2, "b", NodeImage::Pawn, kTarget + " ");
+    padded.Add(0, 3, "c", NodeImage::Pawn, kTarget.substr(0, 63));
+    padded.Add(0, 4, "d", NodeImage::Pawn, kTarget);
+    EXPECT_EQ(FindInRange(padded, kTarget, 1, 4), 4);
+    EXPECT_EQ(FindInRange(padded, lowerKing, 1, 4), 1);
+    EXPECT_EQ(FindInRange(padded, std::string(64, '0'), 1, 4), 0);
 }
 
-// A walk on a tree of n nodes with matches at the given nodes.
+// A walk on a tree of n nodes with matches at the given nodes: the selection
+// C (Find Next only), where the search began S, and the node found.
 struct Walk {
     int n;
     std::set<int> matches;
-    int current;  // the selection (Find Next only)
-    int start;    // iSearchStart
-    int result;
+    int current, start, result;
 };
 
 TEST(FindFromStart, BeginsBehindTheSelectionWrapsAndTriesItLast) {
     const Walk walks[] = {
-        {10, {3, 8}, 0, 5, 8},    {10, {3, 8}, 0, 8, 3},  // 9..10 then 1..8
-        {10, {3, 8}, 0, 2, 3},    {10, {3, 8}, 0, 9, 3},
-        {10, {4, 10}, 0, 10, 4},  {10, {10}, 0, 10, 10},  // the last node selected: 1..N
-        {10, {6}, 0, 6, 6},       {10, {6}, 0, 1, 6},     // the selected node as only match
-        {10, {}, 0, 6, 0},        {1, {1}, 0, 1, 1},      // one node: compared through 1..1
-        {1, {}, 0, 1, 0},
+        {10, {3, 8}, 0, 5, 8}, {10, {3, 8}, 0, 8, 3}, {10, {3, 8}, 0, 2, 3}, {10, {3, 8}, 0, 9, 3},
+        {10, {4, 10}, 0, 10, 4}, {10, {10}, 0, 10, 10},  // the last node selected: 1..N
+        {10, {6}, 0, 6, 6}, {10, {6}, 0, 1, 6}, {10, {}, 0, 6, 0}, {1, {1}, 0, 1, 1}, {1, {}, 0, 1, 0},
     };
-    for (const Walk& w : walks) {
-        EXPECT_EQ(FindFromStart(MakeTree(w.n, w.matches), kTarget, w.start), w.result)
-            << "N " << w.n << ", start " << w.start;
-    }
+    for (const Walk& w : walks)
+        EXPECT_EQ(FindFromStart(MakeTree(w.n, w.matches), kTarget, w.start), w.result) << w.n << " S " << w.start;
 }
 
 TEST(FindNextFrom, TheFirstRangeByTheSelectionAndTheWrapOnlyAtTheEnd) {
     const Walk walks[] = {
-        // C = 1: 2..S.
-        {10, {1, 4, 7}, 1, 5, 4},
-        {10, {1, 4, 7}, 1, 3, 0},  // 2..3: no wrap, 7 is not reached
-        {10, {1, 4, 7}, 1, 1, 0},  // 2..1 is empty
-        {10, {1}, 1, 10, 1},       // 2..N ends at N, so the pass wraps to 1..N
-        {1, {1}, 1, 1, 1},         // one node: 2..1, then 1..1
-        {1, {}, 1, 1, 0},
+        // C = 1: 2..S, wrapping to 1..N only when 2..S ends at N.
+        {10, {1, 4, 7}, 1, 5, 4}, {10, {1, 4, 7}, 1, 3, 0}, {10, {1, 4, 7}, 1, 1, 0}, {10, {1}, 1, 10, 1},
+        {1, {1}, 1, 1, 1}, {1, {}, 1, 1, 0},
         // C = N: 1..S.
-        {10, {2, 7}, 10, 5, 2},
-        {10, {2, 7}, 10, 1, 0},  // 1..1 only
-        {10, {10}, 10, 10, 10},
-        {10, {10}, 10, 5, 0},
+        {10, {2, 7}, 10, 5, 2}, {10, {2, 7}, 10, 1, 0}, {10, {10}, 10, 10, 10}, {10, {10}, 10, 5, 0},
         // 1 < C < S: C + 1..S, no wrap; the selection itself is not compared.
-        {10, {1, 8}, 2, 5, 0},
-        {10, {1, 4, 8}, 2, 5, 4},
-        {10, {3}, 3, 5, 0},
-        // S <= C < N: C + 1..N, then 1..S.
-        {10, {2, 9}, 5, 5, 9},
-        {10, {2, 9}, 9, 5, 2},
-        {10, {2, 9}, 7, 5, 9},
-        {10, {6}, 7, 5, 0},
-        {10, {5}, 5, 5, 5},  // a match on S > 1 keeps the pass going
+        {10, {1, 8}, 2, 5, 0}, {10, {1, 4, 8}, 2, 5, 4}, {10, {3}, 3, 5, 0},
+        // S <= C < N: C + 1..N, then 1..S; a match on S > 1 keeps the pass going.
+        {10, {2, 9}, 5, 5, 9}, {10, {2, 9}, 9, 5, 2}, {10, {2, 9}, 7, 5, 9}, {10, {6}, 7, 5, 0}, {10, {5}, 5, 5, 5},
     };
-    for (const Walk& w : walks) {
+    for (const Walk& w : walks)
         EXPECT_EQ(FindNextFrom(MakeTree(w.n, w.matches), kTarget, w.current, w.start), w.result)
-            << "N " << w.n << ", C " << w.current << ", S " << w.start;
-    }
-}
-
-TEST(FindNextFrom, TheWorkedPassOfTenNodes) {
-    // N = 10, search begun at 5, matches at 3 and 8.
-    TreeModel tree = MakeTree(10, {3, 8});
-    const int first = FindFromStart(tree, kTarget, 5);
-    ASSERT_EQ(first, 8);
-    const int second = FindNextFrom(tree, kTarget, first, 5);  // 9..10, then 1..5
-    ASSERT_EQ(second, 3);
-    EXPECT_EQ(FindNextFrom(tree, kTarget, second, 5), 0);  // 4..5, no wrap
+            << w.n << " C " << w.current << " S " << w.start;
 }
 
 }  // namespace
