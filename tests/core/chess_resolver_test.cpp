@@ -1,5 +1,6 @@
-// The move resolver on ImportBoard: token forms, the source search, en
-// passant timing, castling, promotion, and the two helpers behind it.
+// ImportBoard and the move resolver on it: the layout, token forms, the
+// source search, en passant timing, castling, promotion, and the two helpers
+// behind it.
 //
 // Positions are pieces on squares, "Ng1 ne5 Pd4", upper case for White; a
 // leading "start" keeps the initial position, and "-f1" empties a square.
@@ -7,6 +8,7 @@
 
 #include <cctype>
 #include <initializer_list>
+#include <utility>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -65,6 +67,10 @@ void Check(const Case& c) {
 void CheckAll(std::initializer_list<Case> cases) {
     for (const Case& c : cases) Check(c);
 }
+void CheckTokens(const char* before, int ply, int result, const char* after,
+                 std::initializer_list<const char*> tokens) {
+    for (const char* token : tokens) Check({before, token, ply, result, after});
+}
 
 // Plays a line such as "7.e4 dxe3": a number in front sets the ply, else the
 // ply goes on by one. Returns the results, joined by blanks.
@@ -94,14 +100,13 @@ TEST(Resolver, SideFollowsThePlyAlone) {
 }
 
 TEST(Resolver, PieceFormsReadTheirHints) {
-    // Knights on g1 and e5 both reach f3; the one on b1 doesn't.
+    // Knights on g1 and e5 both reach f3; the one on b1 doesn't. A hint of 0 is no hint.
     const char *two = "Ng1 Ne5 Nb1 ka8", *g1 = "Nf3 Ne5 Nb1 ka8", *e5 = "Ng1 Nf3 Nb1 ka8";
+    CheckTokens(two, 1, 1, nullptr, {"Nf3", "Nxf3", "NXf3", "N`f3", "N0f3"});
+    CheckTokens(two, 1, 0, g1, {"N1f3", "Ngf3", "N1xf3", "Ngxf3", "Ng1f3"});
+    CheckTokens(two, 1, 0, e5, {"N5f3", "Nef3", "N5xf3", "NeXf3", "Ne5f3"});
+    CheckTokens(two, 1, 2, nullptr, {"N2f3", "Nbf3", "Nhf3"});
     CheckAll({
-        {two, "Nf3", 1, 1}, {two, "Nxf3", 1, 1}, {two, "NXf3", 1, 1}, {two, "N1f3", 1, 0, g1},
-        {two, "N5f3", 1, 0, e5}, {two, "Ngf3", 1, 0, g1}, {two, "Nef3", 1, 0, e5}, {two, "N1xf3", 1, 0, g1},
-        {two, "N5xf3", 1, 0, e5}, {two, "Ngxf3", 1, 0, g1}, {two, "NeXf3", 1, 0, e5}, {two, "Ng1f3", 1, 0, g1},
-        {two, "Ne5f3", 1, 0, e5}, {two, "N2f3", 1, 2}, {two, "Nbf3", 1, 2}, {two, "Nhf3", 1, 2},
-        {two, "N`f3", 1, 1}, {two, "N0f3", 1, 1},  // a hint of 0 is no hint
         // Five characters: the third is never looked at, so Ng1f3 names both g-knights.
         {"Ng1 Ng5", "Ng1f3", 1, 1}, {"Ng1 Ng5", "Ng7f3", 1, 1}, {"Ng1", "Ng7f3", 1, 0, "Nf3"},
         {"Ng1", "N1?f3", 1, 0, "Nf3"},
@@ -110,16 +115,12 @@ TEST(Resolver, PieceFormsReadTheirHints) {
         {"Ke1 Nd2 Ng1 bb4 ke8", "Nf3", 1, 1}, {"Ke1 Nd2 Ng1 bb4 ke8", "Ngf3", 1, 0, "Ke1 Nd2 Nf3 bb4 ke8"},
         {"Ke1 Nd2 Ng1 bb4 ke8", "Ndf3", 1, 0, "Ke1 Nf3 Ng1 bb4 ke8"},
     });
-}
-
-TEST(Resolver, MalformedTokens) {
     // 3 for a token that fits no form; 2 where the square read is off the board.
-    for (const char* token : {"Ng1xf3", "Nf3+", "NF3", "Nf9", "Nf", "N", "Nif3", "N9f3", "Nxxf3", "Qxf7#", "Nj3",
-                              "N\xE9" "3", "N\xE9" "f3", "", "nf3", "kf3", "Pe4", "Ie4", "1. e4", " e4", "ie4"})
-        Check({"start", token, 1, 3});
-    CheckAll({{"start", "Nf0", 1, 2}, {"start", "N`3", 1, 2},
-              {"start", "bf3", 1, 2},  // a lower-case b is the b-pawn, which can't reach f3
-              {"start", "b3", 1, 0, "start -b2 Pb3"}});
+    CheckTokens("start", 1, 3, nullptr, {"Ng1xf3", "Nf3+", "NF3", "Nf9", "Nf", "N", "Nif3", "N9f3", "Nxxf3", "Qxf7#",
+                                         "Nj3", "N\xE9" "3", "N\xE9" "f3", "", "nf3", "kf3", "Pe4", "Ie4", "1. e4",
+                                         " e4", "ie4"});
+    CheckTokens("start", 1, 2, nullptr, {"Nf0", "N`3", "bf3"});  // a lower-case b is the b-pawn
+    Check({"start", "b3", 1, 0, "start -b2 Pb3"});
 }
 
 TEST(Resolver, HowPiecesReachTheirTarget) {
@@ -142,22 +143,18 @@ TEST(Resolver, HowPiecesReachTheirTarget) {
 }
 
 TEST(Resolver, EveryPawnFormResolves) {
-    const char *wTake = "Pe4 nd5", *wPromote = "Pe7 rd8", *bTake = "pd5 Ne4", *bPromote = "pd2 Re1";
+    // The second character of a five-character capture is not looked at; "0" or a letter where a
+    // hint rank stands gives no hint.
+    CheckTokens("Pe2", 1, 0, "Pe4", {"e4", "e2e4", "e0e4"});
+    CheckTokens("Pe4 nd5", 1, 0, "Pd5", {"ed", "ed5", "exd", "eXd", "e4d5", "exd5", "eXd5", "e4xd5", "e4Xd5", "eyxd5"});
+    CheckTokens("Pe7 rd8", 1, 0, "Qd8", {"exd8Q", "exd8=Q", "e?d8=Q"});
+    CheckTokens("Pe7", 1, 0, "Qe8", {"e8Q", "e8=Q"});
+    CheckTokens("pd7", 2, 0, "pd5", {"d5", "d7d5"});
+    CheckTokens("pd5 Ne4", 2, 0, "pe4", {"de", "de4", "dxe", "dxe4", "d5xe4"});
     CheckAll({
-        {"Pe2", "e4", 1, 0, "Pe4"}, {"Pe2", "e3", 1, 0, "Pe3"}, {wTake, "ed", 1, 0, "Pd5"},
-        {wTake, "ed5", 1, 0, "Pd5"}, {wTake, "exd", 1, 0, "Pd5"}, {wTake, "eXd", 1, 0, "Pd5"},
-        {"Pe7", "e8Q", 1, 0, "Qe8"}, {"Pe7", "e8N", 1, 0, "Ne8"}, {"Pe2", "e2e4", 1, 0, "Pe4"},
-        {wTake, "e4d5", 1, 0, "Pd5"}, {wTake, "exd5", 1, 0, "Pd5"}, {wTake, "eXd5", 1, 0, "Pd5"},
-        {"Pe7", "e8=Q", 1, 0, "Qe8"}, {"Pe7", "e8=R", 1, 0, "Re8"}, {wTake, "e4xd5", 1, 0, "Pd5"},
-        {wTake, "e4Xd5", 1, 0, "Pd5"}, {wPromote, "exd8Q", 1, 0, "Qd8"}, {wPromote, "exd8B", 1, 0, "Bd8"},
-        {wPromote, "exd8=Q", 1, 0, "Qd8"},
-        {wPromote, "e?d8=Q", 1, 0, "Qd8"},  // the second character is not looked at
-        {"pd7", "d5", 2, 0, "pd5"}, {bTake, "de", 2, 0, "pe4"}, {bTake, "de4", 2, 0, "pe4"},
-        {bTake, "dxe", 2, 0, "pe4"}, {"pd2", "d1R", 2, 0, "rd1"}, {"pd7", "d7d5", 2, 0, "pd5"},
-        {bTake, "dxe4", 2, 0, "pe4"}, {"pd2", "d1=N", 2, 0, "nd1"}, {bTake, "d5xe4", 2, 0, "pe4"},
-        {bPromote, "dxe1B", 2, 0, "be1"}, {bPromote, "dxe1=Q", 2, 0, "qe1"},
-        // "0" or a letter where a hint rank stands gives no hint.
-        {"Pe2", "e0e4", 1, 0, "Pe4"}, {"Pe4 pd5", "eyxd5", 1, 0, "Pd5"},
+        {"Pe2", "e3", 1, 0, "Pe3"}, {"Pe7", "e8N", 1, 0, "Ne8"}, {"Pe7", "e8=R", 1, 0, "Re8"},
+        {"Pe7 rd8", "exd8B", 1, 0, "Bd8"}, {"pd2", "d1R", 2, 0, "rd1"}, {"pd2", "d1=N", 2, 0, "nd1"},
+        {"pd2 Re1", "dxe1B", 2, 0, "be1"}, {"pd2 Re1", "dxe1=Q", 2, 0, "qe1"},
         // Without a promotion piece a pawn stays a pawn on the last rank, and is then
         // passed over when a deduced rank would be off the board.
         {"Pe7", "e8", 1, 0, "Pe8"}, {"Pe8 Pe4 nd5", "ed", 3, 0, "Pe8 Pd5"},
@@ -165,13 +162,12 @@ TEST(Resolver, EveryPawnFormResolves) {
 }
 
 TEST(Resolver, PawnTokensThatFitNoFormOrLeaveTheBoard) {
-    for (const char* token : {"e", "e8q", "e7Q", "e8K", "e8P", "e8=", "e8=q", "e8=K", "e8-Q", "e8Q+", "exd+",
-                              "ed5+", "e4-d5", "e4d5+", "exd8q", "exd7Q", "exd8=", "e8=QQ", "exd8-Q", "exd8=q",
-                              "exd8=K", "exd8=Q+", "e2-e4", "e1=Q", "e1Q", "e+", "ej4", "e9", "ed9", "exd5e",
-                              "e9e4"})
-        Check({"Pe7 Pe4 nd5 rd8", token, 1, 3});
-    for (const char* token : {"d8=Q", "d8Q", "dxe8Q", "dxe8=Q", "d1=q", "dxe1=K", "d5-e4", "ed8"})
-        Check({"pd2 pd5 Ne4 Re1 pe7", token, 2, 3});
+    CheckTokens("Pe7 Pe4 nd5 rd8", 1, 3, nullptr,
+                {"e", "e8q", "e7Q", "e8K", "e8P", "e8=", "e8=q", "e8=K", "e8-Q", "e8Q+", "exd+", "ed5+", "e4-d5",
+                 "e4d5+", "exd8q", "exd7Q", "exd8=", "e8=QQ", "exd8-Q", "exd8=q", "exd8=K", "exd8=Q+", "e2-e4",
+                 "e1=Q", "e1Q", "e+", "ej4", "e9", "ed9", "exd5e", "e9e4"});
+    CheckTokens("pd2 pd5 Ne4 Re1 pe7", 2, 3, nullptr,
+                {"d8=Q", "d8Q", "dxe8Q", "dxe8=Q", "d1=q", "dxe1=K", "d5-e4", "ed8"});
     // Rank 0 and file 0 are on no square; the square behind rank 0 is off the subscripts,
     // but for Black it is rank 1.
     CheckAll({{"Pe2 pe7", "e0", 1, 2}, {"Pe2 pe7", "ed0", 1, 3}, {"Pe2 pe7", "ed0", 2, 2}, {"Pe2 pe7", "e`", 1, 2}});
@@ -387,6 +383,52 @@ TEST(MarkReach, MarksWhatThePieceCanReach) {
         board.EnPassant = record;
         EXPECT_EQ(Reach(board, "p", "d4", false), marked);
     }
+}
+
+TEST(ChessBoard, ResetWritesTheInitialPositionAndKeepsTheEnPassantRecord) {
+    ImportBoard board;
+    EXPECT_FALSE(board.EnPassant.Active);  // nothing on record at the start
+    EXPECT_EQ(kInitialLayout, std::string("RNBQKBNR") + std::string(8, 'P') + std::string(32, '0') +
+                                  std::string(8, 'p') + "rnbqkbnr");
+    EXPECT_EQ(board.BoardToLayout(), kInitialLayout);
+    SetUpBoard(board, "");
+    board.EnPassant = {true, true, 'b', 3, 5, 6};
+    board.ResetImportBoard();
+    std::string backRanks;
+    for (int file = 1; file <= 8; ++file) backRanks += board.Code(1, file) + board.Code(2, file) + board.Code(8, file);
+    EXPECT_EQ(backRanks, "wrwpbrwnwpbnwbwpbbwqwpbqwkwpbkwbwpbbwnwpbnwrwpbr");
+    EXPECT_TRUE(board.EnPassant.Active && board.EnPassant.Aged);
+    EXPECT_EQ(board.EnPassant.PassedRank, 6);
+}
+
+TEST(ChessBoard, EveryCodeHasItsCharacterAtItsPlaceInTheLayout) {
+    const std::pair<const char*, char> table[] = {
+        {"wp", 'P'}, {"wn", 'N'}, {"wb", 'B'}, {"wr", 'R'}, {"wq", 'Q'}, {"wk", 'K'}, {"bp", 'p'},
+        {"bn", 'n'}, {"bb", 'b'}, {"br", 'r'}, {"bq", 'q'}, {"bk", 'k'}, {"no", '0'},
+    };
+    ImportBoard board;
+    for (int s = 0; s < 64; ++s) {
+        const auto& [code, ch] = table[s % 13];
+        EXPECT_EQ(CodeToLayoutChar(code), ch) << code;
+        SetUpBoard(board, "");
+        board.SetCode(s / 8 + 1, s % 8 + 1, code);  // rank-major from a1
+        std::string expected(64, '0');
+        expected[static_cast<size_t>(s)] = ch;
+        EXPECT_EQ(board.BoardToLayout(), expected) << code << " on square " << s;
+    }
+}
+
+TEST(ChessBoard, SquaresOffTheBoardReadEmptyAndIgnoreWrites) {
+    ImportBoard board;
+    const int off[][2] = {{0, 1}, {1, 0}, {9, 1}, {1, 9}, {-1, 4}, {4, -1}, {0, 0}};
+    for (const auto& sq : off) {
+        EXPECT_EQ(board.Code(sq[0], sq[1]), "no");
+        EXPECT_TRUE(board.IsEmpty(sq[0], sq[1]));
+        board.SetCode(sq[0], sq[1], "wq");
+    }
+    EXPECT_EQ(board.BoardToLayout(), kInitialLayout);
+    board.SetCode(3, 3, "wqq");  // not a code: ignored
+    EXPECT_EQ(board.Code(3, 3), "no");
 }
 
 }  // namespace

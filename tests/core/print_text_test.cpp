@@ -45,13 +45,11 @@ TEST(PrintPictures, NumbersAreRightAlignedAndMovesLeftAligned) {
 }
 
 TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
+    // Nodes 1 to 4, then d4 as a sibling of Nf3 and c4 on top with no name.
     Chain c;
-    c.Add("e4: Upper");   // 1
-    c.Add("e5");          // 2
-    c.Add("Nf3: Lower");  // 3
-    c.Add("Nc6");         // 4
-    c.Add("d4", "", 2);   // 5, a sibling of 3
-    c.Add("c4", "", 0);   // 6, on top with no name
+    for (const char* text : {"e4: Upper", "e5", "Nf3: Lower", "Nc6"}) c.Add(text);
+    c.Add("d4", "", 2);
+    c.Add("c4", "", 0);
     PrintPath p = CollectPrintPath(c.tree, 4);
     EXPECT_EQ(p.nodes, (std::vector<int>{4, 3, 2, 1}));
     EXPECT_EQ(p.HighestSlot(), 3);
@@ -83,14 +81,8 @@ TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {
 }
 
 TEST(PrintRows, RowsNamesAndCommentsOfALine) {
-    struct Node {
-        std::string text, comment;
-    };
-    struct Case {
-        const char* what;
-        std::vector<Node> line;  // a chain; the last node is the one clicked
-        Lines file;
-    };
+    struct Node { std::string text, comment; };
+    struct Case { const char* what; std::vector<Node> line; Lines file; };  // the last node of the line is clicked
     const Case cases[] = {
         {"the worked example",
          {{"e4: a", ""}, {"e5", ""}, {"Nf3", "Develops the knight."}, {"Nc6", ""}, {"Bb5", ""}},
@@ -99,14 +91,11 @@ TEST(PrintRows, RowsNamesAndCommentsOfALine) {
         {"a node at depth 1", {{"d4", ""}}, {"  1. d4   "}},
         {"white and black share a row", {{"e4", ""}, {"c5", ""}}, {"  1. e4    - c5   "}},
         {"the last white move is printed", {{"e4", ""}, {"c5", ""}, {"Nf3", ""}}, {"  1. e4    - c5   ", "  2. Nf3  "}},
-        {"a comment on white breaks the row",
-         {{"e4", "Best by test"}, {"e5", ""}},
+        {"a comment on white breaks the row", {{"e4", "Best by test"}, {"e5", ""}},
          {"  1. e4   ", "", "Best by test", "", "  1. .....   e5   "}},
-        {"name and comment on white write the row once",
-         {{"e4: King's pawn", "Best by test"}, {"e5", ""}},
+        {"name and comment on white write the row once", {{"e4: King's pawn", "Best by test"}, {"e5", ""}},
          {" King's pawn", "", "  1. e4              : King's pawn", "", "Best by test", "", "  1. .....   e5   "}},
-        {"a comment on black does not break the next row",
-         {{"e4", ""}, {"e5", "Symmetry"}, {"Nf3", ""}, {"Nc6", ""}},
+        {"a comment on black does not break the next row", {{"e4", ""}, {"e5", "Symmetry"}, {"Nf3", ""}, {"Nc6", ""}},
          {"  1. e4    - e5   ", "", "Symmetry", "", "  2. Nf3   - Nc6  "}},
         {"a name on black follows the row", {{"e4", ""}, {"c5: Sicilian", ""}},
          {" Sicilian", "", "  1. e4    - c5      : Sicilian"}},
@@ -166,12 +155,11 @@ TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
     // Lines of text, the pages they fill, the lines on the last page.
     const std::tuple<int, size_t, size_t> cases[] = {{61, 1, 65}, {62, 2, 4}, {63, 2, 5}, {124, 3, 4}};
     for (const auto& [count, pageCount, lastSize] : cases) {
-        SCOPED_TRACE(count);
         Lines text;
         for (int i = 1; i <= count; ++i) text.push_back("l" + std::to_string(i));
         const std::vector<Page> pages = Paginate(text);
-        ASSERT_EQ(pages.size(), pageCount);
-        EXPECT_EQ(pages.back().size(), lastSize);
+        ASSERT_EQ(pages.size(), pageCount) << count;
+        EXPECT_EQ(pages.back().size(), lastSize) << count;
         for (size_t p = 0; p < pages.size(); ++p) {
             ASSERT_GE(pages[p].size(), 4u);
             EXPECT_EQ(Lines(pages[p].begin(), pages[p].begin() + 4), PageHead(static_cast<int>(p) + 1));
@@ -186,16 +174,6 @@ TEST(PrintFile, LinesGoOutWithCrLfAndComeBackTheSame) {
     EXPECT_EQ(ReadFileLines(MovesFileText(lines)), lines);
     EXPECT_EQ(ReadFileLines("a\nb\rc"), (Lines{"a", "b", "c"}));
     EXPECT_EQ(ReadFileLines(""), Lines{});
-}
-
-TEST(PrintPages, TheWholeRoadFromTheClickedNode) {
-    Chain c;
-    c.Add("e4: a");
-    c.Add("e5");
-    const std::vector<Page> pages = MoveListPages(c.tree, c.comments, 2);
-    ASSERT_EQ(pages.size(), 1u);
-    EXPECT_EQ(pages[0], (Lines{"Vantrel - Print Moves List           Page 1", std::string(56, '='), "", "", " a", "",
-                               "  1. e4              : a", "  1. .....   e5   "}));
 }
 
 }  // namespace
