@@ -84,35 +84,17 @@ TEST(LibraryFormat, ReaderRoundTripsAndDropsAPartialTail) {
         EXPECT_EQ(records, cut >= 206 ? 2 : cut >= 117 ? 1 : 0) << cut;
     }
     LibraryReader r;
-    r.OpenBytes(bytes);
+    r.OpenBytes(bytes.substr(0, 34) + '\x02' + bytes.substr(35));  // any new_branch but 0 is true
     LibraryHeader h;
     LibraryNodeRecord n1, n2;
     ASSERT_TRUE(r.ReadHeader(h) && r.ReadRecord(n1) && r.ReadRecord(n2));
     EXPECT_EQ(h.book + "|" + h.LibRemarks + "|" + std::to_string(h.RecCount), "Demo|Hi|2");
     EXPECT_TRUE(n1.new_branch);
+    EXPECT_FALSE(n2.new_branch);
     EXPECT_EQ(n1.description, "e4: Test game");
     EXPECT_EQ(n2.remarks, "Open game");
     EXPECT_EQ(n2.parent, 1);
     EXPECT_EQ(n2.BoardLayout, std::string(64, 'B'));
-}
-
-TEST(LibraryFormat, LayoutIsBlankFilledOrCutTo64AndAnyNonZeroBoolIsTrue) {
-    std::string out;
-    EncodeRecord({7, 0, false, "x", "", "RNB"}, out);
-    EXPECT_EQ(out.substr(out.size() - 64), "RNB" + std::string(61, ' '));
-    out.clear();
-    EncodeRecord({7, 0, false, "x", "", std::string(70, 'Q')}, out);
-    EXPECT_EQ(out.size(), 78u + 1u);
-    out[8] = 0x02;  // new_branch = 2
-    out[9] = 0x00;
-    std::string file;
-    EncodeHeader({1, 5, "B", 1, 0, 0, ""}, file);
-    LibraryReader r;
-    r.OpenBytes(file + out);
-    LibraryHeader h;
-    LibraryNodeRecord rec;
-    ASSERT_TRUE(r.ReadHeader(h) && r.ReadRecord(rec));
-    EXPECT_TRUE(rec.new_branch);
 }
 
 TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
