@@ -1,6 +1,7 @@
 // What a single token of game text means: move, mark, numeric code or result.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 
 #include "chess/annotation.h"
@@ -78,11 +79,15 @@ TEST(NagText, EveryCodeHasItsTextAndTheSidesAlternate) {
     }
     NagText("$01", note);
     EXPECT_EQ(note, "good Move");
+    // Every code has a text, each pinned by a checksum over all of them.
+    uint64_t checksum = 14695981039346656037u;  // FNV-1a
     for (int n = 1; n <= 139; ++n) {
         NagText("$" + std::to_string(n), note);
         EXPECT_FALSE(note.empty()) << n;
+        for (unsigned char c : note + "\n") checksum = (checksum ^ c) * 1099511628211u;
         EXPECT_TRUE(n < 14 || note.rfind(n % 2 == 0 ? "White " : "Black ", 0) == 0) << n << ": " << note;
     }
+    EXPECT_EQ(checksum, 8304935261104875216u);
     for (const char* token : {"$0", "$140", "$-1", "$", "", "$ 1"}) {
         note = "stale";
         NagText(token, note);

@@ -85,15 +85,17 @@ TEST_F(WriteLibraryTest, FieldsAreConvertedAsTheFileWantsThem) {
 
 TEST_F(WriteLibraryTest, ATextPastTheFormatsLimitIsCutAndSaidSo) {
     std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5")};
+    rows[0].remarks = std::string(library::kMaxStringBytes, 'a');  // just fits
     rows[1].remarks = std::string(70000, 'c');
     Insert(rows);
-    session.ImportRemarks = std::string(library::kMaxStringBytes, 'r');  // just fits
+    session.ImportRemarks = std::string(library::kMaxStringBytes + 1, 'r');
     ASSERT_TRUE(Write());
-    EXPECT_EQ(host.notices,
-              Strings{"The comment of record 2 has 70000 bytes: cut to the 65535 that a library can hold"});
+    EXPECT_EQ(host.notices, (Strings{"The library's remarks has 65536 bytes: cut to the 65535 that a library can hold",
+                                     "The comment of record 2 has 70000 bytes: cut to the 65535 that a library can hold"}));
     const auto c = ReadBack(Path());
+    EXPECT_EQ(c.records[0].remarks, rows[0].remarks);
     EXPECT_EQ(c.records[1].remarks, std::string(library::kMaxStringBytes, 'c'));
-    EXPECT_EQ(c.header.LibRemarks.size(), library::kMaxStringBytes);
+    EXPECT_EQ(c.header.LibRemarks, std::string(library::kMaxStringBytes, 'r'));
 }
 
 TEST_F(WriteLibraryTest, TheTableIsNotChangedByWritingAndAnEmptyOneWritesNoFile) {
