@@ -234,15 +234,12 @@ TEST(Resolver, EnPassantRecordOfADoubleStep) {
 TEST(Resolver, EnPassantTiming) {
     struct Line { const char *before, *moves, *results, *after; };
     const Line lines[] = {
-        {"Pe2 pd4", "7.e4 dxe3", "0 0", "pe3"},
-        {"Pe2 pd4 ph7 Pa2", "e4 h6 a3 dxe3", "0 0 0 2", "Pe4 ph6 Pa3 pd4"},
+        {"Pe2 pd4", "7.e4 dxe3", "0 0", "pe3"}, {"Pe2 pd4 ph7 Pa2", "e4 h6 a3 dxe3", "0 0 0 2", "Pe4 ph6 Pa3 pd4"},
         // A failed try at the next ply uses up the one call that can capture.
-        {"Pe2 pd4", "1.e4 2.Nf6 2.dxe3", "0 2 2", "Pe4 pd4"},
-        {"Pe2 pd4", "1.e4 2.?? 2.dxe3", "0 3 2", "Pe4 pd4"},
+        {"Pe2 pd4", "1.e4 2.Nf6 2.dxe3", "0 2 2", "Pe4 pd4"}, {"Pe2 pd4", "1.e4 2.?? 2.dxe3", "0 3 2", "Pe4 pd4"},
         // Only onto the passed square, only by the other side's pawn; the double-stepped pawn blocks the file.
         {"Pe2 pd4 pf4 pe5", "e4 dxc3", "0 2", "Pe4 pd4 pf4 pe5"},
-        {"Pe2 pd4 pf4 pe5", "e4 e3", "0 2", "Pe4 pd4 pf4 pe5"},
-        {"Pe2 pd4 pf4 pe5", "e4 fxe3", "0 0", "pd4 pe3 pe5"},
+        {"Pe2 pd4 pf4 pe5", "e4 e3", "0 2", "Pe4 pd4 pf4 pe5"}, {"Pe2 pd4 pf4 pe5", "e4 fxe3", "0 0", "pd4 pe3 pe5"},
         {"Pe2 Pf2 pd4", "1.e4 3.fxe3", "0 2", "Pe4 Pf2 pd4"},
         {"Pe2 ng4", "e4 Ne3", "0 0", "Pe4 ne3"},  // a piece on the passed square takes no pawn
         {"Pe5 pd7", "2.d5 exd6", "0 0", "Pd6"}, {"Pe5 pd7", "2.d5 ed6", "0 0", "Pd6"},
@@ -355,11 +352,9 @@ TEST(MarkReach, MarksWhatThePieceCanReach) {
         {"", "N", "a1", true, "c2 b3"}, {"", "N", "h8", true, "g6 f7"}, {"", "K", "a1", true, "b1 a2 b2"},
         {"", "K", "h8", false, "g7 h7 g8"}, {"", "p", "h7", true, "h8"}, {"", "p", "a8", true, ""},
         // Rays end after the first piece, which is marked if it is the enemy's.
-        {"Rd4 pd6 Nf4 kd2", "R", "d4", true, "d2 d3 a4 b4 c4 e4 d5 d6"},
-        {"bc1 pe3 Pa3", "B", "c1", false, "b2 d2 a3"},
+        {"Rd4 pd6 Nf4 kd2", "R", "d4", true, "d2 d3 a4 b4 c4 e4 d5 d6"}, {"bc1 pe3 Pa3", "B", "c1", false, "b2 d2 a3"},
         {"Qd1 Pd3 pf3 pa4 Ke1", "Q", "d1", true, "a1 b1 c1 c2 d2 e2 b3 f3 a4"},
-        {"Nd4 Pe6 pc6 qd5", "N", "d4", true, "c2 e2 b3 f3 b5 f5 c6"},
-        {"ke1 qd1 Pf2", "K", "e1", false, "f1 d2 e2 f2"},
+        {"Nd4 Pe6 pc6 qd5", "N", "d4", true, "c2 e2 b3 f3 b5 f5 c6"}, {"ke1 qd1 Pf2", "K", "e1", false, "f1 d2 e2 f2"},
         {"Nd4 Pe6", "N", "d4", false, "c2 e2 b3 f3 b5 f5 c6 e6"},  // the colour is the mover's
         // Pawns step forward onto empty squares, two from home, and capture diagonally forward, enemies only.
         {"", "p", "e2", true, "e3 e4"}, {"", "p", "e3", true, "e4"}, {"", "p", "e7", false, "e5 e6"},

@@ -145,8 +145,7 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
         LoadResult expected;
         int nodes;
     } cases[] = {
-        {"empty file", "", LoadResult::NotValid, 0},
-        {"one byte", std::string("\x01", 1), LoadResult::NotValid, 0},
+        {"empty file", "", LoadResult::NotValid, 0}, {"one byte", std::string("\x01", 1), LoadResult::NotValid, 0},
         {"version 2", Lib().Set(2, 1).Add(1, 0, "e4").Bytes(), LoadResult::NotValid, 0},
         {"header only", Lib().Bytes(), LoadResult::Problem, 0},
         {"record ahead of its parent", Lib().Add(2, 1, "e5").Add(1, 0, "e4").Bytes(), LoadResult::Problem, 0},

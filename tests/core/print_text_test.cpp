@@ -119,8 +119,7 @@ TEST(PrintWrap, BreaksAtTheLastBlankWithinSeventyCharactersOrHardAfterSeventy) {
     std::string stretch;
     for (int i = 0; i < 150; ++i) stretch += static_cast<char>('a' + i % 26);
     const std::pair<std::string, Lines> cases[] = {
-        {"short", {"short"}},
-        {"", {}},
+        {"short", {"short"}}, {"", {}},
         {a35 + " " + b35, {a35 + " " + b35}},  // the last line may have 71 characters
         {a36 + " " + b35, {a36, b35}},         // 72 do not fit
         // A blank at position 70 is the farthest one looked at: 69 characters.

@@ -125,14 +125,11 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         bool ignoreQuestion = true;
     };
     const Case cases[] = {
-        {"1111111", all, "E S 2001.02.03 1 W B 1-0"},
-        {"0000110", all, "W B"},
-        {"0000001", all, "1-0"},
+        {"1111111", all, "E S 2001.02.03 1 W B 1-0"}, {"0000110", all, "W B"}, {"0000001", all, "1-0"},
         // Tags given in another order in the file still come in the same order.
         {"1000100", "[White \"W\"]\n[Event \"E\"]", "E W"},
         // Missing or empty tags leave no gap; lacking them all gives no name.
-        {"1000110", "[Event \"\"]\n[White \"W\"]\n[Black \"\"]", "W"},
-        {"1000110", "[Black \"B\"]", "B"},
+        {"1000110", "[Event \"\"]\n[White \"W\"]\n[Black \"\"]", "W"}, {"1000110", "[Black \"B\"]", "B"},
         {"0000100", "[Event \"E\"]", ""},
         // Tags match by the front of the line in any case: a WhiteElo line
         // behind White spoils it, EventDate counts as Event.
@@ -140,12 +137,9 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         {"0000100", "[White \"Tal\"]\n[WhiteElo \"2700\"]", "o \"2700"},
         {"1000000", "[Event \"Wch\"]\n[EventDate \"1960.03.15\"]", "te \"1960.03.15"},
         // Question marks go with their dots; blanks are squeezed.
-        {"1011000", unknown, "E 1999"},
-        {"1011000", "[Event \"E\"]\n[Date \"????.??.??\"]\n[Round \"3\"]", "E 3"},
-        {"1011000", "[Event \"a.?.b\"]", "ab"},
-        {"1011000", "[Event \"?x x.?y x?.y x?y\"]", "x xy xy xy"},
-        {"1011000", "[Event \"  wide   open  \"]", "wide open"},
-        {"1011000", unknown, "E 1999.??.?? ?", false},
+        {"1011000", unknown, "E 1999"}, {"1011000", "[Event \"E\"]\n[Date \"????.??.??\"]\n[Round \"3\"]", "E 3"},
+        {"1011000", "[Event \"a.?.b\"]", "ab"}, {"1011000", "[Event \"?x x.?y x?.y x?y\"]", "x xy xy xy"},
+        {"1011000", "[Event \"  wide   open  \"]", "wide open"}, {"1011000", unknown, "E 1999.??.?? ?", false},
         // A line that is no known tag changes no value.
         {"1000000", "   [Event \"E\"]   \n  [Annotator \"Me\"]", "E"},
     };

@@ -57,32 +57,26 @@ TEST(Walk, TokensMarksCommentsVariationsAndLineComments) {
         // Move numbers drop out, with or without a blank behind them.
         {{"1. e4 e5 2. Nf3"}, {"e4", "e5", "Nf3"}, {}}, {{"1. e4 1... e5 2.Nf3"}, {"e4", "e5", "Nf3"}, {}},
         // A comment belongs to the ply before it; two are joined by CR LF.
-        {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}},
-        {{"{Opening words} e4"}, {"e4"}, {{0, "Opening words"}}},
+        {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}}, {{"{Opening words} e4"}, {"e4"}, {{0, "Opening words"}}},
         {{"e4 {a} {b}"}, {"e4"}, {{1, "a\r\nb"}}},
         // A note replaces what the ply's comment held; a comment is added behind it.
-        {{"e4! {a}"}, {"e4"}, {{1, "A good move\r\na"}}},
-        {{"e4 {a} $1"}, {"e4"}, {{1, "good Move"}}},
+        {{"e4! {a}"}, {"e4"}, {{1, "A good move\r\na"}}}, {{"e4 {a} $1"}, {"e4"}, {{1, "good Move"}}},
         {{"e4 e5 ?"}, {"e4", "e5"}, {{2, "A weak move!"}}},
         {{"e4 1-0 e5"}, {"e4", "e5"}, {{1, "White wins"}}},  // a result doesn't end the game
         // A comment that closes inside an open token goes to the ply before it.
-        {{"d4 e4{a} e5"}, {"d4", "e4", "e5"}, {{1, "a"}}},
-        {{"e4{a}e5"}, {"e4e5"}, {{0, "a"}}},
-        {{"e4 {ab", "cd} e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}},
-        {{"e4{ab", "cd}e5"}, {"e4e5"}, {{0, "ab \r\n cd"}}},
+        {{"d4 e4{a} e5"}, {"d4", "e4", "e5"}, {{1, "a"}}}, {{"e4{a}e5"}, {"e4e5"}, {{0, "a"}}},
+        {{"e4 {ab", "cd} e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}}, {{"e4{ab", "cd}e5"}, {"e4e5"}, {{0, "ab \r\n cd"}}},
         // The opening line adds only its closing blank and CR LF, which isn't
         // blank, so the next line gets a blank in front.
         {{"e4 {", "x}"}, {"e4"}, {{1, " \r\n x"}}},
         // Nothing nests inside a comment.
         {{"e4 {a (b; {c} e5"}, {"e4", "e5"}, {{1, "a (b; {c"}}},
         // Closers outside a comment are token characters; only a blank separates tokens.
-        {{"e4 ) } e5"}, {"e4", "e5"}, {}},
-        {{"e4 e5) Nf3}"}, {"e4", "e5)", "Nf3}"}, {}},
+        {{"e4 ) } e5"}, {"e4", "e5"}, {}}, {{"e4 e5) Nf3}"}, {"e4", "e5)", "Nf3}"}, {}},
         {{"e4\te5  Nf3"}, {"e4\te5", "Nf3"}, {}},
         // A comment or variation left open is the last ply's comment; an open token is dropped.
         {{"e4! {open", "still"}, {"e4"}, {{1, "open \r\n still \r\n"}}},
-        {{"e4 {a} (d4 d5"}, {"e4"}, {{1, "(d4 d5 \r\n"}}},
-        {{"e4 e5{x"}, {"e4"}, {{1, "x \r\n"}}},
+        {{"e4 {a} (d4 d5"}, {"e4"}, {{1, "(d4 d5 \r\n"}}}, {{"e4 e5{x"}, {"e4"}, {{1, "x \r\n"}}},
         // Variations nest; they and line comments go to the ply before them.
         {{"e4 (1. d4 d5) e5"}, {"e4", "e5"}, {{1, "(1. d4 d5)"}}},
         {{"e4 (a (b) c) e5"}, {"e4", "e5"}, {{1, "(a (b) c)"}}},
@@ -92,8 +86,7 @@ TEST(Walk, TokensMarksCommentsVariationsAndLineComments) {
         {{"e4 (a {b) c} ; d) e5"}, {"e4", "c}"}, {{1, "(a {b)"}, {2, " d) e5 "}}},
         {{"e4 ; a fine move", "e5"}, {"e4", "e5"}, {{1, " a fine move "}}},
         // The token in front of the ";" stays open into the next line.
-        {{"d4 e4;x", "e5"}, {"d4", "e4e5"}, {{1, "x "}}},
-        {{"e4 {a} ;b"}, {"e4"}, {{1, "a\r\nb "}}},
+        {{"d4 e4;x", "e5"}, {"d4", "e4e5"}, {{1, "x "}}}, {{"e4 {a} ;b"}, {"e4"}, {{1, "a\r\nb "}}},
     });
 }
 
@@ -108,8 +101,7 @@ TEST(Walk, SanIndicators) {
         // No variations or line comments.
         {{"e4 (d4) e5;x"}, {"e4", "(d4)", "e5;x"}, {}, "{", "}"},
         // Indicators of other lengths never match: "{{{x}}}" is seven characters, dropped.
-        {{"e4 {{{x}}} e5"}, {"e4", "e5"}, {}, "{{{", "}}}"},
-        {{"e4 {x} e5"}, {"e4", "{x}", "e5"}, {}, "", ""},
+        {{"e4 {{{x}}} e5"}, {"e4", "e5"}, {}, "{{{", "}}}"}, {{"e4 {x} e5"}, {"e4", "{x}", "e5"}, {}, "", ""},
     });
 }
 
