@@ -62,13 +62,6 @@ private:
     fs::path path_;
 };
 
-// What the repair dialog was shown: ply, last ply, the resolver's code, the
-// move as GameMoves(ply) holds it, the board ahead of the bad move.
-struct FixCall {
-    int16_t ply, lastPly, code;
-    std::string move, layout;
-};
-
 class RecordingHost : public ImportHost {
 public:
     void ShowCount(const std::string& text) override { counts.push_back(text); }
@@ -80,7 +73,9 @@ public:
     // Answers from the script: an action, and for "accept" the move typed in.
     int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t code, import::GameRecord& game,
                        const chess::ImportBoard& board) override {
-        fixCalls.push_back({ply, lastPly, code, game.GameMoves[ply], board.BoardToLayout()});
+        fixCalls.push_back(std::to_string(ply) + " " + std::to_string(lastPly) + " " + std::to_string(code) + " " +
+                           game.GameMoves[ply]);
+        fixBoards.push_back(board.BoardToLayout());
         if (answers.empty()) {
             ADD_FAILURE() << "unexpected repair request for ply " << ply << " move " << game.GameMoves[ply];
             return import::kFixCancel;
@@ -111,7 +106,8 @@ public:
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count
     std::deque<std::pair<int16_t, std::string>> answers;
-    std::vector<FixCall> fixCalls;
+    Strings fixCalls;   // what the repair dialog was shown: "ply lastPly code move", as GameMoves(ply) holds it
+    Strings fixBoards;  // and the board ahead of the bad move
     bool overwriteAnswer = true;
     Messages messages;
     Errors errors;
