@@ -220,6 +220,8 @@ TEST(Resolver, EnPassantRecordOfADoubleStep) {
     EXPECT_EQ(PlayLine(board, "2.d5"), "0");
     EXPECT_EQ(std::string{ep.Side} + std::to_string(ep.PawnFile) + std::to_string(ep.PawnRank) +
                   std::to_string(ep.PassedRank), "b456");
+    EXPECT_EQ(PlayLine(board, "3. 3."), "3 3");
+    EXPECT_FALSE(ep.Active);
 
     // The record outlives the game: the next game's first call finds it aged and touches nothing.
     SetUpBoard(board, "Pe2");

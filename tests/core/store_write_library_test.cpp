@@ -34,85 +34,56 @@ protected:
     }
 };
 
-TEST_F(WriteLibraryTest, HeaderCountersComeFromTheTableAndRecordsInIndexOrder) {
+TEST_F(WriteLibraryTest, TheTableGoesIntoTheFileAsTheFormatWantsIt) {
+    std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5"), MakeRow(3, 2, "Nf3"), MakeRow(4, 3, "Nc6")};
+    rows[0].newBranch = -1;
+    rows[0].description = "e4: a game";
+    rows[0].remarksNull = true;                                     // NULL remarks
+    rows[1].newBranch = 1;                                          // only -1 is true
+    rows[1].layout = "RNB";                                         // short: blanks behind
+    rows[1].remarks = std::string(library::kMaxStringBytes, 'a');  // just fits
+    rows[2].remarks = "two\r\nlines";
+    rows[2].layout = std::string(70, 'q');  // long: cut at 64
+    rows[3].remarks = std::string(70000, 'c');
     // Added out of order, and with a record of another library among them.
-    Insert({MakeRow(3, 2, "Nf3"), MakeRow(1, 0, "e4"), MakeRow(4, 0, "d4", "Other"), MakeRow(2, 1, "e5")});
-    session.ImportRemarks = "Hi\r\nthere\r\n";
+    Insert({rows[2], rows[0], MakeRow(5, 0, "d4", "Other"), rows[1], rows[3]});
+    session.ImportRemarks = std::string(library::kMaxStringBytes + 1, 'r');
     ASSERT_TRUE(Write());
     EXPECT_TRUE(host.Silent());
     EXPECT_TRUE(host.overwriteQuestions.empty());
+    const std::string cut = " bytes: cut to the 65535 that a library can hold";
+    EXPECT_EQ(host.notices, (Strings{"The library's remarks has 65536" + cut, "The comment of record 4 has 70000" + cut}));
+    // The counter starts at 1, with a blank in front of the digits.
+    EXPECT_EQ(host.counts, (Strings{" 1", " 2", " 3", " 4"}));
+    EXPECT_EQ(host.yields, 4);
+
     const auto c = ReadBack(Path());
     const auto& h = c.header;
     // Version, flag, book; RecCount of this library's records; MinIndex and MaxIndex over the whole table.
     EXPECT_EQ(std::to_string(h.version) + " " + std::to_string(h.flag) + " " + h.book + " " +
                   std::to_string(h.RecCount) + " " + std::to_string(h.MinIndex) + " " + std::to_string(h.MaxIndex),
-              "1 -1 Demo 3 1 4");
-    EXPECT_EQ(h.LibRemarks, "Hi\r\nthere\r\n");
-    Strings records;
-    for (const auto& r : c.records)
-        records.push_back(Brief({r.index, r.parent, r.description, "", r.description, 0, "", false, ""}));
-    EXPECT_EQ(records, (Strings{"1<0 e4", "2<1 e5", "3<2 Nf3"}));
-    // The counter starts at 1, with a blank in front of the digits.
-    EXPECT_EQ(host.counts, (Strings{" 1", " 2", " 3"}));
-    EXPECT_EQ(host.yields, 3);
-}
-
-TEST_F(WriteLibraryTest, FieldsAreConvertedAsTheFileWantsThem) {
-    std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5"), MakeRow(3, 2, "Nf3"), MakeRow(4, 3, "Nc6")};
-    rows[0].newBranch = -1;
-    rows[0].description = "e4: a game";
-    rows[0].remarksNull = true;             // NULL remarks
-    rows[1].newBranch = 1;                  // only -1 is true
-    rows[1].layout = "RNB";                 // short: blanks behind
-    rows[2].remarks = "two\r\nlines";
-    rows[2].layout = std::string(70, 'q');  // long: cut at 64
-    Insert(rows);
-    ASSERT_TRUE(Write());
-    const auto c = ReadBack(Path());
-    ASSERT_EQ(c.records.size(), 4u);
-    EXPECT_TRUE(c.records[0].new_branch);
-    EXPECT_EQ(c.records[0].description, "e4: a game");
-    EXPECT_EQ(c.records[0].remarks, "");
-    EXPECT_FALSE(c.records[1].new_branch || c.records[3].new_branch);
+              "1 -1 Demo 4 1 5");
+    EXPECT_EQ(h.LibRemarks, std::string(library::kMaxStringBytes, 'r'));
+    Strings records, remarks;
+    for (const auto& r : c.records) {
+        records.push_back(Brief({r.index, r.parent, r.description, "", r.description, r.new_branch ? -1 : 0, "", false,
+                                 ""}));
+        remarks.push_back(r.remarks.size() > 20 ? r.remarks[0] + std::to_string(r.remarks.size()) : r.remarks);
+    }
+    EXPECT_EQ(records, (Strings{"1<0 e4: a game *", "2<1 e5", "3<2 Nf3", "4<3 Nc6"}));
+    EXPECT_EQ(remarks, (Strings{"", "a65535", "two\r\nlines", "c65535"}));
     EXPECT_EQ(c.records[1].BoardLayout, "RNB" + std::string(61, ' '));
-    EXPECT_EQ(c.records[2].remarks, "two\r\nlines");
     EXPECT_EQ(c.records[2].BoardLayout, std::string(64, 'q'));
-    // Every record holds 78 bytes plus its two texts; the header is 20 and "Demo".
-    size_t expected = 20 + 4;
+    // Every record holds 78 bytes plus its two texts; the header is 20, "Demo" and its remarks.
+    size_t expected = 20 + 4 + h.LibRemarks.size();
     for (const auto& r : c.records) expected += 78 + r.description.size() + r.remarks.size();
     EXPECT_EQ(fs::file_size(Path()), expected);
 }
 
-TEST_F(WriteLibraryTest, ATextPastTheFormatsLimitIsCutAndSaidSo) {
-    std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5")};
-    rows[0].remarks = std::string(library::kMaxStringBytes, 'a');  // just fits
-    rows[1].remarks = std::string(70000, 'c');
-    Insert(rows);
-    session.ImportRemarks = std::string(library::kMaxStringBytes + 1, 'r');
-    ASSERT_TRUE(Write());
-    EXPECT_EQ(host.notices, (Strings{"The library's remarks has 65536 bytes: cut to the 65535 that a library can hold",
-                                     "The comment of record 2 has 70000 bytes: cut to the 65535 that a library can hold"}));
-    const auto c = ReadBack(Path());
-    EXPECT_EQ(c.records[0].remarks, rows[0].remarks);
-    EXPECT_EQ(c.records[1].remarks, std::string(library::kMaxStringBytes, 'c'));
-    EXPECT_EQ(c.header.LibRemarks, std::string(library::kMaxStringBytes, 'r'));
-}
-
-TEST_F(WriteLibraryTest, TheTableIsNotChangedByWritingAndAnEmptyOneWritesNoFile) {
-    ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"b\"]\n\ne4 c5\n"));
-    const auto before = Rows();
-    ASSERT_TRUE(Write());
-    const auto after = Rows();
-    EXPECT_EQ(Briefs(before), Briefs(after));
-    for (size_t k = 0; k < before.size() && k < after.size(); ++k) EXPECT_EQ(before[k].layout, after[k].layout);
-
-    fs::remove(Path());
-    Db(DbPath()).Clear();
-    host = RecordingHost{};
+TEST_F(WriteLibraryTest, AnEmptyTableEndsInTheErrorDialogWithNoFile) {
     EXPECT_FALSE(Write());
     EXPECT_EQ(host.messages, Messages{});
-    ASSERT_EQ(host.errors.size(), 1u);
-    EXPECT_EQ(host.errors[0].second, 94);  // no smallest index to read
+    EXPECT_EQ(host.errors, (Errors{{"Invalid use of Null", 94}}));  // no smallest index to read
     EXPECT_FALSE(fs::exists(Path()));
 }
 
