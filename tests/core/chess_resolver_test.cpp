@@ -1,6 +1,6 @@
 // ImportBoard and the move resolver on it: the layout, token forms, the
 // source search, en passant timing, castling, promotion, and the two helpers
-// behind it.
+// behind it; the rules of chess/legal.h and the automatic repair built on them.
 //
 // Positions are pieces on squares, "Ng1 ne5 Pd4", upper case for White; a
 // leading "start" keeps the initial position, and "-f1" empties a square.
@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "chess/board.h"
+#include "chess/legal.h"
+#include "chess/move_repair.h"
 #include "chess/resolver.h"
 
 namespace {
@@ -300,11 +302,9 @@ TEST(Resolver, WholeGames) {
 TEST(FindPiece, CountsWithinTheHintsAndLeavesTheNth) {
     struct Find { const char *pieces, *piece; int16_t rank, file; bool white; int16_t n, count, foundRank, foundFile; };
     const Find cases[] = {
-        {"start", "p", 0, 0, true, 1, 8, 2, 1}, {"start", "p", 0, 0, false, 1, 8, 7, 1},
-        {"start", "K", 0, 0, false, 1, 1, 8, 5},
+        {"start", "p", 0, 0, false, 1, 8, 7, 1}, {"start", "K", 0, 0, false, 1, 1, 8, 5},
         {"start", "n", 0, 0, true, 1, 2, 1, 2},  // the code is built in lower case
-        {"start", "X", 0, 0, true, 1, 0, 0, 0}, {"start", "", 0, 0, true, 1, 0, 0, 0},
-        {"start", "NN", 0, 0, true, 1, 0, 0, 0},
+        {"start", "X", 0, 0, true, 1, 0, 0, 0}, {"start", "NN", 0, 0, true, 1, 0, 0, 0},
         // Without hints the files are the outer walk; a hint file walks its ranks, a hint rank its files.
         {"Nb1 Na8 na2", "N", 0, 0, true, 1, 2, 8, 1}, {"Nb1 Na8 na2", "N", 0, 0, true, 2, 2, 1, 2},
         {"Re7 Re2 Ra2", "R", 0, 5, true, 1, 2, 2, 5}, {"Re7 Re2 Ra2", "R", 0, 5, true, 2, 2, 7, 5},
@@ -318,13 +318,13 @@ TEST(FindPiece, CountsWithinTheHintsAndLeavesTheNth) {
         {"Nc3", "N", 6, 0, true, 1, 0, 6, 0},
     };
     for (const Find& c : cases) {
-        SCOPED_TRACE(std::string(c.pieces) + " " + c.piece + " n=" + std::to_string(c.n));
         ImportBoard board;
         SetUpBoard(board, c.pieces);
         std::string piece = c.piece;
         int16_t rank = c.rank, file = c.file;
-        EXPECT_EQ(FindPiece(board, piece, rank, file, c.white, c.n), c.count);
-        EXPECT_EQ(rank * 10 + file, c.foundRank * 10 + c.foundFile);
+        const int count = FindPiece(board, piece, rank, file, c.white, c.n);
+        EXPECT_EQ(count * 100 + rank * 10 + file, c.count * 100 + c.foundRank * 10 + c.foundFile)
+            << c.pieces << " " << c.piece << " n=" << c.n;
     }
 }
 
@@ -399,6 +399,69 @@ TEST(ChessBoard, CodesLayoutAndSquaresOffTheBoard) {
     }
     board.SetCode(3, 3, "wqq");
     EXPECT_EQ(board.BoardToLayout(), kInitialLayout);
+}
+
+long Perft(const Position& pos, int depth) {
+    if (depth == 0) return 1;
+    std::vector<Move> moves;
+    pos.LegalMoves(moves);
+    long count = 0;
+    for (const Move& m : moves) {
+        Position next = pos;
+        next.Apply(m);
+        count += Perft(next, depth - 1);
+    }
+    return count;
+}
+
+TEST(ChessLegalTest, CountsTheLegalMovesOfTheFirstFourPlies) {
+    const long expected[] = {20, 400, 8902, 197281};
+    for (int depth = 1; depth <= 4; ++depth) EXPECT_EQ(Perft(Position(), depth), expected[depth - 1]) << depth;
+}
+
+TEST(ChessLegalTest, ReadsTheFenPlacementOrSaysWhatIsWrong) {
+    std::string layout, error;
+    EXPECT_TRUE(LayoutFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", layout, error));
+    EXPECT_EQ(layout, kInitialLayout);
+    const std::pair<const char*, const char*> bad[] = {
+        {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP", "fewer than 8 ranks"},
+        {"8/8/8/8/8/8/8/8/8", "more than 8 ranks"},
+        {"8/ppppppppp/8/8/8/8/8/8", "rank 7 doesn't hold 8 squares"},
+        {"8/8/8/8/8/8/8/7", "rank 1 doesn't hold 8 squares"},
+        {"8/8/8/8/8/8/8/7x", "'x' is neither a piece, a digit nor '/'"},
+    };
+    for (const auto& [fen, cause] : bad) {
+        EXPECT_FALSE(LayoutFromFen(fen, layout, error)) << fen;
+        EXPECT_EQ(error, cause) << fen;
+    }
+}
+
+TEST(ChessLegalTest, RepairGivesTheSpellingOfTheOnlyLegalCandidate) {
+    // A position, the ply, the move; the spelling repaired (empty: none), or the result reported.
+    const char* pinnedKnight = "ke8 bb4 Nc3 Ke1 Ng1";
+    struct Repair { const char* pieces; int16_t ply; std::string move, fix; int16_t result; } cases[] = {
+        {pinnedKnight, 1, "Ne2", "Nge2", 0},
+        {pinnedKnight, 1, "Ne2+", "Nge2", 0},                // a mark as well
+        {"ke8 ng8 nc6 Bb5 Ke1", 2, "Ne7", "Nge7", 0},        // Black's knight
+        {"kh8 ra5 Rd5 Kh5 Rd1", 1, "Rd3", "R1d3", 0},        // the file doesn't single it out
+        {"rd8 Ra4 rd4 kh4 Ka1", 2, "Rd6", "R8d6", 0},        // Black's rooks
+        {"kh8 nd6 Pe5 nd4 re4 Pe3 Ke1", 1, "ed", "exd6", 0},  // a pinned pawn's capture
+        {"kh8 nd6 Pe5 nd4 re4 Pe3 Ke1", 1, "exd", "exd6", 0},
+        {"start", 1, "Nf3+", "Nf3", 0}, {"start", 2, "e5#", "e5", 0},
+        {"ke8 Nc3 Ke1 Ng1", 1, "Ne2", "", kAmbiguous},  // both knights may go
+        {"start", 1, "Nf6+", "", kIllegal},              // mended, still refused
+        {"start", 1, "Zf3", "", kCantParse},
+    };
+    for (const Repair& c : cases) {
+        ImportBoard board;
+        SetUpBoard(board, c.pieces);
+        std::string move = c.move;
+        const int16_t refused = ResolveMove(board, move, c.ply);
+        ASSERT_NE(refused, kResolved) << c.move;
+        const MoveRepair repair = RepairMove(board, c.move, c.ply, refused);
+        EXPECT_EQ(repair.fixed ? repair.move : "", c.fix) << c.pieces << " " << c.move;
+        EXPECT_EQ(repair.fixed ? c.result : repair.result, c.result) << c.pieces << " " << c.move;
+    }
 }
 
 }  // namespace
