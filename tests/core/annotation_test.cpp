@@ -63,23 +63,13 @@ TEST(ParseToken, MovesMarksCodesAndResults) {
 }
 
 TEST(NagText, EveryCodeHasItsTextAndTheSidesAlternate) {
-    // Capital letters stand as listed: "good Move" but "very good move".
-    const std::pair<int, const char*> known[] = {
-        {1, "good Move"}, {4, "very poor move"}, {6, "questionable Move"}, {7, "forced move (all others lose quickly)"},
-        {9, "worst Move"}, {13, "unclear position"}, {14, "White has a slight advantage"},
-        {21, "Black has a crushing advantage (White should resign)"},
-        {35, "Black has a decisive time (development) advantage"},
-        {46, "White has more than adequate compensation for material deficit"},
-        {80, "White has a moderately weak pawn structure"}, {114, "White has played the middlegame very poorly"},
-    };
+    // Capital letters stand as listed: "good Move" but "very good move" (see the table above).
     std::string note;
-    for (const auto& [n, text] : known) {
-        NagText("$" + std::to_string(n), note);
-        EXPECT_EQ(note, text) << n;
-    }
     NagText("$01", note);
     EXPECT_EQ(note, "good Move");
-    // Every code has a text, each pinned by a checksum over all of them.
+    NagText("$46", note);
+    EXPECT_EQ(note, "White has more than adequate compensation for material deficit");
+    // Every code has a text, each pinned by a checksum over all of them, and from 14 on White and Black alternate.
     uint64_t checksum = 14695981039346656037u;  // FNV-1a
     for (int n = 1; n <= 139; ++n) {
         NagText("$" + std::to_string(n), note);

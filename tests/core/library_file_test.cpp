@@ -18,8 +18,9 @@ struct Lib {
     LibraryHeader header{1, -1, "Test", -99, 0, 0, ""};
     std::vector<LibraryNodeRecord> records;
 
-    Lib& Add(int32_t index, int32_t parent, std::string text, std::string remarks = "", bool newBranch = false) {
-        records.push_back({index, parent, newBranch, std::move(text), std::move(remarks), kStart});
+    Lib& Add(int32_t index, int32_t parent, std::string text, std::string remarks = "", bool newBranch = false,
+             std::string layout = kStart) {
+        records.push_back({index, parent, newBranch, std::move(text), std::move(remarks), std::move(layout)});
         return *this;
     }
     Lib& Set(int16_t version, int32_t recCount) {
@@ -50,11 +51,10 @@ std::string Hex(std::string_view bytes) {
 // The library of the format's worked example: Demo, remarks Hi, 1.e4 from
 // "Test game" and 1...e5 with the comment "Open game".
 std::string DemoBytes() {
-    std::string out;
-    EncodeHeader({1, -1, "Demo", 2, 1, 2, "Hi"}, out);
-    EncodeRecord({1, 0, true, "e4: Test game", "", std::string(64, 'A')}, out);
-    EncodeRecord({2, 1, false, "e5", "Open game", std::string(64, 'B')}, out);
-    return out;
+    Lib demo{{1, -1, "Demo", 2, 1, 2, "Hi"}, {}};
+    return demo.Add(1, 0, "e4: Test game", "", true, std::string(64, 'A'))
+        .Add(2, 1, "e5", "Open game", false, std::string(64, 'B'))
+        .Bytes();
 }
 
 }  // namespace
@@ -174,33 +174,21 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
 TEST(LibraryLoader, ProgressEvery101RecordsAndTheNodeLimit) {
     struct Observer : LoadObserver {
         std::vector<double> progress;
-        int nodes = 0;
-        bool header = false;
-        void OnHeader(const LibraryHeader&) override { header = true; }
         void OnProgress(double p) override { progress.push_back(p); }
-        void OnNode(int) override { ++nodes; }
     };
     Lib lib;
     for (int i = 1; i <= 303; ++i) lib.Add(i, i - 1, "m" + std::to_string(i));
-    Observer o;
-    LibraryContents c;
+    Observer o, none;
+    LibraryContents c, c2, c3, c4;
     ASSERT_EQ(lib.Load(c, &o), LoadResult::Ok);
-    EXPECT_TRUE(o.header);
-    EXPECT_EQ(o.nodes, 303);
-    ASSERT_EQ(o.progress.size(), 3u);
-    EXPECT_DOUBLE_EQ(o.progress[0], 101.0 / 303 * 100);
-    EXPECT_DOUBLE_EQ(o.progress[2], 100.0);
-
-    Lib small;
-    for (int i = 1; i <= 100; ++i) small.Add(i, 0, "m");
-    Observer none;
-    LibraryContents c2, c3, c4;
-    ASSERT_EQ(small.Load(c2, &none), LoadResult::Ok);
+    EXPECT_EQ(o.progress, (std::vector<double>{101.0 / 303 * 100, 202.0 / 303 * 100, 100.0}));
+    lib.records.resize(100);
+    ASSERT_EQ(lib.Load(c2, &none), LoadResult::Ok);
     EXPECT_TRUE(none.progress.empty()) << "with 100 records the bar never moves";
-
+    // Past 32,767 nodes the load fails.
     Lib big;
     for (int i = 1; i <= TreeModel::kMaxNodes; ++i) big.Add(i, 0, "m");
     EXPECT_EQ(big.Load(c3), LoadResult::Ok);
     big.Add(TreeModel::kMaxNodes + 1, 0, "m");
-    EXPECT_EQ(big.Load(c4), LoadResult::Problem) << "past 32,767 nodes the load fails";
+    EXPECT_EQ(big.Load(c4), LoadResult::Problem);
 }

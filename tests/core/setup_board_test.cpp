@@ -55,7 +55,6 @@ TEST(SetupBoard, DrawingAndReadingBackInBothOrientations) {
 }
 
 TEST(SetupBoard, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere) {
-    EXPECT_EQ(std::string(kPaletteNames[1]) + std::string(kPaletteNames[7]), "imgWCimgBC");
     for (int p = 0; p < kPaletteSize; ++p) {
         const char c = std::string("PRNBQKprnbqk")[static_cast<std::size_t>(p)];
         SetupBoard b;
