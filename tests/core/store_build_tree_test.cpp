@@ -193,14 +193,5 @@ TEST_F(BuildTreeTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
     }
 }
 
-TEST_F(BuildTreeTest, DatabaseMayLiveApartFromTheProgramDirectory) {
-    EXPECT_EQ(import::DatabasePath(options), dir / "Tessimo.mdb");
-    fs::rename(DbPath(), dir / "work.db");
-    options.databasePath = dir / "work.db";
-    EXPECT_EQ(import::DatabasePath(options), dir / "work.db");
-    ASSERT_TRUE(Build(kThreeGames));
-    EXPECT_EQ(Db(dir / "work.db").Rows().size(), 4u);
-}
-
 }  // namespace
 }  // namespace vantrel::storetest
