@@ -52,7 +52,8 @@ TEST_F(WriteLibraryTest, TheTableGoesIntoTheFileAsTheFormatWantsIt) {
     EXPECT_TRUE(host.Silent());
     EXPECT_TRUE(host.overwriteQuestions.empty());
     const std::string cut = " bytes: cut to the 65535 that a library can hold";
-    EXPECT_EQ(host.notices, (Strings{"The library's remarks has 65536" + cut, "The comment of record 4 has 70000" + cut}));
+    EXPECT_EQ(host.notices,
+              (Strings{"The library's remarks has 65536" + cut, "The comment of record 4 has 70000" + cut}));
     // The counter starts at 1, with a blank in front of the digits.
     EXPECT_EQ(host.counts, (Strings{" 1", " 2", " 3", " 4"}));
     EXPECT_EQ(host.yields, 4);
