@@ -16,20 +16,14 @@ using vantrel::import::GameRecord;
 using vantrel::import::ImportError;
 using vantrel::import::MoveWalker;
 
-struct Walked {
-    GameRecord g;
-    int16_t last = -1;
-};
+struct Walked { GameRecord g; int16_t last = -1; };
 
 // Walks the lines as the move text of a game whose name is stored (ply 0):
 // PGN rules, or SAN rules with the two indicators.
 Walked WalkLines(const std::vector<const char*>& lines, const char* start = nullptr, const char* end = nullptr) {
     Walked w;
     MoveWalker walker(w.g);
-    if (start)
-        walker.UseSanRules(start, end);
-    else
-        walker.UsePgnRules();
+    start ? walker.UseSanRules(start, end) : walker.UsePgnRules();
     walker.SetPly(0);
     for (const char* line : lines) walker.WalkLine(line);
     w.last = walker.EndGame();
@@ -39,11 +33,9 @@ Walked WalkLines(const std::vector<const char*>& lines, const char* start = null
 // Lines of move text, the moves they give, and the comments of the slots
 // that have one; every other slot's comment must be empty.
 struct WalkCase {
-    std::vector<const char*> lines;
-    std::vector<const char*> moves;
+    std::vector<const char*> lines, moves;
     std::map<int, const char*> comments;
-    const char* start = nullptr;  // SAN indicators; PGN without them
-    const char* end = nullptr;
+    const char *start = nullptr, *end = nullptr;  // SAN indicators; PGN without them
 };
 
 void CheckWalks(std::initializer_list<WalkCase> cases) {
@@ -54,52 +46,38 @@ void CheckWalks(std::initializer_list<WalkCase> cases) {
         Walked w = WalkLines(c.lines, c.start, c.end);
         ASSERT_EQ(w.last, static_cast<int16_t>(c.moves.size()));
         for (size_t i = 0; i < c.moves.size(); ++i) EXPECT_EQ(w.g.GameMoves[i + 1], c.moves[i]) << i + 1;
-        for (int slot = 0; slot <= w.last; ++slot) {
-            const auto it = c.comments.find(slot);
-            EXPECT_EQ(w.g.GameComments[static_cast<size_t>(slot)], it == c.comments.end() ? "" : it->second)
+        for (int slot = 0; slot <= w.last; ++slot)
+            EXPECT_EQ(w.g.GameComments[static_cast<size_t>(slot)], c.comments.count(slot) ? c.comments.at(slot) : "")
                 << "slot " << slot;
-        }
     }
 }
 
-TEST(Walk, TokensMarksAndComments) {
+TEST(Walk, TokensMarksCommentsVariationsAndLineComments) {
     CheckWalks({
         // Move numbers drop out, with or without a blank behind them.
-        {{"1. e4 e5 2. Nf3"}, {"e4", "e5", "Nf3"}, {}},
-        {{"1.e4 e5 2.Nf3"}, {"e4", "e5", "Nf3"}, {}},
-        {{"1. e4 1... e5 2.Nf3"}, {"e4", "e5", "Nf3"}, {}},
+        {{"1. e4 e5 2. Nf3"}, {"e4", "e5", "Nf3"}, {}}, {{"1. e4 1... e5 2.Nf3"}, {"e4", "e5", "Nf3"}, {}},
         // A comment belongs to the ply before it; two are joined by CR LF.
-        {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}},
-        {{"{Opening words} e4"}, {"e4"}, {{0, "Opening words"}}},
+        {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}}, {{"{Opening words} e4"}, {"e4"}, {{0, "Opening words"}}},
         {{"e4 {a} {b}"}, {"e4"}, {{1, "a\r\nb"}}},
         // A note replaces what the ply's comment held; a comment is added behind it.
-        {{"e4! {a}"}, {"e4"}, {{1, "A good move\r\na"}}},
-        {{"e4 {a} $1"}, {"e4"}, {{1, "good Move"}}},
+        {{"e4! {a}"}, {"e4"}, {{1, "A good move\r\na"}}}, {{"e4 {a} $1"}, {"e4"}, {{1, "good Move"}}},
         {{"e4 e5 ?"}, {"e4", "e5"}, {{2, "A weak move!"}}},
         {{"e4 1-0 e5"}, {"e4", "e5"}, {{1, "White wins"}}},  // a result doesn't end the game
         // A comment that closes inside an open token goes to the ply before it.
-        {{"d4 e4{a} e5"}, {"d4", "e4", "e5"}, {{1, "a"}}},
-        {{"e4{a}e5"}, {"e4e5"}, {{0, "a"}}},
-        {{"e4 {ab", "cd} e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}},
-        {{"e4{ab", "cd}e5"}, {"e4e5"}, {{0, "ab \r\n cd"}}},
+        {{"d4 e4{a} e5"}, {"d4", "e4", "e5"}, {{1, "a"}}}, {{"e4{a}e5"}, {"e4e5"}, {{0, "a"}}},
+        {{"e4 {ab", "cd} e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}}, {{"e4{ab", "cd}e5"}, {"e4e5"}, {{0, "ab \r\n cd"}}},
         // The opening line adds only its closing blank and CR LF, which isn't
         // blank, so the next line gets a blank in front.
         {{"e4 {", "x}"}, {"e4"}, {{1, " \r\n x"}}},
         // Nothing nests inside a comment.
         {{"e4 {a (b; {c} e5"}, {"e4", "e5"}, {{1, "a (b; {c"}}},
         // Closers outside a comment are token characters; only a blank separates tokens.
-        {{"e4 ) } e5"}, {"e4", "e5"}, {}},
-        {{"e4 e5) Nf3}"}, {"e4", "e5)", "Nf3}"}, {}},
+        {{"e4 ) } e5"}, {"e4", "e5"}, {}}, {{"e4 e5) Nf3}"}, {"e4", "e5)", "Nf3}"}, {}},
         {{"e4\te5  Nf3"}, {"e4\te5", "Nf3"}, {}},
         // A comment or variation left open is the last ply's comment; an open token is dropped.
         {{"e4! {open", "still"}, {"e4"}, {{1, "open \r\n still \r\n"}}},
-        {{"e4 {a} (d4 d5"}, {"e4"}, {{1, "(d4 d5 \r\n"}}},
-        {{"e4 e5{x"}, {"e4"}, {{1, "x \r\n"}}},
-    });
-}
-
-TEST(Walk, VariationsAndLineComments) {
-    CheckWalks({
+        {{"e4 {a} (d4 d5"}, {"e4"}, {{1, "(d4 d5 \r\n"}}}, {{"e4 e5{x"}, {"e4"}, {{1, "x \r\n"}}},
+        // Variations nest; they and line comments go to the ply before them.
         {{"e4 (1. d4 d5) e5"}, {"e4", "e5"}, {{1, "(1. d4 d5)"}}},
         {{"e4 (a (b) c) e5"}, {"e4", "e5"}, {{1, "(a (b) c)"}}},
         {{"e4 (1. d4", "d5) e5"}, {"e4", "e5"}, {{1, "(1. d4 \r\n d5)"}}},
@@ -108,8 +86,7 @@ TEST(Walk, VariationsAndLineComments) {
         {{"e4 (a {b) c} ; d) e5"}, {"e4", "c}"}, {{1, "(a {b)"}, {2, " d) e5 "}}},
         {{"e4 ; a fine move", "e5"}, {"e4", "e5"}, {{1, " a fine move "}}},
         // The token in front of the ";" stays open into the next line.
-        {{"d4 e4;x", "e5"}, {"d4", "e4e5"}, {{1, "x "}}},
-        {{"e4 {a} ;b"}, {"e4"}, {{1, "a\r\nb "}}},
+        {{"d4 e4;x", "e5"}, {"d4", "e4e5"}, {{1, "x "}}}, {{"e4 {a} ;b"}, {"e4"}, {{1, "a\r\nb "}}},
     });
 }
 
@@ -124,27 +101,20 @@ TEST(Walk, SanIndicators) {
         // No variations or line comments.
         {{"e4 (d4) e5;x"}, {"e4", "(d4)", "e5;x"}, {}, "{", "}"},
         // Indicators of other lengths never match: "{{{x}}}" is seven characters, dropped.
-        {{"e4 {{{x}}} e5"}, {"e4", "e5"}, {}, "{{{", "}}}"},
-        {{"e4 {x} e5"}, {"e4", "{x}", "e5"}, {}, "", ""},
+        {{"e4 {{{x}}} e5"}, {"e4", "e5"}, {}, "{{{", "}}}"}, {{"e4 {x} e5"}, {"e4", "{x}", "e5"}, {}, "", ""},
     });
 }
 
-std::string Plies(int n) {
-    std::string text;
-    for (int i = 0; i < n; ++i) text += i % 2 == 0 ? "Nf3 " : "Nf6 ";
-    return text;
-}
-
-TEST(Walk, TwoHundredFiftyPliesFit) {
-    Walked w = WalkLines({Plies(250).c_str(), "$1 {last words}"});
+TEST(Walk, TwoHundredFiftyPliesFitAndTheNextIsASubscriptError) {
+    std::string plies;
+    for (int i = 0; i < 250; ++i) plies += i % 2 == 0 ? "Nf3 " : "Nf6 ";
+    Walked w = WalkLines({plies.c_str(), "$1 {last words}"});
     EXPECT_EQ(w.last, 250);
     EXPECT_EQ(w.g.GameMoves[250], "Nf6");
     EXPECT_EQ(w.g.GameComments[250], "good Move\r\nlast words");
-}
-
-TEST(Walk, PlyTwoHundredFiftyOneIsASubscriptError) {
+    plies += "Nf3";
     try {
-        WalkLines({Plies(251).c_str()});
+        WalkLines({plies.c_str()});
         FAIL() << "251 plies were taken";
     } catch (const ImportError& e) {
         EXPECT_EQ(e.number(), 9);

@@ -12,123 +12,94 @@ namespace {
 const std::string kStart(kStartLayout);
 const std::string kEmpty = EmptyLayout();
 
-std::string Layout(std::string s, int square, char c) {
-    s.replace(static_cast<std::size_t>(square), 1, 1, c);
+// A layout with the characters at the given squares replaced: With(kStart, {{12, '0'}, {28, 'P'}}).
+std::string With(std::string s, std::initializer_list<std::pair<int, char>> squares) {
+    for (const auto& [square, c] : squares) s[static_cast<std::size_t>(square)] = c;
     return s;
 }
 
-SetupBoard Drawn(const std::string& layout, bool reversed = false) {
-    SetupBoard b;
-    EXPECT_TRUE(b.Display(layout, reversed));
-    return b;
+// The tags and pictures of some squares, "R00/R 001/0".
+std::string Squares(const SetupBoard& b, std::initializer_list<int> squares) {
+    std::string out;
+    for (int s : squares) out += (out.empty() ? "" : " ") + b.Tag(s) + "/" + b.Picture(s);
+    return out;
 }
 
-TEST(SetupBoardDisplay, TagsCarryTheCharacterAndTheSquareIndexInBothOrientations) {
-    SetupBoard b = Drawn(kStart);
-    EXPECT_EQ(b.Tag(0), "R00");
-    EXPECT_EQ(b.Tag(4), "K04");
-    EXPECT_EQ(b.Tag(17), "017");
-    EXPECT_EQ(b.Tag(63), "r63");
-    EXPECT_EQ(b.Picture(17), '0');
+TEST(SetupBoard, DrawingAndReadingBackInBothOrientations) {
+    SetupBoard b;
+    EXPECT_EQ(b.Read(false).size(), 0u);  // before any draw a square adds nothing
+    ASSERT_TRUE(b.Display(kStart, false));
+    EXPECT_EQ(Squares(b, {0, 4, 17, 63}), "R00/R K04/K 017/0 r63/r");
     EXPECT_EQ(b.Read(false), kStart);
-
-    SetupBoard r = Drawn(kStart, true);
-    EXPECT_EQ(r.Picture(0), 'r');   // bottom left shows h8
-    EXPECT_EQ(r.Tag(3), "k03");     // e8 stands on screen square 3
-    EXPECT_EQ(r.Picture(63), 'R');  // top right shows a1
+    SetupBoard r;
+    ASSERT_TRUE(r.Display(kStart, true));  // bottom left shows h8, e8 stands on screen square 3
+    EXPECT_EQ(Squares(r, {0, 3, 63}), "r00/r k03/k R63/R");
     EXPECT_EQ(r.Read(true), kStart);
     EXPECT_EQ(r.Read(false), std::string(kStart.rbegin(), kStart.rend()));
-
     // A draw undoes every edit.
     b.DropOnSquare(DragSource::Square(12), 28);
     b.DropOnTrash(DragSource::Square(0));
     ASSERT_TRUE(b.Display(kStart, false));
     EXPECT_EQ(b.Read(false), kStart);
-    EXPECT_EQ(b.Tag(12), "P12");
-    EXPECT_EQ(b.Tag(0), "R00");
-}
-
-TEST(SetupBoardDisplay, AWrongLengthOrAnUnknownCharacterLeavesSquaresAsTheyWere) {
-    SetupBoard b = Drawn(kStart);
+    EXPECT_EQ(Squares(b, {12, 0}), "P12/P R00/R");
+    // A wrong length leaves the squares as they were; blanks around 64 characters are not counted.
     for (const std::string& bad : {kEmpty.substr(0, 63), kEmpty + "0", kEmpty.substr(0, 60) + "    ", std::string()})
         EXPECT_FALSE(b.Display(bad, false)) << '"' << bad << '"';
     EXPECT_EQ(b.Read(false), kStart);
-    EXPECT_TRUE(b.Display("  " + kEmpty + " ", false)) << "blanks around 64 characters are not counted";
-
+    EXPECT_TRUE(b.Display("  " + kEmpty + " ", false));
+    // An unknown character leaves its square as it was.
     ASSERT_TRUE(b.Display(kStart, false));
-    ASSERT_TRUE(b.Display(Layout(kEmpty, 0, 'x'), false));
-    EXPECT_EQ(b.Tag(0), "R00");
-    EXPECT_EQ(b.Tag(1), "001");
-    EXPECT_EQ(b.Read(false), Layout(kEmpty, 0, 'R'));
-    // Before any draw such a square has no tag and adds nothing to the result.
-    EXPECT_EQ(Drawn(Layout(kEmpty, 5, 'x')).Read(false).size(), 63u);
+    ASSERT_TRUE(b.Display(With(kEmpty, {{0, 'x'}}), false));
+    EXPECT_EQ(Squares(b, {0, 1}), "R00/R 001/0");
+    EXPECT_EQ(b.Read(false), With(kEmpty, {{0, 'R'}}));
 }
 
-TEST(SetupBoardDrops, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere) {
-    const std::string expected = "PRNBQKprnbqk";
-    EXPECT_EQ(kPaletteNames[1], "imgWC");
-    EXPECT_EQ(kPaletteNames[7], "imgBC");
+TEST(SetupBoard, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere) {
     for (int p = 0; p < kPaletteSize; ++p) {
-        SCOPED_TRACE(std::string(kPaletteNames[static_cast<std::size_t>(p)]));
-        const char c = expected[static_cast<std::size_t>(p)];
-        SetupBoard b = Drawn(kStart);
-        const int target = 20 + p;
-        ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), target));
+        const char c = std::string("PRNBQKprnbqk")[static_cast<std::size_t>(p)];
+        SetupBoard b;
+        b.Display(kStart, false);
+        ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), 20 + p));
         ASSERT_TRUE(b.DropOnSquare(DragSource::Palette(p), 3));  // the palette never runs out
-        EXPECT_EQ(b.Read(false), Layout(Layout(kStart, target, c), 3, c));
-        EXPECT_EQ(b.Picture(target), c);
-        EXPECT_EQ(b.Tag(3), std::string(1, c) + "03");
+        EXPECT_EQ(b.Read(false), With(kStart, {{20 + p, c}, {3, c}})) << p;
+        EXPECT_EQ(Squares(b, {3}), std::string(1, c) + "03/" + c);
     }
     // Reversed, the square labelled e4 is screen square 63 - 28 = 35.
-    SetupBoard r = Drawn(kEmpty, true);
+    SetupBoard r;
+    r.Display(kEmpty, true);
     ASSERT_TRUE(r.DropOnSquare(DragSource::Palette(0), 35));
-    EXPECT_EQ(r.Read(true), Layout(kEmpty, 28, 'P'));
+    EXPECT_EQ(r.Read(true), With(kEmpty, {{28, 'P'}}));
     EXPECT_EQ(r.Tag(35), "P35");
 }
 
-TEST(SetupBoardDrops, MovingAPieceEmptiesItsSquareWhateverStoodOnTheTarget) {
-    SetupBoard b = Drawn(kStart);
+TEST(SetupBoard, MovesEmptyTheirSquareAndTheTrashEmptiesOnlySquares) {
+    SetupBoard b;
+    b.Display(kStart, false);
     ASSERT_TRUE(b.DropOnSquare(DragSource::Square(12), 28));  // e2-e4
-    EXPECT_EQ(b.Tag(12), "0");
-    EXPECT_EQ(b.Picture(12), '0');
-    EXPECT_EQ(b.Tag(28), "P28");
-    // A piece dropped on another takes its place; no chess rule is checked.
+    EXPECT_EQ(Squares(b, {12, 28}), "0/0 P28/P");
+    // A piece dropped on another takes its place, no chess rule checked; a white pawn onto a
+    // white pawn still empties the source.
     ASSERT_TRUE(b.DropOnSquare(DragSource::Square(6), 28));
-    // A white pawn onto a white pawn still empties the source.
     ASSERT_TRUE(b.DropOnSquare(DragSource::Square(8), 9));
+    EXPECT_EQ(b.Read(false), With(kStart, {{12, '0'}, {6, '0'}, {28, 'N'}, {8, '0'}}));
     EXPECT_EQ(b.Tag(9), "P09");
-    EXPECT_EQ(b.Read(false), Layout(Layout(Layout(Layout(kStart, 12, '0'), 6, '0'), 28, 'N'), 8, '0'));
-}
 
-TEST(SetupBoardDrops, DropsThatChangeNothing) {
-    SetupBoard b = Drawn(kStart);
-    b.DropOnSquare(DragSource::Square(4), 4);  // a piece on its own square
-    EXPECT_EQ(b.Tag(4), "K04");
-    EXPECT_EQ(b.Picture(4), 'K');
-    // Also for a piece that came from elsewhere and took that square's index.
+    // Drops that change nothing: a piece on its own square, also one that came from elsewhere.
+    b.Display(kStart, false);
+    b.DropOnSquare(DragSource::Square(4), 4);
     b.DropOnSquare(DragSource::Square(12), 28);
     b.DropOnSquare(DragSource::Square(28), 28);
-    EXPECT_EQ(b.Tag(28), "P28");
+    EXPECT_EQ(Squares(b, {4, 28}), "K04/K P28/P");
     // Empty squares carry nothing: drawn empty, emptied by a move, by the trash.
-    b.DropOnTrash(DragSource::Square(0));
+    EXPECT_TRUE(b.DropOnTrash(DragSource::Square(0)));
+    EXPECT_EQ(Squares(b, {0}), "0/0");
     EXPECT_FALSE(b.DropOnSquare(DragSource::Square(20), 4));
     EXPECT_FALSE(b.DropOnSquare(DragSource::Square(12), 3));
     EXPECT_FALSE(b.DropOnSquare(DragSource::Square(0), 1));
-    // From elsewhere, or off the board.
-    EXPECT_FALSE(b.DropOnSquare(DragSource{}, 20));
-    EXPECT_FALSE(b.DropOnSquare(DragSource::Palette(0), 64));
-    EXPECT_EQ(b.Read(false), Layout(Layout(Layout(kStart, 12, '0'), 28, 'P'), 0, '0'));
-    EXPECT_EQ(b.Tag(1), "N01");
-}
-
-TEST(SetupBoardDrops, TheTrashEmptiesSquaresAndIgnoresThePalette) {
-    SetupBoard b = Drawn(kStart);
-    EXPECT_TRUE(b.DropOnTrash(DragSource::Square(60)));
-    EXPECT_EQ(b.Tag(60), "0");
-    EXPECT_EQ(b.Picture(60), '0');
-    EXPECT_FALSE(b.DropOnTrash(DragSource::Palette(5)));
-    EXPECT_FALSE(b.DropOnTrash(DragSource{}));
-    EXPECT_EQ(b.Read(false), Layout(kStart, 60, '0'));
+    // From elsewhere, or off the board; the palette goes to no trash.
+    EXPECT_FALSE(b.DropOnSquare(DragSource{}, 20) || b.DropOnSquare(DragSource::Palette(0), 64));
+    EXPECT_FALSE(b.DropOnTrash(DragSource::Palette(5)) || b.DropOnTrash(DragSource{}));
+    EXPECT_EQ(b.Read(false), With(kStart, {{12, '0'}, {28, 'P'}, {0, '0'}}));
     // A square drawn empty goes to the trash too and gets the bare tag.
     EXPECT_TRUE(b.DropOnTrash(DragSource::Square(30)));
     EXPECT_EQ(b.Tag(30), "0");

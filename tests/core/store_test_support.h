@@ -1,13 +1,14 @@
-// Shared by the tree store and library writer tests: a temporary program
-// directory with its own Tessimo.mdb, a host that records what the store
-// tells the user and answers the repair dialog from a script, and direct
-// access to the table Moves.
+// Shared by the tree store, library writer and command line tests: a
+// temporary program directory with its own Tessimo.mdb, a host that records
+// what the store tells the user and answers the repair dialog from a script,
+// and direct access to the table Moves.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <deque>
 #include <filesystem>
@@ -27,17 +28,17 @@ namespace vantrel::storetest {
 
 namespace fs = std::filesystem;
 using import::ImportHost;
+using Messages = std::vector<std::pair<std::string, std::string>>;
+using Errors = std::vector<std::pair<std::string, int>>;
+using Strings = std::vector<std::string>;
 
 inline std::string ReadFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream s;
-    s << in.rdbuf();
+    s << std::ifstream(path, std::ios::binary).rdbuf();
     return s.str();
 }
-
 inline void WriteFile(const std::string& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
+    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
 // A fresh directory that is removed again at the end of the test.
@@ -45,8 +46,8 @@ class TempDir {
 public:
     TempDir() {
         static std::atomic<int> counter{0};
-        path_ = fs::temp_directory_path() /
-                ("vantrel-store-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+        path_ = fs::temp_directory_path() / ("vantrel-store-" + std::to_string(::getpid()) + "-" +
+                                             std::to_string(counter++));
         fs::remove_all(path_);
         fs::create_directories(path_);
     }
@@ -61,20 +62,6 @@ private:
     fs::path path_;
 };
 
-// The repair dialog's answer: an action, and for "accept" the move typed in.
-struct FixAnswer {
-    int16_t action;
-    std::string replacement;
-};
-
-struct FixCall {
-    int16_t ply;
-    int16_t lastPly;
-    int16_t code;
-    std::string move;    // GameMoves(ply) as the dialog sees it
-    std::string layout;  // the board ahead of the bad move
-};
-
 class RecordingHost : public ImportHost {
 public:
     void ShowCount(const std::string& text) override { counts.push_back(text); }
@@ -83,20 +70,21 @@ public:
         if (cancelAtCount > 0 && static_cast<int>(counts.size()) == cancelAtCount) running = false;
     }
     bool Running() const override { return running; }
-
-    int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, import::GameRecord& game,
+    // Answers from the script: an action, and for "accept" the move typed in.
+    int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t code, import::GameRecord& game,
                        const chess::ImportBoard& board) override {
-        fixCalls.push_back({ply, lastPly, errorCode, game.GameMoves[ply], board.BoardToLayout()});
+        fixCalls.push_back(std::to_string(ply) + " " + std::to_string(lastPly) + " " + std::to_string(code) + " " +
+                           game.GameMoves[ply]);
+        fixBoards.push_back(board.BoardToLayout());
         if (answers.empty()) {
             ADD_FAILURE() << "unexpected repair request for ply " << ply << " move " << game.GameMoves[ply];
             return import::kFixCancel;
         }
-        FixAnswer a = answers.front();
+        const auto [action, replacement] = answers.front();
         answers.pop_front();
-        if (a.action == import::kFixAccept) game.GameMoves[ply] = a.replacement;
-        return a.action;
+        if (action == import::kFixAccept) game.GameMoves[ply] = replacement;
+        return action;
     }
-
     bool AskOverwrite(const std::string& text) override {
         overwriteQuestions.push_back(text);
         return overwriteAnswer;
@@ -105,40 +93,31 @@ public:
     void ShowError(const std::string& description, int number) override { errors.push_back({description, number}); }
     void Notice(const std::string& text) override { notices.push_back(text); }
     void GameRead(int32_t number, int16_t lastPly, const import::GameRecord& game) override {
-        games.push_back({number, lastPly, game.GameMoves[0]});
+        games.push_back(std::to_string(number) + " " + game.GameMoves[0] + " " + std::to_string(lastPly));
         if (onGame) onGame(number);
     }
 
     // Nothing was told to the user.
     bool Silent() const { return messages.empty() && errors.empty(); }
 
-    std::vector<std::string> counts;
-    std::vector<std::string> notices;
+    Strings counts, notices, overwriteQuestions;
+    Strings games;  // "number name lastPly" of each game read
     int yields = 0;
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count
-    std::deque<FixAnswer> answers;
-    std::vector<FixCall> fixCalls;
+    std::deque<std::pair<int16_t, std::string>> answers;
+    Strings fixCalls;   // what the repair dialog was shown: "ply lastPly code move", as GameMoves(ply) holds it
+    Strings fixBoards;  // and the board ahead of the bad move
     bool overwriteAnswer = true;
-    std::vector<std::string> overwriteQuestions;
-    std::vector<std::pair<std::string, std::string>> messages;
-    std::vector<std::pair<std::string, int>> errors;
-    struct GameSeen {
-        int32_t number;
-        int16_t lastPly;
-        std::string name;
-    };
-    std::vector<GameSeen> games;
+    Messages messages;
+    Errors errors;
     std::function<void(int32_t)> onGame;  // runs as each game has been read
 };
 
 // One record of Moves, read straight from the database.
 struct Row {
-    int64_t index = 0;
-    int64_t parent = 0;
-    std::string move;
-    std::string book;
-    std::string description;
+    int64_t index = 0, parent = 0;
+    std::string move, book, description;
     int64_t newBranch = 0;
     std::string remarks;
     bool remarksNull = false;
@@ -154,12 +133,11 @@ inline std::string Brief(const Row& r) {
     if (r.newBranch != 0) out += r.newBranch == -1 ? " *" : " !" + std::to_string(r.newBranch);
     return out;
 }
-inline std::vector<std::string> Briefs(const std::vector<Row>& rows) {
-    std::vector<std::string> out;
+inline Strings Briefs(const std::vector<Row>& rows) {
+    Strings out;
     for (const Row& r : rows) out.push_back(Brief(r));
     return out;
 }
-using Briefed = std::vector<std::string>;
 
 // The table Moves read and written straight, past the tree store.
 class Db {
@@ -192,46 +170,34 @@ public:
 
     void Clear() { db_.Execute("DELETE FROM Moves"); }
 
-    // Makes a database file of its own, not from the schema.
-    static void Create(const std::string& path, const char* sql) {
-        sqlite3* db = nullptr;
-        ASSERT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr), SQLITE_OK);
-        EXPECT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
-        sqlite3_close_v2(db);
-    }
-
 private:
     import::WorkingDatabase db_;
 };
 
 // The position after a line of moves in plain notation, worked out by the
 // test's own move generator rather than by the resolver.
-inline std::string LayoutAfter(const std::vector<std::string>& moves) {
+inline std::string LayoutAfter(const Strings& moves) {
     gen::Position pos;
     std::vector<gen::Move> legal;
     for (std::string m : moves) {
         while (!m.empty() && (m.back() == '+' || m.back() == '#')) m.pop_back();
         pos.LegalMoves(legal);
-        bool played = false;
-        for (const auto& g : legal) {
+        const auto it = std::find_if(legal.begin(), legal.end(), [&](const gen::Move& g) {
             std::string s = pos.San(g);
             if (!s.empty() && s.back() == '+') s.pop_back();
-            if (s == m) {
-                pos.Apply(g);
-                played = true;
-                break;
-            }
-        }
-        if (!played) {
+            return s == m;
+        });
+        if (it == legal.end()) {
             ADD_FAILURE() << "test line has an impossible move " << m;
             return {};
         }
+        pos.Apply(*it);
     }
     return pos.Layout();
 }
 
-inline constexpr const char* kTrouble = "Trouble with 'Tessimo.Mdb'";
-inline constexpr const char* kTroubleTitle = "Couldn't parse book";
+// The message of a working database that is missing or unfit.
+inline const Messages kTrouble = {{"Trouble with 'Tessimo.Mdb'", "Couldn't parse book"}};
 
 // A program directory with a fresh Tessimo.mdb, and the options of an import
 // into it.
@@ -243,7 +209,6 @@ protected:
         options.programDir = dir.str();
         options.inFile = dir / "games.pgn";
         options.bookName = "Demo";
-        options.pgn = true;
         options.tags = {true, false, false, false, false, false, false};  // Event
     }
 
@@ -254,7 +219,7 @@ protected:
         WriteFile(options.inFile, text);
         return import::BuildTree(options, host, session);
     }
-
+    bool Write() { return import::WriteLibrary(options, host, session); }
     std::vector<Row> Rows() { return Db(DbPath()).Rows(); }
 
     // The ways a working database can be unusable: not there (and then it
@@ -264,7 +229,12 @@ protected:
         fs::remove(DbPath());
         if (way == 1) WriteFile(DbPath(), "");
         if (way == 2) WriteFile(DbPath(), "this is not a database, just text and long enough for a header");
-        if (way == 3) Db::Create(DbPath(), "CREATE TABLE Other (x INTEGER)");
+        if (way == 3) {
+            sqlite3* db = nullptr;
+            sqlite3_open(DbPath().c_str(), &db);
+            EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE Other (x INTEGER)", nullptr, nullptr, nullptr), SQLITE_OK);
+            sqlite3_close(db);
+        }
     }
 
     TempDir dir;

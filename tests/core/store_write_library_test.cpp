@@ -1,4 +1,5 @@
-// WriteLibrary: the table Moves dumped into a library file.
+// WriteLibrary: the table Moves dumped into a library file; and from a game
+// file to a library and back, with the right positions throughout.
 #include <gtest/gtest.h>
 
 #include "library/format.h"
@@ -8,129 +9,82 @@
 namespace vantrel::storetest {
 namespace {
 
-std::string Trimmed(const std::string& s) {
-    const size_t first = s.find_first_not_of(' ');
-    return first == std::string::npos ? std::string() : s.substr(first, s.find_last_not_of(' ') - first + 1);
-}
-
 class WriteLibraryTest : public StoreTest {
 protected:
-    Row MakeRow(int64_t index, int64_t parent, const std::string& move, const std::string& book = "Demo") {
+    static Row MakeRow(int64_t index, int64_t parent, const std::string& move, const std::string& book = "Demo") {
         return {index, parent, move, book, move, 0, "", false, std::string(chess::kInitialLayout)};
     }
-
     void Insert(const std::vector<Row>& rows) {
         Db db(DbPath());
         for (const auto& r : rows) db.Insert(r);
     }
-
-    bool Write() { return import::WriteLibrary(options, host, session); }
-
     std::string Path() const { return dir / "Demo.vnb"; }
 
     struct FileContents {
         library::LibraryHeader header;
         std::vector<library::LibraryNodeRecord> records;
     };
-
     static FileContents ReadBack(const std::string& path) {
         FileContents c;
         library::LibraryReader reader;
         EXPECT_TRUE(reader.Open(path)) << path;
         reader.ReadHeader(c.header);
-        library::LibraryNodeRecord r;
-        while (reader.ReadRecord(r)) c.records.push_back(r);
+        for (library::LibraryNodeRecord r; reader.ReadRecord(r);) c.records.push_back(r);
         return c;
     }
 };
 
-TEST_F(WriteLibraryTest, HeaderCountersComeFromTheTableAndRecordsInIndexOrder) {
-    // Added out of order, and with a record of another library among them.
-    Insert({MakeRow(3, 2, "Nf3"), MakeRow(1, 0, "e4"), MakeRow(4, 0, "d4", "Other"), MakeRow(2, 1, "e5")});
-    session.ImportRemarks = "Hi\r\nthere\r\n";
-    ASSERT_TRUE(Write());
-    EXPECT_TRUE(host.Silent());
-    EXPECT_TRUE(host.overwriteQuestions.empty());
-
-    const auto c = ReadBack(Path());
-    EXPECT_EQ(c.header.version, 1);
-    EXPECT_EQ(c.header.flag, -1);
-    EXPECT_EQ(c.header.book, "Demo");
-    EXPECT_EQ(c.header.RecCount, 3);  // only this library's records
-    EXPECT_EQ(c.header.MinIndex, 1);  // over the whole table
-    EXPECT_EQ(c.header.MaxIndex, 4);
-    EXPECT_EQ(c.header.LibRemarks, "Hi\r\nthere\r\n");
-
-    Briefed records;
-    for (const auto& r : c.records)
-        records.push_back(Brief({r.index, r.parent, r.description, "", r.description, 0, "", false, ""}));
-    EXPECT_EQ(records, (Briefed{"1<0 e4", "2<1 e5", "3<2 Nf3"}));
-
-    // The counter starts at 1, with a blank in front of the digits.
-    EXPECT_EQ(host.counts, (std::vector<std::string>{" 1", " 2", " 3"}));
-    EXPECT_EQ(host.yields, 3);
-}
-
-TEST_F(WriteLibraryTest, FieldsAreConvertedAsTheFileWantsThem) {
+TEST_F(WriteLibraryTest, TheTableGoesIntoTheFileAsTheFormatWantsIt) {
     std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5"), MakeRow(3, 2, "Nf3"), MakeRow(4, 3, "Nc6")};
     rows[0].newBranch = -1;
     rows[0].description = "e4: a game";
-    rows[0].remarksNull = true;          // NULL remarks
-    rows[1].newBranch = 1;               // only -1 is true
-    rows[1].remarks = "";                // empty remarks
-    rows[1].layout = "RNB";              // short: blanks behind
+    rows[0].remarksNull = true;                                     // NULL remarks
+    rows[1].newBranch = 1;                                          // only -1 is true
+    rows[1].layout = "RNB";                                         // short: blanks behind
+    rows[1].remarks = std::string(library::kMaxStringBytes, 'a');  // just fits
     rows[2].remarks = "two\r\nlines";
     rows[2].layout = std::string(70, 'q');  // long: cut at 64
-    Insert(rows);
+    rows[3].remarks = std::string(70000, 'c');
+    // Added out of order, and with a record of another library among them.
+    Insert({rows[2], rows[0], MakeRow(5, 0, "d4", "Other"), rows[1], rows[3]});
+    session.ImportRemarks = std::string(library::kMaxStringBytes + 1, 'r');
     ASSERT_TRUE(Write());
+    EXPECT_TRUE(host.Silent());
+    EXPECT_TRUE(host.overwriteQuestions.empty());
+    const std::string cut = " bytes: cut to the 65535 that a library can hold";
+    EXPECT_EQ(host.notices,
+              (Strings{"The library's remarks has 65536" + cut, "The comment of record 4 has 70000" + cut}));
+    // The counter starts at 1, with a blank in front of the digits.
+    EXPECT_EQ(host.counts, (Strings{" 1", " 2", " 3", " 4"}));
+    EXPECT_EQ(host.yields, 4);
 
     const auto c = ReadBack(Path());
-    ASSERT_EQ(c.records.size(), 4u);
-    EXPECT_TRUE(c.records[0].new_branch);
-    EXPECT_EQ(c.records[0].description, "e4: a game");
-    EXPECT_EQ(c.records[0].remarks, "");
-    EXPECT_FALSE(c.records[1].new_branch);
-    EXPECT_EQ(c.records[1].remarks, "");
+    const auto& h = c.header;
+    // Version, flag, book; RecCount of this library's records; MinIndex and MaxIndex over the whole table.
+    EXPECT_EQ(std::to_string(h.version) + " " + std::to_string(h.flag) + " " + h.book + " " +
+                  std::to_string(h.RecCount) + " " + std::to_string(h.MinIndex) + " " + std::to_string(h.MaxIndex),
+              "1 -1 Demo 4 1 5");
+    EXPECT_EQ(h.LibRemarks, std::string(library::kMaxStringBytes, 'r'));
+    Strings records, remarks;
+    for (const auto& r : c.records) {
+        records.push_back(Brief({r.index, r.parent, r.description, "", r.description, r.new_branch ? -1 : 0, "", false,
+                                 ""}));
+        remarks.push_back(r.remarks.size() > 20 ? r.remarks[0] + std::to_string(r.remarks.size()) : r.remarks);
+    }
+    EXPECT_EQ(records, (Strings{"1<0 e4: a game *", "2<1 e5", "3<2 Nf3", "4<3 Nc6"}));
+    EXPECT_EQ(remarks, (Strings{"", "a65535", "two\r\nlines", "c65535"}));
     EXPECT_EQ(c.records[1].BoardLayout, "RNB" + std::string(61, ' '));
-    EXPECT_EQ(c.records[2].remarks, "two\r\nlines");
     EXPECT_EQ(c.records[2].BoardLayout, std::string(64, 'q'));
-    EXPECT_FALSE(c.records[3].new_branch);
-
-    // Every record holds 78 bytes plus its two texts: a layout is 64 bytes.
-    size_t expected = 20 + 4 + 0;  // header: "Demo", no remarks
+    // Every record holds 78 bytes plus its two texts; the header is 20, "Demo" and its remarks.
+    size_t expected = 20 + 4 + h.LibRemarks.size();
     for (const auto& r : c.records) expected += 78 + r.description.size() + r.remarks.size();
     EXPECT_EQ(fs::file_size(Path()), expected);
 }
 
-TEST_F(WriteLibraryTest, ATextPastTheFormatsLimitIsCutAndSaidSo) {
-    std::vector<Row> rows = {MakeRow(1, 0, "e4"), MakeRow(2, 1, "e5")};
-    rows[1].remarks = std::string(70000, 'c');
-    Insert(rows);
-    session.ImportRemarks = std::string(library::kMaxStringBytes, 'r');  // just fits
-    ASSERT_TRUE(Write());
-    EXPECT_EQ(host.notices,
-              std::vector<std::string>{"The comment of record 2 has 70000 bytes: cut to the 65535 that a library can hold"});
-    const auto c = ReadBack(Path());
-    EXPECT_EQ(c.records[1].remarks, std::string(library::kMaxStringBytes, 'c'));
-    EXPECT_EQ(c.header.LibRemarks.size(), library::kMaxStringBytes);
-}
-
-TEST_F(WriteLibraryTest, TheTableIsNotChangedByWriting) {
-    ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"b\"]\n\ne4 c5\n"));
-    const auto before = Rows();
-    ASSERT_TRUE(Write());
-    const auto after = Rows();
-    EXPECT_EQ(Briefs(before), Briefs(after));
-    for (size_t k = 0; k < before.size() && k < after.size(); ++k) EXPECT_EQ(before[k].layout, after[k].layout);
-}
-
-TEST_F(WriteLibraryTest, EmptyTableEndsInTheErrorDialogWithNoFile) {
-    ASSERT_FALSE(Build("[Event \"x\"]\n\n*\n"));
-    host = RecordingHost{};
+TEST_F(WriteLibraryTest, AnEmptyTableEndsInTheErrorDialogWithNoFile) {
     EXPECT_FALSE(Write());
-    EXPECT_TRUE(host.messages.empty());
-    ASSERT_EQ(host.errors.size(), 1u);
-    EXPECT_EQ(host.errors[0].second, 94);  // no smallest index to read
+    EXPECT_EQ(host.messages, Messages{});
+    EXPECT_EQ(host.errors, (Errors{{"Invalid use of Null", 94}}));  // no smallest index to read
     EXPECT_FALSE(fs::exists(Path()));
 }
 
@@ -148,8 +102,7 @@ TEST_F(WriteLibraryTest, AnExistingLibraryIsReplacedOnlyWhenTheUserAgrees) {
     host = RecordingHost{};
     host.overwriteAnswer = false;
     EXPECT_FALSE(Write());
-    ASSERT_EQ(host.overwriteQuestions.size(), 1u);
-    EXPECT_EQ(host.overwriteQuestions[0], "Demo.vnb already exists.  OK to overwrite?");
+    EXPECT_EQ(host.overwriteQuestions, Strings{"Demo.vnb already exists.  OK to overwrite?"});
     EXPECT_TRUE(host.Silent());
     EXPECT_EQ(ReadFile(Path()), "old library");
 
@@ -176,20 +129,15 @@ TEST_F(WriteLibraryTest, FileThatCannotBeCreatedIsNamed) {
     options.databasePath = DbPath();
     options.programDir = dir / "no-such-directory";
     EXPECT_FALSE(Write());
-    ASSERT_EQ(host.messages.size(), 1u);
-    EXPECT_EQ(host.messages[0].first, "Couldn't open Demo.vnb");
-    EXPECT_EQ(host.messages[0].second, "");
-    EXPECT_TRUE(host.errors.empty());
+    EXPECT_EQ(host.messages, (Messages{{"Couldn't open Demo.vnb", ""}}));
+    EXPECT_EQ(host.errors, Errors{});
 }
 
 TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
-    std::vector<Row> rows;
-    for (int k = 1; k <= 5; ++k) rows.push_back(MakeRow(k, k - 1, "m" + std::to_string(k)));
-    Insert(rows);
+    for (int k = 1; k <= 5; ++k) Insert({MakeRow(k, k - 1, "m" + std::to_string(k))});
     host.cancelAtCount = 3;
     EXPECT_FALSE(Write());
     EXPECT_TRUE(host.Silent());
-
     const auto c = ReadBack(Path());
     EXPECT_EQ(c.header.RecCount, 5);  // the whole table's count
     EXPECT_EQ(c.records.size(), 2u);
@@ -201,10 +149,9 @@ TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
 TEST_F(WriteLibraryTest, NamesAreTrimmedAndKeptAsLibraryText) {
     // An apostrophe passes, and a name outside ASCII comes from the wizard in
     // Windows-1252, stays so inside the file and is UTF-8 in the file name.
-    const std::pair<const char*, const char*> names[] = {{"  O'Kelly's lines  ", "O'Kelly's lines"},
-                                                         {"Caf\xE9", "Caf\xC3\xA9"}};
-    for (const auto& [name, fileName] : names) {
-        SCOPED_TRACE(fileName);
+    const std::tuple<const char*, const char*, const char*> names[] = {
+        {"  O'Kelly's lines  ", "O'Kelly's lines", "O'Kelly's lines"}, {"Caf\xE9", "Caf\xE9", "Caf\xC3\xA9"}};
+    for (const auto& [name, book, fileName] : names) {
         options.bookName = name;
         ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5\n"));
         ASSERT_TRUE(Write());
@@ -212,9 +159,56 @@ TEST_F(WriteLibraryTest, NamesAreTrimmedAndKeptAsLibraryText) {
         const std::string path = dir / (std::string(fileName) + ".vnb");
         EXPECT_EQ(import::LibraryPath(options), path);
         const auto c = ReadBack(path);
-        EXPECT_EQ(c.header.book, Trimmed(name));
+        EXPECT_EQ(c.header.book, book);
         EXPECT_EQ(c.header.RecCount, 2);
         EXPECT_EQ(c.records.size(), 2u);
+    }
+}
+
+// From a game file to a library and back: the loaded tree holds exactly the
+// table, node for record, and every position the generator played.
+TEST_F(WriteLibraryTest, MadeUpGamesRoundTripWithEveryPosition) {
+    // Long games with castling, promotions, en passant and disambiguated
+    // moves, comments, marks and codes.
+    gen::Rng rng(7);
+    std::string pgn = "Made-up games.\n\n";
+    std::vector<gen::Game> games;
+    for (int g = 1; g <= 120; ++g) {
+        games.push_back(gen::PlayGame(rng, 60 + static_cast<int>(rng.Below(60))));
+        gen::AppendPgn(pgn, "Game " + std::to_string(g), "W", "B", games.back(), rng, true);
+    }
+    ASSERT_TRUE(Build(pgn) && Write());
+    ASSERT_TRUE(host.Silent() && host.fixCalls.empty());
+    library::LibraryContents contents;
+    ASSERT_EQ(library::LoadLibrary(Path(), contents), library::LoadResult::Ok);
+    EXPECT_EQ(contents.header.LibRemarks, "Made-up games.\r\n\r\n");
+    const auto rows = Rows();
+    ASSERT_EQ(contents.tree.Count(), static_cast<int>(rows.size()));
+    EXPECT_EQ(contents.header.RecCount, static_cast<int32_t>(rows.size()));
+    for (size_t k = 0; k < rows.size(); ++k) {
+        const auto& node = contents.tree.Node(static_cast<int>(k) + 1);
+        EXPECT_EQ(node.index, rows[k].index);
+        EXPECT_EQ(node.parent == 0 ? 0 : contents.tree.Node(node.parent).index, rows[k].parent);
+        EXPECT_EQ(node.Text, rows[k].description);
+        EXPECT_EQ(node.Tag, rows[k].layout) << rows[k].description;
+        EXPECT_EQ(contents.NodeComments[k + 1],
+                  library::IsBlank(rows[k].remarks) ? std::string(library::kNoComments) : rows[k].remarks);
+    }
+    // Each game's line runs down the tree, every node with the generator's position.
+    for (size_t g = 0; g < games.size(); ++g) {
+        const std::vector<int>* level = &contents.tree.TopLevel();
+        for (size_t i = 0; i < games[g].moves.size(); ++i) {
+            std::string move = games[g].moves[i];
+            while (!move.empty() && (move.back() == '+' || move.back() == '#')) move.pop_back();
+            if (move == "O-O" || move == "O-O-O") move = move == "O-O" ? "o-o" : "o-o-o";
+            const auto found = std::find_if(level->begin(), level->end(), [&](int child) {
+                const std::string& text = contents.tree.Node(child).Text;
+                return text == move || text.rfind(move + ": ", 0) == 0;
+            });
+            ASSERT_NE(found, level->end()) << "game " << g + 1 << ": ply " << i + 1 << " " << move;
+            ASSERT_EQ(contents.tree.Node(*found).Tag, games[g].layouts[i]) << "game " << g + 1 << ": ply " << i + 1;
+            level = &contents.tree.Node(*found).children;
+        }
     }
 }
 

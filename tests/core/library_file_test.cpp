@@ -1,0 +1,194 @@
+// The library file: its bytes written and read back, and opening it: the
+// tree, the comments, the game list, and the files that can't be opened.
+#include <gtest/gtest.h>
+
+#include "chess/board.h"
+#include "library/format.h"
+#include "library/loader.h"
+
+using namespace vantrel::library;
+
+namespace {
+
+const std::string kStart(vantrel::chess::kInitialLayout);
+
+// A library in one line: Lib().Add(1, 0, "e4").Add(2, 1, "e5").Bytes().
+// RecCount is the number of records unless set.
+struct Lib {
+    LibraryHeader header{1, -1, "Test", -99, 0, 0, ""};
+    std::vector<LibraryNodeRecord> records;
+
+    Lib& Add(int32_t index, int32_t parent, std::string text, std::string remarks = "", bool newBranch = false,
+             std::string layout = kStart) {
+        records.push_back({index, parent, newBranch, std::move(text), std::move(remarks), std::move(layout)});
+        return *this;
+    }
+    Lib& Set(int16_t version, int32_t recCount) {
+        header.version = version;
+        header.RecCount = recCount;
+        return *this;
+    }
+    std::string Bytes() const {
+        LibraryHeader h = header;
+        if (h.RecCount == -99) h.RecCount = static_cast<int32_t>(records.size());
+        std::string out;
+        EncodeHeader(h, out);
+        for (const auto& r : records) EncodeRecord(r, out);
+        return out;
+    }
+    LoadResult Load(LibraryContents& out, LoadObserver* observer = nullptr) const {
+        return LoadLibraryBytes(Bytes(), out, observer);
+    }
+};
+
+std::string Hex(std::string_view bytes) {
+    static const char* d = "0123456789ABCDEF";
+    std::string s;
+    for (unsigned char c : bytes) s += std::string(s.empty() ? "" : " ") + d[c >> 4] + d[c & 15];
+    return s;
+}
+
+// The library of the format's worked example: Demo, remarks Hi, 1.e4 from
+// "Test game" and 1...e5 with the comment "Open game".
+std::string DemoBytes() {
+    Lib demo{{1, -1, "Demo", 2, 1, 2, "Hi"}, {}};
+    return demo.Add(1, 0, "e4: Test game", "", true, std::string(64, 'A'))
+        .Add(2, 1, "e5", "Open game", false, std::string(64, 'B'))
+        .Bytes();
+}
+
+}  // namespace
+
+TEST(LibraryFormat, WorkedExampleIsByteExact) {
+    const std::string bytes = DemoBytes();
+    ASSERT_EQ(bytes.size(), 206u);
+    EXPECT_EQ(Hex(bytes.substr(0, 26)),
+              "01 00 FF FF 04 00 44 65 6D 6F 02 00 00 00 01 00 00 00 02 00 00 00 02 00 48 69");
+    EXPECT_EQ(Hex(bytes.substr(26, 27)),
+              "01 00 00 00 00 00 00 00 FF FF 0D 00 65 34 3A 20 54 65 73 74 20 67 61 6D 65 00 00");
+    EXPECT_EQ(bytes.substr(53, 64), std::string(64, 'A'));
+    EXPECT_EQ(Hex(bytes.substr(117, 25)), "02 00 00 00 01 00 00 00 00 00 02 00 65 35 09 00 4F 70 65 6E 20 67 61 6D 65");
+    EXPECT_EQ(bytes.substr(142, 64), std::string(64, 'B'));
+}
+
+TEST(LibraryFormat, ReaderRoundTripsAndDropsAPartialTail) {
+    const std::string bytes = DemoBytes();
+    for (size_t cut = 0; cut <= 206; ++cut) {
+        LibraryReader r;
+        r.OpenBytes(bytes.substr(0, cut));
+        LibraryHeader h;
+        EXPECT_EQ(r.ReadHeader(h), cut >= 26) << cut;
+        EXPECT_EQ(h.version, cut < 2 ? 0 : 1) << cut;  // an empty read leaves version at 0
+        int records = 0;
+        for (LibraryNodeRecord rec; r.ReadRecord(rec);) ++records;
+        EXPECT_EQ(records, cut >= 206 ? 2 : cut >= 117 ? 1 : 0) << cut;
+    }
+    LibraryReader r;
+    r.OpenBytes(bytes.substr(0, 34) + '\x02' + bytes.substr(35));  // any new_branch but 0 is true
+    LibraryHeader h;
+    LibraryNodeRecord n1, n2;
+    ASSERT_TRUE(r.ReadHeader(h) && r.ReadRecord(n1) && r.ReadRecord(n2));
+    EXPECT_EQ(h.book + "|" + h.LibRemarks + "|" + std::to_string(h.RecCount), "Demo|Hi|2");
+    EXPECT_TRUE(n1.new_branch);
+    EXPECT_FALSE(n2.new_branch);
+    EXPECT_EQ(n1.description, "e4: Test game");
+    EXPECT_EQ(n2.remarks, "Open game");
+    EXPECT_EQ(n2.parent, 1);
+    EXPECT_EQ(n2.BoardLayout, std::string(64, 'B'));
+}
+
+TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
+    LibraryContents c;
+    ASSERT_EQ(Lib().Add(1, 0, "e4: Open games", "", true)
+                  .Add(2, 1, "e5", "  main line  ")
+                  .Add(3, 1, "c5: Sicilian", "   ", true)
+                  .Add(4, 0, "d4: Closed", "", true)
+                  .Add(5, 2, "Nf3: not a game", "", false)
+                  .Add(6, 4, "d5:  x", "", true)
+                  .Add(7, 6, "c4: ", "", true)
+                  .Load(c),
+              LoadResult::Ok);
+    ASSERT_EQ(c.tree.Count(), 7);
+    EXPECT_EQ(c.tree.TopLevel(), (std::vector<int>{1, 4}));
+    EXPECT_EQ(c.tree.Node(1).children, (std::vector<int>{2, 3}));
+    EXPECT_EQ(c.tree.FullPath(5), "e4: Open games\\e5\\Nf3: not a game");
+    EXPECT_EQ(c.tree.Node(5).Image, NodeImage::Pawn) << "a colon without new_branch is no game";
+    EXPECT_EQ(c.tree.Node(3).Image, NodeImage::Board);
+    EXPECT_EQ(c.tree.Node(1).Tag, kStart);
+    // Remarks with text keep their blanks; remarks of blanks only are no comment.
+    EXPECT_EQ(c.NodeComments[1] + "|" + c.NodeComments[2] + "|" + c.NodeComments[3],
+              std::string(kNoComments) + "|  main line  |" + kNoComments);
+    // Only the one character after the colon is skipped.
+    std::string games;
+    for (const auto& g : c.games) games += std::to_string(g.node) + "=" + g.name + "|";
+    EXPECT_EQ(games, "1=Open games|3=Sicilian|4=Closed|6= x|7=|");
+
+    // Node numbers follow the file, not the index.
+    LibraryContents d;
+    ASSERT_EQ(Lib().Add(50, 0, "e4").Add(7, 50, "e5").Add(900, 7, "Nf3").Load(d), LoadResult::Ok);
+    EXPECT_EQ(d.tree.FindByIndex(900), 3);
+    EXPECT_EQ(d.tree.Node(3).parent, 2);
+    EXPECT_EQ(TreeModel::Key(900), "X900");
+}
+
+TEST(LibraryLoader, WhatOpensAndWhatFails) {
+    std::string remarksCut = Lib().Add(1, 0, "e4").Bytes();
+    remarksCut[23] = 0x01;  // the remarks claim 256 bytes; a whole record's 80 follow
+    Lib tolerated = Lib().Set(1, 1).Add(1, 0, "e4").Add(2, 1, "e5");  // one record more than RecCount is fine
+    tolerated.header.flag = 1234;
+    tolerated.header.MinIndex = -9;
+    tolerated.header.MaxIndex = 3;
+    const std::string twoRecords = tolerated.Bytes();
+    const struct {
+        const char* what;
+        std::string bytes;
+        LoadResult expected;
+        int nodes;
+    } cases[] = {
+        {"empty file", "", LoadResult::NotValid, 0}, {"one byte", std::string("\x01", 1), LoadResult::NotValid, 0},
+        {"version 2", Lib().Set(2, 1).Add(1, 0, "e4").Bytes(), LoadResult::NotValid, 0},
+        {"header only", Lib().Bytes(), LoadResult::Problem, 0},
+        {"record ahead of its parent", Lib().Add(2, 1, "e5").Add(1, 0, "e4").Bytes(), LoadResult::Problem, 0},
+        {"duplicate index", Lib().Add(1, 0, "e4").Add(1, 0, "d4").Bytes(), LoadResult::Problem, 0},
+        {"more than RecCount + 1 records", Lib().Set(1, 1).Add(1, 0, "e4").Add(2, 1, "e5").Add(3, 2, "Nf3").Bytes(),
+         LoadResult::Problem, 0},
+        {"negative RecCount", Lib().Set(1, -5).Add(1, 0, "e4").Bytes(), LoadResult::Problem, 0},
+        {"header cut short", Lib().Add(1, 0, "e4").Bytes().substr(0, 9), LoadResult::Problem, 0},
+        {"header cut inside its remarks", remarksCut, LoadResult::Problem, 0},
+        // A game name's length is negative with nothing after the colon; without a branch it is never looked at.
+        {"nothing after the colon", Lib().Add(1, 0, "e4:", "", true).Bytes(), LoadResult::Problem, 0},
+        {"no branch", Lib().Add(1, 0, "e4:", "", false).Bytes(), LoadResult::Ok, 1},
+        // What readers ignore: flag, MinIndex, MaxIndex, a file that ends in the middle of a record.
+        {"fields readers ignore", twoRecords, LoadResult::Ok, 2},
+        {"the last record cut", twoRecords.substr(0, twoRecords.size() - 10), LoadResult::Ok, 1},
+    };
+    for (const auto& c : cases) {
+        LibraryContents contents;
+        EXPECT_EQ(LoadLibraryBytes(c.bytes, contents), c.expected) << c.what;
+        EXPECT_EQ(c.expected == LoadResult::Ok ? contents.tree.Count() : 0, c.nodes) << c.what;
+    }
+    LibraryContents c;
+    EXPECT_EQ(LoadLibrary("/nonexistent/dir/none.vnb", c), LoadResult::Problem);
+}
+
+TEST(LibraryLoader, ProgressEvery101RecordsAndTheNodeLimit) {
+    struct Observer : LoadObserver {
+        std::vector<double> progress;
+        void OnProgress(double p) override { progress.push_back(p); }
+    };
+    Lib lib;
+    for (int i = 1; i <= 303; ++i) lib.Add(i, i - 1, "m" + std::to_string(i));
+    Observer o, none;
+    LibraryContents c, c2, c3, c4;
+    ASSERT_EQ(lib.Load(c, &o), LoadResult::Ok);
+    EXPECT_EQ(o.progress, (std::vector<double>{101.0 / 303 * 100, 202.0 / 303 * 100, 100.0}));
+    lib.records.resize(100);
+    ASSERT_EQ(lib.Load(c2, &none), LoadResult::Ok);
+    EXPECT_TRUE(none.progress.empty()) << "with 100 records the bar never moves";
+    // Past 32,767 nodes the load fails.
+    Lib big;
+    for (int i = 1; i <= TreeModel::kMaxNodes; ++i) big.Add(i, 0, "m");
+    EXPECT_EQ(big.Load(c3), LoadResult::Ok);
+    big.Add(TreeModel::kMaxNodes + 1, 0, "m");
+    EXPECT_EQ(big.Load(c4), LoadResult::Problem);
+}

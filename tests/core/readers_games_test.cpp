@@ -1,0 +1,191 @@
+// The game readers: remarks ahead of the first game, the PGN tag section and
+// the SAN "!" lines that name the games, and where a game's move text ends.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "import/readers.h"
+
+namespace {
+
+using namespace vantrel::import;
+
+// Slots 0..last of a game record, joined by "|".
+template <typename Slots>
+std::string Joined(const Slots& slots, int last) {
+    std::string out = slots[0];
+    for (int i = 1; i <= last; ++i) out += "|" + slots[static_cast<size_t>(i)];
+    return out;
+}
+
+// One read of a game: what it returns, the slots 0..max(1, plies + 1) of
+// moves and comments (nullptr: not looked at), and the line the reader stopped at.
+struct Read {
+    int16_t plies;
+    const char *moves, *comments, *lineAfter = nullptr;
+};
+
+// A file read game by game, then the remarks (unless null) and the end of the file.
+struct FileCase {
+    const char* what;
+    const char* text;
+    std::vector<Read> reads;
+    const char* remarks = nullptr;
+    bool atEnd = true;
+    const char *start = "{", *end = "}";  // SAN comment indicators
+};
+
+void ExpectReads(const FileCase& c, const std::function<int16_t(ImportState&, GameRecord&)>& next) {
+    SCOPED_TRACE(c.what);
+    LineSource src;
+    src.OpenText(c.text);
+    ImportState st;
+    st.ImportFile = &src;
+    GameRecord g;
+    for (const Read& r : c.reads) {
+        EXPECT_EQ(next(st, g), r.plies);
+        const int last = std::max<int>(1, r.plies + 1);
+        EXPECT_EQ(Joined(g.GameMoves, last), r.moves);
+        EXPECT_EQ(r.comments ? Joined(g.GameComments, last) : "", r.comments ? r.comments : "");
+        EXPECT_EQ(r.lineAfter ? st.ImportLine : "", r.lineAfter ? r.lineAfter : "");
+    }
+    EXPECT_EQ(c.remarks ? st.ImportRemarks : "", c.remarks ? c.remarks : "");
+    EXPECT_EQ(st.ImportAtEnd, c.atEnd);
+}
+
+PgnTagChoice Tags(const std::string& mask, bool ignoreQuestion = true) {
+    PgnTagChoice tags;
+    for (size_t i = 0; i < 7; ++i) tags.chkTag[i] = mask[i] == '1';
+    tags.chkIgnoreQuestion = ignoreQuestion;
+    return tags;
+}
+int16_t Pgn(ImportState& st, GameRecord& g) { return ReadPgnGame(st, g, Tags("1000000")); }
+
+TEST(PgnReader, WhereGamesStartAndEnd) {
+    const FileCase cases[] = {
+        {"two games in the usual layout; the record starts empty for each",
+         "[Event \"Wch\"]\n[Site \"Moscow\"]\n[Result \"1-0\"]\n\n1. e4 e5 2. Nf3 {best} Nc6 1-0\n\n"
+         "[Event \"Open\"]\n[White \"Tal\"]\n\n1. d4 d5 *\n",
+         {{4, "Wch|e4|e5|Nf3|Nc6|", "\r\n[Event \"Wch\"]\r\n[Site \"Moscow\"]\r\n[Result \"1-0\"]|||best|White wins|",
+           "[Event \"Open\"]"},
+          {2, "Open|d4|d5|", "\r\n[Event \"Open\"]\r\n[White \"Tal\"]||Result of game is unknown|"}},
+         ""},
+        {"the line right under the tags is lost", "[Event \"x\"]\n1. e4 e5\n2. Nf3 Nc6\n",
+         {{2, "x|Nf3|Nc6|", nullptr}}},
+        {"remarks ahead of the first game", "\n\n  Intro  \n\nmore\n%not dropped here\n[Event \"x\"]\n\n1. e4\n",
+         {{1, "x|e4|", nullptr}}, "Intro\r\n\r\nmore\r\n%not dropped here\r\n"},
+        {"% lines drop out of the move text, also inside a comment", "[Event \"x\"]\n\n1. e4 {a\n% 2. d4\nb} e5\n",
+         {{2, "x|e4|e5|", "\r\n[Event \"x\"]|a \r\n b||"}}},
+        {"a % line ends the tag section and is dropped", "[Event \"x\"]\n%junk\n[Site \"s\"]\n1. e4\n",
+         {{0, "x|", "\r\n[Event \"x\"]|", "[Site \"s\"]"}}, nullptr, false},
+        {"a bracket line inside a comment ends the game; the line under it is dropped",
+         "[Event \"a\"]\n\n1. e4 {a comment\n[that looks like a tag] more}\n2. Nf3 Nc6\n3. Bb5\n",
+         {{1, "a|e4|", "\r\n[Event \"a\"]|a comment \r\n|", "[that looks like a tag] more}"},
+          {1, "|Bb5|", "\r\n[that looks like a tag] more}||"}}},
+        {"a comment left open does not carry over", "[Event \"a\"]\n\n1. e4 {open\n[Event \"b\"]\n\n1. d4 }x e5\n",
+         {{1, "a|e4|", "\r\n[Event \"a\"]|open \r\n|"}, {3, "b|d4|}x|e5|", nullptr}}},
+        {"no tag line at all", "a\n\nb\nc", {{-1, "|", "|"}}, "a\r\n\r\nb\r\n"},
+        {"the last line of the file is not looked at", "intro\n[Event \"a\"]\n", {{-1, "|", "|"}}, "intro\r\n"},
+        {"a file that ends in its first tag section", "[Event \"a\"]\n[Site \"b\"]", {{-1, "|", "|"}}},
+        {"a file that ends in a later tag section", "[Event \"a\"]\n\n1. e4\n[Event \"b\"]\n[Site \"c\"]\n",
+         {{1, "a|e4|", nullptr}, {-1, "|", "|"}}},
+        {"tag lines directly under the moves", "[Event \"a\"]\n\n1. e4 e5\n[Event \"b\"]\n\n1. d4\n",
+         {{2, "a|e4|e5|", nullptr}, {1, "b|d4|", nullptr}}},
+        {"games with a name and no move", "[Event \"a\"]\n\n\n[Event \"b\"]\n\n1-0\n",
+         {{0, "a|", nullptr}, {0, "b|", "White wins|"}}},
+    };
+    for (const FileCase& c : cases) ExpectReads(c, Pgn);
+    // An empty file fails on the first read, with the error the store shows (see its tests).
+    EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}}, Pgn), ImportError);
+    EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}},
+                             [](ImportState& st, GameRecord& g) { return ReadSanGame(st, g, "{", "}"); }),
+                 ImportError);
+}
+
+TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
+    const std::string all =
+        "[Event \"E\"]\n[Site \"S\"]\n[Date \"2001.02.03\"]\n[Round \"1\"]\n"
+        "[White \"W\"]\n[Black \"B\"]\n[Result \"1-0\"]";
+    const std::string unknown = "[Event \"E\"]\n[Date \"1999.??.??\"]\n[Round \"?\"]";
+    struct Case {
+        const char* mask;  // Event Site Date Round White Black Result
+        std::string section;
+        const char* name;
+        bool ignoreQuestion = true;
+    };
+    const Case cases[] = {
+        {"1111111", all, "E S 2001.02.03 1 W B 1-0"}, {"0000110", all, "W B"}, {"0000001", all, "1-0"},
+        // Tags given in another order in the file still come in the same order.
+        {"1000100", "[White \"W\"]\n[Event \"E\"]", "E W"},
+        // Missing or empty tags leave no gap; lacking them all gives no name.
+        {"1000110", "[Event \"\"]\n[White \"W\"]\n[Black \"\"]", "W"}, {"1000110", "[Black \"B\"]", "B"},
+        {"0000100", "[Event \"E\"]", ""},
+        // Tags match by the front of the line in any case: a WhiteElo line
+        // behind White spoils it, EventDate counts as Event.
+        {"1000100", "[event \"lower\"]\n[WHITE \"UPPER\"]", "lower UPPER"},
+        {"0000100", "[White \"Tal\"]\n[WhiteElo \"2700\"]", "o \"2700"},
+        {"1000000", "[Event \"Wch\"]\n[EventDate \"1960.03.15\"]", "te \"1960.03.15"},
+        // Question marks go with their dots; blanks are squeezed.
+        {"1011000", unknown, "E 1999"}, {"1011000", "[Event \"E\"]\n[Date \"????.??.??\"]\n[Round \"3\"]", "E 3"},
+        {"1011000", "[Event \"a.?.b\"]", "ab"}, {"1011000", "[Event \"?x x.?y x?.y x?y\"]", "x xy xy xy"},
+        {"1011000", "[Event \"  wide   open  \"]", "wide open"}, {"1011000", unknown, "E 1999.??.?? ?", false},
+        // A line that is no known tag changes no value.
+        {"1000000", "   [Event \"E\"]   \n  [Annotator \"Me\"]", "E"},
+    };
+    for (const Case& c : cases) {
+        const std::string text = c.section + "\n\n1. e4\n";
+        ExpectReads({c.name, text.c_str(), {{1, (c.name + std::string("|e4|")).c_str(), nullptr}}},
+                    [&](ImportState& st, GameRecord& g) { return ReadPgnGame(st, g, Tags(c.mask, c.ignoreQuestion)); });
+    }
+    // Every line goes trimmed into the comment.
+    ExpectReads({"comment", "   [Event \"E\"]   \n  [Annotator \"Me\"]\n\n1. e4\n",
+                 {{1, "E|e4|", "\r\n[Event \"E\"]\r\n[Annotator \"Me\"]||"}}}, Pgn);
+}
+
+TEST(PgnReader, TagValueWithNegativeLengthIsAnError) {
+    for (const char* line : {"[Event]", "[Site \"Moscow\"", "[Date x]", "[RESULT \"\"", "[Round"}) {
+        try {
+            ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "", nullptr}}}, Pgn);
+            ADD_FAILURE() << line;
+        } catch (const ImportError& e) {
+            EXPECT_EQ(e.number(), 5) << line;
+            EXPECT_STREQ(e.what(), "Invalid procedure call or argument");
+        }
+    }
+    // Lines that are no known tag are never taken apart.
+    for (const char* line : {"[Foo]", "[Ev", "[", "[Whit \"x\"]"})
+        ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "|e4|", nullptr}}}, Pgn);
+}
+
+TEST(SanReader, WhereGamesStartAndEndAndWhatTheyHold) {
+    const FileCase cases[] = {
+        // The first name isn't trimmed behind the "!"; later ones are.
+        {"games named by ! lines", "Opening notes\n\nby me\n! First game\n1. e4 {best} e5 2. Nf3\n!  Second  \nd4 d5\n",
+         {{3, " First game|e4|e5|Nf3|", "|best|||", "  Second"}, {2, "Second|d4|d5|", "|||"}},
+         "Opening notes\r\n\r\nby me\r\n"},
+        {"blank lines ahead of the first game are remarks", "\n\n  x  \n!G\ne4\n", {{1, "G|e4|", "||"}},
+         "\r\n\r\nx\r\n"},
+        {"a ! alone gives an empty name", "!\ne4 e5\n!\nd4\n", {{2, "|e4|e5|", nullptr}, {1, "|d4|", nullptr}}},
+        {"a ! line ends the game inside a comment; no comment is open in the next",
+         "!A\ne4 {open\n  !B\ne5 }x\n", {{1, "A|e4|", "|open \r\n|"}, {2, "B|e5|}x|", nullptr}}},
+        {"two-character indicators, trimmed", "!G\ne4 //best// e5 //x\n", {{2, "G|e4|e5|", "|best|x \r\n|"}}, nullptr,
+         true, " // ", "// "},
+        {"three-character indicators are tokens", "!G\ne4 <<< e5 >>> Nf3\n",
+         {{5, "G|e4|<<<|e5|>>>|Nf3|", "||||||"}}, nullptr, true, "<<<", ">>>"},
+        {"PGN signs are plain move text", "!G\n[Event\n% e4\ne5 (d4) ;\n", {{4, "G|[Event|e4|e5|(d4)|", nullptr}}},
+        {"move lines are walked untrimmed", "!G\ne4 {ab\n   cd}\n", {{1, "G|e4|", "|ab \r\n    cd|"}}},
+        {"marks, codes and results", "!G\n1. e4! $3 e5? 1-0 2.Nf3\n",
+         {{3, "G|e4|e5|Nf3|", "|very good move|White wins||"}}},
+        {"no ! line at all; asked again the reader still finds nothing", "a\n\nb\nc\n",
+         {{-1, "|", "|"}, {-1, "|", "|"}}, "a\r\n\r\nb\r\n"},
+        {"a ! on the last line is not looked at", "intro\n!G", {{-1, "|", "|"}}, "intro\r\n"},
+        {"a file ending in a comment", "!G\ne4 e5 {a} Nf3 {open", {{3, "G|e4|e5|Nf3|", "||a|open \r\n|"}}},
+    };
+    for (const FileCase& c : cases)
+        ExpectReads(c, [&](ImportState& st, GameRecord& g) { return ReadSanGame(st, g, c.start, c.end); });
+}
+
+}  // namespace
