@@ -3,6 +3,7 @@
 // Show items of the Window menu.
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <tuple>
 
 #include "shell_fixture.h"
 
@@ -16,6 +17,7 @@ protected:
     QWidget* BoardWindow() { return forms::OuterWindow(&forms::Board()); }
     QWidget* CommentsWindow() { return forms::OuterWindow(&forms::Comments()); }
     QWidget* MovesWindow() { return forms::OuterWindow(&forms::Moves()); }
+    QWidget* Front() { return frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(); }
     QSize Inner() { return frame->MdiArea()->viewport()->size(); }
 
     // Gives the frame an inner area of the size asked for.
@@ -25,47 +27,40 @@ protected:
         QCoreApplication::processEvents();
         ASSERT_EQ(Inner(), QSize(width, height));
     }
-
-    LibraryBuilder Small(const std::string& book) {
-        LibraryBuilder lib(book);
-        lib.Add(1, 0, "e4");
-        return lib;
-    }
 };
 
 }  // namespace
 
-// The windows themselves are placed by the tests below; these are the twips
-// that whole pixels cannot give: 2400 stacks, 2401 gives two halves cut to
-// 1200, and a frame smaller than the board gives no negative size.
+// The twips that whole pixels cannot give: 2400 stacks, 2401 gives two
+// halves cut to 1200, a frame smaller than the board gives no negative size;
+// the tree window's controls as the window's size less their margins.
 TEST(LayoutPlan, TheEdgesOfTheArithmetic) {
     EXPECT_TRUE(PlanCommentsMoves(4755 + 2400, 4755).stacked);
     const CommentMovesPlan over = PlanCommentsMoves(4755 + 2401, 4755);
-    EXPECT_FALSE(over.stacked);
-    EXPECT_EQ(over.height, 1200);
-    EXPECT_EQ(over.movesTop, 1200);
+    EXPECT_EQ(std::tuple(over.stacked, over.height, over.movesTop), std::tuple(false, 1200, 1200));
     const CommentMovesPlan none = PlanCommentsMoves(4000, 4755);
-    EXPECT_TRUE(none.stacked);
-    EXPECT_EQ(none.height, 0);
+    EXPECT_EQ(std::tuple(none.stacked, none.height), std::tuple(true, 0));
     EXPECT_EQ(PlanLibraryWindows(1, 3000, 9000, 4500, false)[0].width, 0);
-    EXPECT_TRUE(PlanLibraryWindows(0, 12000, 9000, 4500, false).isEmpty());
+    const TreeWindowPlan tree = PlanTreeWindow(6000, 5000);
+    EXPECT_EQ(std::tuple(tree.pictureWidth, tree.listWidth, tree.treeWidth, tree.treeHeight),
+              std::tuple(6000, 4800, 5880, 4175));
 }
 
 TEST_F(LayoutTest, CommentsAndMovesStackExactlyWhenTheRoomAboveTheBoardIs2400TwipsOrLess) {
     StartFrame();
     const int boardHeight = BoardWindow()->height();
-    // 200 pixels are 2400 twips.
-    SetInner(1000, boardHeight + 200);
+    const int left = 1000 - BoardWindow()->width(), width = BoardWindow()->width();
+    SetInner(1000, boardHeight + 200);  // 2400 twips
     frame->mWArrangeWindows->trigger();
     EXPECT_TRUE(CommentsMovesStacked);
-    EXPECT_EQ(CommentsWindow()->geometry(), MovesWindow()->geometry());
-    EXPECT_EQ(CommentsWindow()->geometry(), QRect(1000 - BoardWindow()->width(), 0, BoardWindow()->width(), 200));
+    EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 200));
+    EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 0, width, 200));
 
     SetInner(1000, boardHeight + 201);
     frame->mWArrangeWindows->trigger();
     EXPECT_FALSE(CommentsMovesStacked);
-    EXPECT_EQ(CommentsWindow()->geometry(), QRect(1000 - BoardWindow()->width(), 0, BoardWindow()->width(), 100));
-    EXPECT_EQ(MovesWindow()->geometry(), QRect(1000 - BoardWindow()->width(), 100, BoardWindow()->width(), 100));
+    EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 100));
+    EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 100, width, 100));
 }
 
 TEST_F(LayoutTest, TheBoardSitsInTheBottomRightCornerAndAResizeMovesItButNotCommentsAndMoves) {
@@ -77,17 +72,28 @@ TEST_F(LayoutTest, TheBoardSitsInTheBottomRightCornerAndAResizeMovesItButNotComm
     SetInner(1200, 900);
     EXPECT_EQ(CommentsWindow()->geometry(), comments);
     EXPECT_EQ(BoardWindow()->geometry().bottomRight(), QPoint(1199, 899));
+
+    // A minimized frame leaves the plan alone.
+    frame->showMinimized();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(frame->isMinimized());
+    BoardWindow()->move(5, 5);
+    frame->ShowBoard();
+    frame->ShowCommentMovesWindow();
+    EXPECT_EQ(BoardWindow()->pos(), QPoint(5, 5));
+    EXPECT_EQ(CommentsWindow()->geometry(), comments);
 }
 
 TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimizedOnes) {
     StartFrame();
     SetInner(1000, 900);
-    frmTreeView* a = Open(Small("A"), "a.vnb");
-    frmTreeView* b = Open(Small("B"), "b.vnb");
-    frmTreeView* c = Open(Small("C"), "c.vnb");
+    LibraryBuilder lib("L");
+    lib.Add(1, 0, "e4");
+    frmTreeView* a = Open(lib, "a.vnb");
+    frmTreeView* b = Open(lib, "b.vnb");
+    frmTreeView* c = Open(lib, "c.vnb");
     ASSERT_TRUE(a && b && c);
     a->SubWindow()->showMinimized();
-
     frame->mWArrangeWindows->trigger();
     const int width = 1000 - BoardWindow()->width();
     EXPECT_FALSE(a->SubWindow()->isMinimized());
@@ -97,8 +103,7 @@ TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimiz
 
     frame->mWLayerWindows->trigger();
     for (frmTreeView* form : {a, b, c}) EXPECT_EQ(form->SubWindow()->geometry(), QRect(0, 0, width, 900));
-    const QList<QMdiSubWindow*> order = frame->MdiArea()->subWindowList(QMdiArea::StackingOrder);
-    EXPECT_EQ(order.last(), c->SubWindow()) << "the one opened last ends in front";
+    EXPECT_EQ(Front(), c->SubWindow()) << "the one opened last ends in front";
 }
 
 TEST_F(LayoutTest, ArrangeWithNoLibraryOnlyPutsTheRightColumnInOrder) {
@@ -111,39 +116,23 @@ TEST_F(LayoutTest, ArrangeWithNoLibraryOnlyPutsTheRightColumnInOrder) {
     EXPECT_EQ(CommentsWindow()->geometry().topLeft(), QPoint(1000 - BoardWindow()->width(), 0));
 }
 
-TEST_F(LayoutTest, TheShowItemsBringTheirWindowBackAndLeaveTheMenu) {
+TEST_F(LayoutTest, ArrangeBringsClosedWindowsUpAndTheShowItemsBringTheirWindowToTheFront) {
     StartFrame();
-    // The board closed by the user: hidden, its item offered.
-    forms::Board().hide();
-    frame->mWShowBoard->setVisible(true);
-    EXPECT_FALSE(BoardWindow()->isVisible()) << "the sub-window goes with its window";
-
-    frame->mWShowBoard->trigger();
-    EXPECT_TRUE(BoardWindow()->isVisible());
-    EXPECT_FALSE(forms::Board().isHidden());
-    EXPECT_FALSE(frame->mWShowBoard->isVisible());
-
-    forms::Comments().hide();
-    frame->mWShowComments->setVisible(true);
-    forms::Moves().hide();
-    frame->mWShowMoves->setVisible(true);
-
-    // Arrange brings the windows up but leaves the items as they are.
+    frame->show();
+    EXPECT_FALSE(CommentsWindow()->close());
+    EXPECT_FALSE(MovesWindow()->close());
     frame->mWArrangeWindows->trigger();
     EXPECT_TRUE(CommentsWindow()->isVisible());
     EXPECT_TRUE(MovesWindow()->isVisible());
-    EXPECT_TRUE(frame->mWShowComments->isVisible());
+    EXPECT_TRUE(frame->mWShowComments->isVisible()) << "Arrange leaves the items as they are";
     EXPECT_TRUE(frame->mWShowMoves->isVisible());
 
     frame->mWShowComments->trigger();
     EXPECT_FALSE(frame->mWShowComments->isVisible());
-    EXPECT_TRUE(frame->mWShowMoves->isVisible());
-    const QList<QMdiSubWindow*> order = frame->MdiArea()->subWindowList(QMdiArea::StackingOrder);
-    EXPECT_EQ(order.last(), CommentsWindow()) << "comments to the front";
-
+    EXPECT_EQ(Front(), CommentsWindow());
     frame->mWShowMoves->trigger();
     EXPECT_FALSE(frame->mWShowMoves->isVisible());
-    EXPECT_EQ(frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(), MovesWindow());
+    EXPECT_EQ(Front(), MovesWindow());
 }
 
 TEST_F(LayoutTest, ThePopUpItemsFetchTheWindowFromBehind) {
@@ -151,26 +140,9 @@ TEST_F(LayoutTest, ThePopUpItemsFetchTheWindowFromBehind) {
     SetInner(900, BoardWindow()->height() + 150);
     frame->mWArrangeWindows->trigger();
     ASSERT_TRUE(CommentsMovesStacked);
-    ASSERT_EQ(frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(), MovesWindow());
+    ASSERT_EQ(Front(), MovesWindow());
     frame->mMPUShowComments->trigger();
-    EXPECT_EQ(frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(), CommentsWindow());
+    EXPECT_EQ(Front(), CommentsWindow());
     frame->mCPUMShowMoves->trigger();
-    EXPECT_EQ(frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(), MovesWindow());
-}
-
-TEST_F(LayoutTest, AMinimizedFrameLeavesThePlanAlone) {
-    StartFrame();
-    SetInner(1000, 900);
-    const QRect board = BoardWindow()->geometry();
-    const QRect comments = CommentsWindow()->geometry();
-    frame->showMinimized();
-    QCoreApplication::processEvents();
-    ASSERT_TRUE(frame->isMinimized());
-    BoardWindow()->move(5, 5);
-    frame->ShowBoard();
-    frame->ShowCommentMovesWindow();
-    frame->ShowCommentWindow();
-    EXPECT_EQ(BoardWindow()->pos(), QPoint(5, 5));
-    EXPECT_EQ(CommentsWindow()->geometry(), comments);
-    BoardWindow()->setGeometry(board);
+    EXPECT_EQ(Front(), MovesWindow());
 }

@@ -1,6 +1,5 @@
 // The settings store and the memory of the frame's position.
 #include <QFile>
-#include <QMdiSubWindow>
 #include <QSettings>
 #include <initializer_list>
 #include <utility>
@@ -30,31 +29,13 @@ protected:
 
 }  // namespace
 
-TEST_F(SettingsTest, TheStoreReadsTextAndNumbersWithTheirDefaults) {
-    EXPECT_EQ(GetSettingText("Forms", "Nothing"), "");
+TEST_F(SettingsTest, TheStoreKeepsEachValuesKindBetweenRunsAndGivesDefaultsOtherwise) {
+    EXPECT_EQ(GetSettingText("NoSuchSection", "Nothing"), "");
     EXPECT_EQ(GetSettingNumber("Forms", "Nothing"), 0);
-    EXPECT_EQ(GetSettingText("NoSuchSection", "SmartForms"), "");
-
-    SaveSettingText("Forms", "Word", "T");
-    SaveSettingNumber("Forms", "Count", -1234567);
-    EXPECT_EQ(GetSettingText("Forms", "Word"), "T");
-    EXPECT_EQ(GetSettingNumber("Forms", "Count"), -1234567);
-
-    SaveSettingText("Forms", "Nul", QString("ab") + QChar(0) + "cd");
-    EXPECT_EQ(GetSettingText("Forms", "Nul"), "ab") << "the text ends at its first NUL";
-
-    SaveSettingText("Forms", "NotANumber", "twelve");
-    EXPECT_EQ(GetSettingNumber("Forms", "NotANumber"), 0);
-    {
-        QSettings store = SettingsStore();
-        store.setValue("Forms/Huge", QVariant::fromValue<qlonglong>(1LL << 40));
-    }
-    EXPECT_EQ(GetSettingNumber("Forms", "Huge"), 0) << "only a 32-bit value is a number";
-}
-
-TEST_F(SettingsTest, EachValueKeepsItsKindBetweenRuns) {
-    SaveSettingNumber("Forms", "Number", 12);
+    SaveSettingNumber("Forms", "Number", -1234567);
     SaveSettingText("Forms", "Digits", "34");
+    SaveSettingText("Forms", "Nul", QString("ab") + QChar(0) + "cd");
+    SettingsStore().setValue("Forms/Huge", QVariant::fromValue<qlonglong>(1LL << 40));
     {  // another run reads the file as the last one left it
         QSettings store = SettingsStore();
         store.sync();
@@ -63,63 +44,22 @@ TEST_F(SettingsTest, EachValueKeepsItsKindBetweenRuns) {
         file.write("\n");
     }
     SettingsStore().sync();
-    EXPECT_EQ(GetSettingNumber("Forms", "Number"), 12);
+    EXPECT_EQ(GetSettingNumber("Forms", "Number"), -1234567);
     EXPECT_EQ(GetSettingText("Forms", "Number"), "");
     EXPECT_EQ(GetSettingText("Forms", "Digits"), "34");
     EXPECT_EQ(GetSettingNumber("Forms", "Digits"), 0);
+    EXPECT_EQ(GetSettingText("Forms", "Nul"), "ab") << "the text ends at its first NUL";
+    EXPECT_EQ(GetSettingNumber("Forms", "Huge"), 0) << "only a 32-bit value is a number";
 }
 
-TEST_F(SettingsTest, AFirstRunIsUncheckedAndSavesNothing) {
-    SaveSettingText("Forms", "SmartForms", "t");  // only "T" means remember
+TEST_F(SettingsTest, OnlyTRemembersAndUncheckingSavesNothingSoTheOldPositionStays) {
+    SaveSettingText("Forms", "SmartForms", "t");
     SaveSettingNumber("Forms", "MDIVantrelLeft", 1200);
     StartFrame();
-    EXPECT_FALSE(SmartForms);
     EXPECT_FALSE(frame->mWRememberPositions->isChecked());
     CloseFrame();
     EXPECT_EQ(SettingsStore().allKeys().size(), 2) << "nothing saved at exit";
-    EXPECT_EQ(GetSettingText("Forms", "SmartForms"), "t");
-}
 
-TEST_F(SettingsTest, ACheckedItemSavesThePositionAndTheNextStartRestoresIt) {
-    StartFrame();
-    frame->mWRememberPositions->trigger();
-    EXPECT_TRUE(SmartForms);
-    EXPECT_TRUE(frame->mWRememberPositions->isChecked());
-    frame->setGeometry(40, 50, 900, 700);
-    QCoreApplication::processEvents();
-    const QPoint pos = frame->pos();
-    const QSize size = frame->size();
-    CloseFrame();
-
-    EXPECT_EQ(GetSettingText("Forms", "SmartForms"), "T");
-    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWinState"), 0);
-    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelLeft"), PixelsToTwips(pos.x()));
-    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelTop"), PixelsToTwips(pos.y()));
-    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), PixelsToTwips(size.width()));
-    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelHeight"), PixelsToTwips(size.height()));
-
-    SmartForms = false;
-    StartFrame();
-    EXPECT_TRUE(SmartForms);
-    EXPECT_TRUE(frame->mWRememberPositions->isChecked());
-    EXPECT_EQ(frame->pos(), pos);
-    EXPECT_EQ(frame->size(), size);
-}
-
-TEST_F(SettingsTest, AFrameOnALargeScreenStaysWithinSixteenBits) {
-    const QRect start = DefaultFrameGeometry(QRect(0, 0, 3840, 2160), QSize(1000, 750));
-    EXPECT_EQ(start.width(), TwipsToPixels(32767));
-    EXPECT_NEAR(start.left(), (3840 - start.width()) / 2, 1);
-    StartFrame();
-    frame->mWRememberPositions->trigger();
-    frame->setGeometry(10, 10, 3500, 700);
-    CloseFrame();
-    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), 32767);
-    StartFrame();
-    EXPECT_EQ(frame->width(), TwipsToPixels(32767));
-}
-
-TEST_F(SettingsTest, UncheckingSavesNothingSoTheOldPositionStays) {
     Remembered({{"MDIVantrelWinState", 0}, {"MDIVantrelLeft", 1200}, {"MDIVantrelTop", 600},
                 {"MDIVantrelWidth", 9600}, {"MDIVantrelHeight", 7200}});
     StartFrame();
@@ -134,19 +74,43 @@ TEST_F(SettingsTest, UncheckingSavesNothingSoTheOldPositionStays) {
     EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelLeft"), 1200);
 }
 
-TEST_F(SettingsTest, AFrameClosedMinimizedComesBackMinimizedWithThePlanUndone) {
+TEST_F(SettingsTest, ACheckedItemSavesThePositionInTwipsWithinSixteenBitsAndTheNextStartRestoresIt) {
+    StartFrame();
+    frame->mWRememberPositions->trigger();
+    EXPECT_TRUE(frame->mWRememberPositions->isChecked());
+    frame->setGeometry(40, 50, 900, 700);
+    QCoreApplication::processEvents();
+    const QRect at(frame->pos(), frame->size());
+    CloseFrame();
+    EXPECT_EQ(GetSettingText("Forms", "SmartForms"), "T");
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWinState"), 0);
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelLeft"), PixelsToTwips(at.x()));
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelTop"), PixelsToTwips(at.y()));
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), PixelsToTwips(at.width()));
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelHeight"), PixelsToTwips(at.height()));
+    SmartForms = false;
+    StartFrame();
+    EXPECT_TRUE(frame->mWRememberPositions->isChecked());
+    EXPECT_EQ(QRect(frame->pos(), frame->size()), at);
+
+    frame->setGeometry(10, 10, 3500, 700);
+    CloseFrame();
+    EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), 32767);
+    const QRect start = DefaultFrameGeometry(QRect(0, 0, 3840, 2160), QSize(1000, 750));
+    EXPECT_EQ(start.width(), TwipsToPixels(32767));
+    EXPECT_NEAR(start.left(), (3840 - start.width()) / 2, 1);
+}
+
+TEST_F(SettingsTest, AFrameClosedMinimizedOrMaximizedComesBackSo) {
     Remembered({{"MDIVantrelWinState", 1}});
     StartFrame();
     EXPECT_TRUE(frame->isMinimized());
     EXPECT_FALSE(forms::OuterWindow(&forms::Comments())->isVisible()) << "the placing at the start did nothing";
-    EXPECT_FALSE(frame->mWShowComments->isVisible());
     EXPECT_EQ(forms::Board().Board(), std::string(chess::kInitialLayout)) << "Reset still ran";
     frame->showNormal();
     EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible()) << "a restore places the board";
-    EXPECT_FALSE(forms::OuterWindow(&forms::Comments())->isVisible());
-}
+    CloseFrame();
 
-TEST_F(SettingsTest, AFrameClosedMaximizedComesBackMaximizedAndSavesItsState) {
     Remembered({{"MDIVantrelWinState", 2}, {"MDIVantrelLeft", 99999}});
     StartFrame();
     EXPECT_TRUE(frame->isMaximized());
