@@ -68,10 +68,11 @@ TEST_F(SharedWindowsTest, ACurrentBoardOfFixedSizeThatReverseSidesTurnsAndThatDr
     EXPECT_EQ(Pictures(view()), std::string(kStart.rbegin(), kStart.rend())) << "Black at the bottom";
     EXPECT_EQ(board().Board(), kStart) << "Board stays in layout order";
 
-    board().SetBoard(Sicilian());
+    const std::string sicilian = Sicilian();
+    board().SetBoard(sicilian);
     EXPECT_EQ(view().Picture(63), 'R') << "nothing drawn before DisplayBoard";
     board().DisplayBoard();
-    EXPECT_EQ(Pictures(view()), std::string(Sicilian().rbegin(), Sicilian().rend()));
+    EXPECT_EQ(Pictures(view()), std::string(sicilian.rbegin(), sicilian.rend()));
     f.m_reverse_sides->trigger();
     EXPECT_FALSE(bReverseSides || f.m_reverse_sides->isChecked());
     EXPECT_EQ(view().Caption(0) + view().Caption(8), "a1");

@@ -1,5 +1,6 @@
 // The position setup dialog: its controls, its opening, the library
-// selector, the buttons and the drops as the window receives them.
+// selector, the buttons and the drops as the window receives them. What a
+// drop does to the squares is the core's.
 #include <QComboBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -16,40 +17,34 @@ namespace {
 
 const std::string& kStart = kStartLayout;
 const std::string kEmpty(64, '0');
+const std::string kE4 = With(With(kStartLayout, 12, '0'), 28, 'P');
 
-LibraryBuilder OneNode(const std::string& book, const std::string& layout) {
+LibraryBuilder OneNode(const std::string& book, const std::string& layout = kStartLayout) {
     LibraryBuilder lib(book);
     lib.Add(1, 0, "e4", "", false, layout);
     return lib;
 }
 
-class SearchWindowTest : public SearchTest {
-protected:
-    // Delivers a drag of `payload` that enters `target` and is dropped at
-    // `at`; whether the drop was taken.
-    static bool Drop(QWidget* target, QPointF at, const QByteArray& payload) {
-        QMimeData mime;
-        mime.setData(QString::fromLatin1(FrmSearchTree::kMimeType), payload);
-        QDragEnterEvent enter(at.toPoint(), Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(target, &enter);
-        if (!enter.isAccepted()) {
-            QDragLeaveEvent leave;
-            QCoreApplication::sendEvent(target, &leave);
-            return false;
-        }
-        QDropEvent drop(at, Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(target, &drop);
-        return drop.isAccepted();
+// Delivers a drag of `payload` that enters `target` and is dropped at `at`;
+// whether the drop was taken.
+bool Drop(QWidget* target, QPointF at, const QByteArray& payload) {
+    QMimeData mime;
+    mime.setData(QString::fromLatin1(FrmSearchTree::kMimeType), payload);
+    QDragEnterEvent enter(at.toPoint(), Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &enter);
+    if (!enter.isAccepted()) {
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(target, &leave);
+        return false;
     }
-    static bool DropOnSquare(FrmSearchTree& f, int k, const QByteArray& payload) {
-        return Drop(f.Board(), f.Board()->SquareRect(k).center(), payload);
-    }
-    static bool DropOnTrash(FrmSearchTree& f, const QByteArray& payload) {
-        return Drop(f.imgTrash, QPointF(5, 5), payload);
-    }
-};
+    QDropEvent drop(at, Qt::MoveAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &drop);
+    return drop.isAccepted();
+}
 
-TEST_F(SearchWindowTest, ControlsAndCaptions) {
+}  // namespace
+
+TEST_F(SearchTest, TheSetupWindowsControlsAndCaptions) {
     StartFrame();
     FrmSearchTree f;
     EXPECT_EQ(f.windowTitle(), "Vantrel - Setup board position to search....");
@@ -68,20 +63,16 @@ TEST_F(SearchWindowTest, ControlsAndCaptions) {
     EXPECT_TRUE(f.isVisible()) << "none is the cancel button: Esc does nothing";
 }
 
-TEST_F(SearchWindowTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPosition) {
+TEST_F(SearchTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPositionThatTheButtonsSet) {
     StartFrame();
-    const std::string e4 = With(With(kStart, 12, '0'), 28, 'P');
-    ASSERT_NE(Open(OneNode("Lib", e4)), nullptr);
+    ASSERT_NE(Open(OneNode("Lib", kE4)), nullptr);
     {
         FrmSearchTree f;
         f.Form_Load();
-        EXPECT_EQ(FrmSearchTree::szSetupBoard, e4);
-        EXPECT_TRUE(f.lblLibSelect->isHidden()) << "one library: no selector";
-        EXPECT_TRUE(f.cboLibSelect->isHidden());
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, kE4);
+        EXPECT_TRUE(f.lblLibSelect->isHidden() && f.cboLibSelect->isHidden()) << "one library: no selector";
         EXPECT_EQ(f.Board()->Picture(28), 'P');
-        EXPECT_EQ(f.Squares().Tag(28), "P28");
         EXPECT_FALSE(f.Palette[0]->pixmap().isNull());
-        EXPECT_FALSE(f.imgTrash->pixmap().isNull());
         f.cmdReset->click();
         EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart);
         f.cmdCancel->click();
@@ -89,21 +80,9 @@ TEST_F(SearchWindowTest, OpeningDrawsTheTreeBoardOnceAndLaterTheKeptPosition) {
     {
         FrmSearchTree f;
         f.Form_Load();
-        EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart) << "the last board button stays in force after Cancel";
-        EXPECT_EQ(f.Board()->Picture(12), 'P');
+        EXPECT_EQ(f.Board()->Picture(12), 'P') << "the last board button stays in force after Cancel";
         f.cmdCurrent->click();
-        EXPECT_EQ(FrmSearchTree::szSetupBoard, e4);
-        EXPECT_EQ(f.Board()->Picture(12), '0');
-    }
-    EXPECT_TRUE(messages.messages.empty());
-}
-
-TEST_F(SearchWindowTest, ClearThenCancelOpensOnAnEmptyBoardNextTime) {
-    StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
-    {
-        FrmSearchTree f;
-        f.Form_Load();
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, kE4);
         f.Image2_DragDrop(20, DragSource::Palette(4));  // an edit, lost on Cancel
         f.cmdClear->click();
         f.Image2_DragDrop(20, DragSource::Palette(4));
@@ -112,47 +91,26 @@ TEST_F(SearchWindowTest, ClearThenCancelOpensOnAnEmptyBoardNextTime) {
     EXPECT_EQ(FrmSearchTree::szSetupBoard, kEmpty);
     FrmSearchTree f;
     f.Form_Load();
-    for (int k = 0; k < 64; ++k) EXPECT_EQ(f.Board()->Picture(k), '0');
+    EXPECT_EQ(f.Board()->Entries(), kEmpty);
+    EXPECT_TRUE(messages.messages.empty());
 }
 
-TEST_F(SearchWindowTest, SearchReadsTheEditedBoardIntoTheKeptPosition) {
+TEST_F(SearchTest, ReversedTheBoardShowsBlackBelowAndSearchesWhatTheLabelsShow) {
     StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
-    FrmSearchTree f;
-    f.Form_Load();
-    f.Image2_DragDrop(28, DragSource::Square(12));
-    f.imgTrash_DragDrop(DragSource::Square(63));
-    EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart) << "edits live in the tags until Search";
-    EXPECT_EQ(f.Board()->Picture(28), 'P');
-    EXPECT_EQ(f.Board()->Picture(12), '0');
-    EXPECT_EQ(f.Board()->Picture(63), '0');
-    f.cmdSearch->click();
-    EXPECT_EQ(f.result(), QDialog::Accepted);
-    EXPECT_EQ(FrmSearchTree::szSetupBoard, With(With(With(kStart, 12, '0'), 28, 'P'), 63, '0'));
-}
-
-TEST_F(SearchWindowTest, ReversedBoardShowsBlackBelowAndSearchesWhatTheLabelsShow) {
-    StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    ASSERT_NE(Open(OneNode("Lib")), nullptr);
     bReverseSides = true;
-    FrmSearchTree f;
-    f.Form_Load();
-    EXPECT_EQ(f.Board()->Caption(0), "h");
-    EXPECT_EQ(f.Board()->Caption(7), "a");
-    EXPECT_EQ(f.Board()->Caption(8), "8");
-    EXPECT_EQ(f.Board()->Caption(15), "1");
-    f.cmdReset->click();
-    EXPECT_EQ(f.Board()->Picture(0), 'r');
-    EXPECT_EQ(f.Board()->Picture(63), 'R');
-    // A white queen dropped on the square labelled e4 (screen square 35).
-    f.Image2_DragDrop(35, DragSource::Palette(4));
-    f.cmdSearch->click();
-    EXPECT_EQ(FrmSearchTree::szSetupBoard, With(kStart, 28, 'Q'));
-}
-
-TEST_F(SearchWindowTest, SearchAtOnceHandsOverTheKeptPositionInBothOrientations) {
-    StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    {
+        FrmSearchTree f;
+        f.Form_Load();
+        EXPECT_EQ(f.Board()->Caption(0) + f.Board()->Caption(7) + f.Board()->Caption(8) + f.Board()->Caption(15), "ha81");
+        EXPECT_EQ(f.Board()->Picture(0), 'r');
+        // A white queen dropped on the square labelled e4 (screen square 35).
+        f.Image2_DragDrop(35, DragSource::Palette(4));
+        f.cmdSearch->click();
+        EXPECT_EQ(f.result(), QDialog::Accepted);
+        EXPECT_EQ(FrmSearchTree::szSetupBoard, With(kStart, 28, 'Q'));
+    }
+    // Search at once hands over the kept position in both orientations.
     const std::string odd = With(With(kEmpty, 0, 'k'), 63, 'K');
     for (bool reversed : {false, true}) {
         bReverseSides = reversed;
@@ -164,23 +122,19 @@ TEST_F(SearchWindowTest, SearchAtOnceHandsOverTheKeptPositionInBothOrientations)
     }
 }
 
-TEST_F(SearchWindowTest, ThreeLibrariesShowTheSelectorAndAChoiceTakesEffectAtOnce) {
+TEST_F(SearchTest, ThreeLibrariesShowTheSelectorAndAChoiceTakesEffectAtOnce) {
     StartFrame();
     const std::string second = With(kStart, 27, 'N');
-    ASSERT_NE(Open(OneNode("First", kStart), "1.vnb"), nullptr);
+    ASSERT_NE(Open(OneNode("First"), "1.vnb"), nullptr);
     ASSERT_NE(Open(OneNode("Second", second), "2.vnb"), nullptr);
-    ASSERT_NE(Open(OneNode("Third", kStart), "3.vnb"), nullptr);
-    ASSERT_EQ(forms::TreeViews().GetActiveKey(), "TV00003");
+    ASSERT_NE(Open(OneNode("Third"), "3.vnb"), nullptr);
     FrmSearchTree f;
     f.Form_Load();
-    EXPECT_FALSE(f.lblLibSelect->isHidden());
-    EXPECT_FALSE(f.cboLibSelect->isHidden());
+    EXPECT_FALSE(f.lblLibSelect->isHidden() || f.cboLibSelect->isHidden());
     ASSERT_EQ(f.cboLibSelect->count(), 3);
     EXPECT_EQ(f.cboLibSelect->itemText(1), "Second");
-    EXPECT_EQ(f.cboLibSelect->itemData(1).toInt(), 2);
     EXPECT_EQ(f.cboLibSelect->currentIndex(), -1) << "no entry chosen at the start";
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00003");
-
     f.cboLibSelect->setCurrentIndex(1);
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00002");
     f.cmdCurrent->click();
@@ -189,40 +143,24 @@ TEST_F(SearchWindowTest, ThreeLibrariesShowTheSelectorAndAChoiceTakesEffectAtOnc
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV00002") << "Cancel does not undo the choice";
 }
 
-TEST_F(SearchWindowTest, ABoardOfTheWrongLengthIsReportedAndLeavesTheSquares) {
+TEST_F(SearchTest, DropEventsOnTheBoardAndTheTrashBecomeDropsThatSearchReads) {
     StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
-    FrmSearchTree f;
-    f.Form_Load();
-    messages.messages.clear();
-    FrmSearchTree::szSetupBoard = "RNBQ";
-    f.DisplayBoard();
-    EXPECT_EQ(messages.Texts(), QStringList{"Error - couldn't draw board.  Please call support"});
-    EXPECT_EQ(f.Board()->Picture(0), 'R');
-    EXPECT_EQ(f.Squares().Tag(63), "r63");
-}
-
-TEST_F(SearchWindowTest, DropEventsOnTheBoardAndTheTrashBecomeDrops) {
-    StartFrame();
-    ASSERT_NE(Open(OneNode("Lib", kStart)), nullptr);
+    ASSERT_NE(Open(OneNode("Lib")), nullptr);
     FrmSearchTree f;
     f.Form_Load();
     f.resize(f.sizeHint());
-    // A black knight from the palette onto e4, and the pawn of e2 to e3.
-    EXPECT_TRUE(DropOnSquare(f, 28, f.DragPayload(DragSource::Palette(8))));
-    EXPECT_TRUE(DropOnSquare(f, 20, f.DragPayload(DragSource::Square(12))));
-    // The rook of a1 into the trash.
-    EXPECT_TRUE(DropOnTrash(f, f.DragPayload(DragSource::Square(0))));
+    const auto square = [&](int k) { return f.Board()->SquareRect(k).center(); };
+    // A black knight from the palette onto e4, the pawn of e2 to e3, the rook
+    // of a1 into the trash.
+    EXPECT_TRUE(Drop(f.Board(), square(28), f.DragPayload(DragSource::Palette(8))));
+    EXPECT_TRUE(Drop(f.Board(), square(20), f.DragPayload(DragSource::Square(12))));
+    EXPECT_TRUE(Drop(f.imgTrash, QPointF(5, 5), f.DragPayload(DragSource::Square(0))));
     // A drag from another dialog, or of anything else, is not taken.
     FrmSearchTree other;
-    EXPECT_FALSE(DropOnSquare(f, 36, other.DragPayload(DragSource::Palette(5))));
-    EXPECT_FALSE(DropOnSquare(f, 37, QByteArray("garbage")));
-    EXPECT_FALSE(DropOnTrash(f, other.DragPayload(DragSource::Square(4))));
-    EXPECT_FALSE(DropOnTrash(f, f.DragPayload(DragSource{})));
-    f.ReadBoard();
+    EXPECT_FALSE(Drop(f.Board(), square(36), other.DragPayload(DragSource::Palette(5))));
+    EXPECT_FALSE(Drop(f.Board(), square(37), QByteArray("garbage")));
+    EXPECT_FALSE(Drop(f.imgTrash, QPointF(5, 5), f.DragPayload(DragSource{})));
+    EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart) << "edits live in the tags until Search";
+    f.cmdSearch->click();
     EXPECT_EQ(FrmSearchTree::szSetupBoard, With(With(With(With(kStart, 28, 'n'), 12, '0'), 20, 'P'), 0, '0'));
-    EXPECT_EQ(f.Board()->Picture(28), 'n');
-    EXPECT_EQ(f.Board()->Picture(0), '0');
 }
-
-}  // namespace

@@ -49,7 +49,9 @@ void Restart(std::unique_ptr<MDIVantrel>& frame) {
 TEST_F(FrameCommandsTest, TheMenuBarHoldsTheFiveMenusInOrderWithTheirItemsAndTheOpenWindows) {
     StartFrame();
     EXPECT_EQ(frame->windowTitle(), "Vantrel ");
-    EXPECT_EQ(Captions(frame->menuBar()), (QStringList{"&File", "&Tree", "&Board", "&Window", "&Help"}));
+    QStringList bar;
+    for (QAction* a : frame->menuBar()->actions()) bar << a->text();
+    EXPECT_EQ(bar, (QStringList{"&File", "&Tree", "&Board", "&Window", "&Help"}));
     EXPECT_EQ(Captions(frame->m_file), (QStringList{"&Open", "&Import", "Library &Remarks", "-", "Print Set&up", "-", "E&xit"}));
     EXPECT_EQ(Captions(frame->m_tree),
               (QStringList{"&Find", "Find &Next", "-", "E&xpand All", "&Collapse All", "Expand to Next &Game"}));
@@ -163,11 +165,11 @@ TEST_F(FrameCommandsTest, LibraryRemarksShowsTheActiveLibrarysRemarksInAFixedPit
     frame->mFLibRemarks->trigger();
     fb->tvTreeView_GotFocus();
     frame->mFLibRemarks->trigger();
-    ASSERT_EQ(modals.size(), 3u);
+    ASSERT_EQ(modals.size(), 4u) << "B's remarks came up at its load too";
     EXPECT_EQ(modals[0].title, "Library Remarks");
     EXPECT_EQ(modals[0].remarks, "No open libraries");
-    EXPECT_EQ(modals[1].remarks, "") << "empty remarks open the window with nothing in it";
-    EXPECT_TRUE(modals[2].remarks.startsWith("About B") && modals[2].remarks.contains("Second line"));
+    EXPECT_EQ(modals[2].remarks, "") << "empty remarks open the window with nothing in it";
+    EXPECT_TRUE(modals[3].remarks.startsWith("About B") && modals[3].remarks.contains("Second line"));
 
     frmLibRemarks remarks(frame.get());
     EXPECT_TRUE(remarks.txtLibRemarks->isReadOnly());
