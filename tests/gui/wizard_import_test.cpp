@@ -1,7 +1,7 @@
 // The import wizard's run page: RunImport end to end into a scratch program
 // folder, its status lines, Cancel and the close box during a run, the
 // overwrite question and the repair dialog. What the readers and the store
-// make of a file is the core's.
+// make of a file is the core's; the dialog's own lists are its tests'.
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
@@ -10,8 +10,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QRadioButton>
-#include <QTimer>
 #include <functional>
 #include <string>
 #include <vector>
@@ -51,10 +49,6 @@ struct Row {
     bool operator==(const Row&) const = default;
 };
 
-void PrintTo(const Row& r, std::ostream* os) {
-    *os << "{" << r.index << ", " << r.parent << ", " << r.move << ", " << r.description << "}";
-}
-
 class WizardImportTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -77,6 +71,16 @@ protected:
     QByteArray FileText(const QString& name) const {
         QFile f(dir_.file(name));
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+    // The number of records in a library the run wrote.
+    size_t Library(const QString& name) const {
+        vantrel::library::LibraryReader reader;
+        vantrel::library::LibraryHeader header;
+        vantrel::library::LibraryNodeRecord r;
+        size_t n = 0;
+        if (reader.Open(dir_.file(name).toStdString()) && reader.ReadHeader(header))
+            while (reader.ReadRecord(r)) ++n;
+        return n;
     }
 
     // Walks from page 0 to the summary page; PGN games are named by White
@@ -117,17 +121,6 @@ protected:
             rows.push_back(Row{static_cast<int>(st.Int(0)), static_cast<int>(st.Int(1)), std::string(st.TextView(2)),
                                std::string(st.TextView(3))});
         return rows;
-    }
-
-    // The records of a library the run wrote; empty if there is none.
-    std::vector<vantrel::library::LibraryNodeRecord> Library(const QString& name) const {
-        std::vector<vantrel::library::LibraryNodeRecord> records;
-        vantrel::library::LibraryReader reader;
-        vantrel::library::LibraryHeader header;
-        if (!reader.Open(dir_.file(name).toStdString()) || !reader.ReadHeader(header)) return records;
-        vantrel::library::LibraryNodeRecord r;
-        while (reader.ReadRecord(r)) records.push_back(r);
-        return records;
     }
 
     // Answers the repair dialog of `w` with `answer`, after recording what it showed.
@@ -174,7 +167,7 @@ TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibraryOrExitKeepsIt) 
     // The tree's records, then the file's, each counted from 1.
     EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2", "3", "4", "5", " 1", " 2", " 3", " 4", " 5"}));
     EXPECT_EQ(Table().back(), (Row{5, 1, "c5", "c5: Cole Dean"}));
-    EXPECT_EQ(Library("Club.vnb").size(), 5u);
+    EXPECT_EQ(Library("Club.vnb"), 5u);
 
     w.cmdNext->click();
     EXPECT_TRUE(w.Panel[4]->isVisible());
@@ -193,49 +186,9 @@ TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibraryOrExitKeepsIt) 
     Run(other);
     other.cmdNext->click();
     other.cmdCancel->click();
-    EXPECT_FALSE(other.isVisible());
-    EXPECT_EQ(messages_.Texts(), QStringList{"Club.vnb already exists.  OK to overwrite?"});
     EXPECT_EQ(vantrel::ImportCancelled, 1);
     EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
-    EXPECT_TRUE(QFile::exists(dir_.file("Club.vnb")));
-}
-
-TEST_F(WizardImportTest, ANameOutsideTheCodePageOpensAndACancelBeforeTheRunStopsIt) {
-    const QString file = WriteFile("games.pgn", kTwoGames);
-    ToSummary(file, QStringLiteral("Дебюты Ωmega"));
-    Run();
-    wizard_.cmdNext->click();
-    wizard_.cmdNext->click();
-    EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + QStringLiteral("/Дебюты Ωmega.vnb"));
-    EXPECT_EQ(Library(QStringLiteral("Дебюты Ωmega.vnb")).size(), 5u);
-
-    // A Cancel still in the queue when Next starts the run: nothing runs.
-    WatchedWizard other;
-    other.show();
-    ToSummary(other, file, "Later");
-    QTimer::singleShot(0, other.cmdCancel, &QPushButton::click);
-    other.cmdNext->click();
-    EXPECT_FALSE(other.isVisible());
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-    EXPECT_TRUE(other.counts.empty());
-    EXPECT_FALSE(QFile::exists(dir_.file("Later.vnb")));
-}
-
-TEST_F(WizardImportTest, ASanFileUsesTheTypedCommentIndicators) {
-    auto& w = wizard_;
-    const QString file = WriteFile("games.san", "Openings\n!Open game\n1. e4 <<the king's pawn>> e5 2. Nf3\n\n");
-    w.optImportType[1]->click();
-    w.cmdNext->click();
-    w.txtCommentStart->setText("<<");
-    w.txtCommentEnd->setText(">>");
-    w.txtInFile->setText(file);
-    w.txtBookName->setText("Openings");
-    w.cmdNext->click();
-    Run();
-    EXPECT_EQ(Status().last(), "Done") << Status().join("|").toStdString();
-    const auto records = Library("Openings.vnb");
-    ASSERT_EQ(records.size(), 3u);
-    EXPECT_EQ(records[0].remarks, "the king's pawn");
+    EXPECT_EQ(Library("Club.vnb"), 5u);
 }
 
 TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageCanBeRepeatedAndCancelAsksOnce) {
@@ -260,7 +213,7 @@ TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageCanBeRepeatedAndCancelAsksOn
     Run();
     EXPECT_EQ(Status(), (QStringList{"Reading " + good, "Parsing moves list", "Creating library 'Empty.vnb'", "Done"}));
 
-    WatchedWizard other;
+    WatchedWizard other;  // Cancel after a failed run asks, and a second click closes
     other.show();
     ToSummary(other, empty, "Empty");
     Run(other);
@@ -271,8 +224,7 @@ TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageCanBeRepeatedAndCancelAsksOn
     EXPECT_EQ(m.text, "Cancel this import?");
     EXPECT_EQ(m.buttons, ui::Buttons::YesNo);
     EXPECT_EQ(m.defaultAnswer, ui::Answer::No);
-    EXPECT_FALSE(other.ImportRunning);
-    EXPECT_TRUE(other.isVisible()) << "a second click closes";
+    EXPECT_TRUE(other.isVisible() && !other.ImportRunning);
     other.cmdCancel->click();
     EXPECT_EQ(messages_.messages.size(), 1u);
     EXPECT_FALSE(other.isVisible());
@@ -308,7 +260,7 @@ TEST_F(WizardImportTest, CancelDuringARunStopsItAtItsNextCheck) {
         ASSERT_EQ(messages_.Texts(), QStringList{"Cancel this import?"});
         EXPECT_EQ(Status(w).last(), c.lastStatus);
         EXPECT_FALSE(w.ImportRunning);
-        EXPECT_EQ(Library("Club.vnb").size(), c.libraryRecords);
+        EXPECT_EQ(Library("Club.vnb"), c.libraryRecords);
         if (c.libraryRecords == 0) EXPECT_EQ(Table().size(), 1u) << "the record of the click is never added";
         if (c.lastStatus == "Done") continue;
         EXPECT_TRUE(w.cmdBack->isEnabled());
@@ -354,7 +306,7 @@ TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOkAndAMissingWorkingData
     messages_.AnswerWith(ui::Answer::Ok);
     Run();
     EXPECT_EQ(Status().last(), "Done");
-    EXPECT_EQ(Library("Club.vnb").size(), 5u);
+    EXPECT_EQ(Library("Club.vnb"), 5u);
 
     WatchedWizard other;
     other.show();
@@ -418,40 +370,4 @@ TEST_F(WizardImportTest, TheRepairDialogCancelsTheImportOrSkipsTheGame) {
     EXPECT_EQ(Status().last(), "Done");
     EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able"}, {2, 1, "e5", "e5"}, {3, 0, "d4", "d4: Cole"},
                                          {4, 3, "d5", "d5"}}));
-}
-
-TEST_F(WizardImportTest, AWizardOnItsWayOutAsksNoMoreRepairsAndOverwritesNothing) {
-    // The close comes in while the first repair question is up. A second bad
-    // move then ends the run unasked; a second game that adds no record lets
-    // the tree come out whole, and the writer is reached after the close.
-    struct Case {
-        const char* secondGame;
-        int16_t action;
-        QString lastStatus;
-    };
-    const Case cases[] = {{"1. e4 e5 2. Nf4 *", 3, "Import cancelled by user"},
-                          {"1. e4 e5 *", 5, "Couldn't create library 'Club.vnb'"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.lastStatus.toStdString());
-        seen_.clear();
-        WatchedWizard w;
-        w.show();
-        WriteFile("Club.vnb", "old library");
-        ToSummary(w,
-                  WriteFile("games.pgn", QByteArray("[White \"Able\"]\n\n1. e4 e5 2. Nf4 *\n\n[White \"Cole\"]\n\n") +
-                                             c.secondGame + "\n\n"),
-                  "Club");
-        AnswerFixMove(w, [&](frmFixMove& fm) {
-            EXPECT_FALSE(w.close());
-            fm.cmdSkipGame->click();
-        });
-        Run(w);
-        EXPECT_EQ(seen_.size(), 1u);
-        EXPECT_EQ(w.FixMoveAction, c.action);
-        EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
-        EXPECT_EQ(Status(w).last(), c.lastStatus);
-        EXPECT_FALSE(w.isVisible());
-        EXPECT_EQ(vantrel::ImportCancelled, 1);
-        EXPECT_EQ(FileText("Club.vnb"), "old library");
-    }
 }
