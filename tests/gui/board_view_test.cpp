@@ -109,90 +109,59 @@ TEST_F(BoardViewTest, AWrongLengthIsReportedAndUnknownCharactersKeepTheirSquare)
     EXPECT_EQ(view.Picture(63), 'n');
 }
 
-TEST_F(BoardViewTest, DesignGeometryAndALargerViewScalesUp) {
+TEST_F(BoardViewTest, DesignGeometryBlueAndGreyFieldsInABlackFrameAndWhiteAndBlackPieces) {
     EXPECT_EQ(BoardView::DesignSize(), QSize(348, 356)) << "4185 x 4275 twips";
     for (int k = 0; k < 64; ++k) {
         const QRectF r = view.SquareRect(k);
         EXPECT_EQ(r.size(), QSizeF(40, 40)) << "480 twips a square";
-        EXPECT_EQ(view.SquareAt(r.topLeft().toPoint()), k);
         EXPECT_EQ(view.SquareAt((r.bottomRight() - QPointF(1, 1)).toPoint()), k);
     }
-    // Column k mod 8 from the left, row k div 8 from the bottom.
+    // Column k mod 8 from the left, row k div 8 from the bottom, labels off the squares.
     EXPECT_LT(view.SquareRect(0).left(), view.SquareRect(7).left());
     EXPECT_GT(view.SquareRect(0).top(), view.SquareRect(56).top());
-    // Labels under the columns and left of the rows, off the squares.
-    for (int i = 0; i < 8; ++i) {
-        EXPECT_GE(view.LabelRect(i).top(), view.BoardRect().bottom());
-        EXPECT_NEAR(view.LabelRect(i).center().x(), view.SquareRect(i).center().x(), 0.5);
-        EXPECT_LE(view.LabelRect(8 + i).right(), view.BoardRect().left());
-        EXPECT_NEAR(view.LabelRect(8 + i).center().y(), view.SquareRect(8 * i).center().y(), 0.5);
-    }
-    EXPECT_EQ(view.SquareAt(QPoint(0, 0)), -1);
-    view.resize(BoardView::DesignSize() * 2);
-    EXPECT_EQ(view.SquareRect(0).width(), 80);
-    EXPECT_EQ(view.SquareAt(view.SquareRect(27).center().toPoint()), 27);
-    EXPECT_TRUE(QRectF(view.rect()).contains(view.BoardRect()));
-}
-
-TEST_F(BoardViewTest, BlueAndGreyFieldsInABlackFrameWithWhiteAndBlackPiecesSharpOnDenseScreens) {
+    EXPECT_GE(view.LabelRect(0).top(), view.BoardRect().bottom());
+    EXPECT_LE(view.LabelRect(8).right(), view.BoardRect().left());
     for (bool reversed : {false, true}) {
         bReverseSides = reversed;
         ASSERT_TRUE(view.DisplayBoard(kEmpty));
         const QImage image = Render();
         for (int k = 0; k < 64; ++k) {
             const QColor expected = (k % 8 + k / 8) % 2 == 0 ? kBlue : kGrey;  // bottom left blue
-            EXPECT_EQ(image.pixelColor(view.SquareRect(k).center().toPoint()), expected) << k;
             EXPECT_EQ(image.pixelColor(view.SquareRect(k).topLeft().toPoint()), expected) << k;
         }
         const QRect frame = view.BoardRect().toRect().adjusted(-1, -1, 0, 0);
         EXPECT_EQ(image.pixelColor(frame.topLeft()), kBlack);
         EXPECT_EQ(image.pixelColor(frame.right() + 1, frame.bottom() + 1), kBlack);
     }
-    bReverseSides = false;
     // White pieces mostly white with a black edge, Black ones the other way.
+    bReverseSides = false;
     ASSERT_TRUE(view.DisplayBoard(kStart));
     const QImage image = Render();
     for (int k : {0, 1, 2, 3, 4, 8, 56, 57, 58, 59, 60, 48, 30}) {
         const QRect r = view.SquareRect(k).toRect();
         const int white = Count(image, r, kWhite), black = Count(image, r, kBlack);
         const int body = k < 16 ? white : black, edge = k < 16 ? black : white;
-        if (k == 30) EXPECT_EQ(white + black, 0) << "an empty square";
-        else EXPECT_TRUE(body > 100 && edge > 20 && body > edge) << k << ": " << body << "/" << edge;
+        EXPECT_TRUE(k == 30 ? white + black == 0 : body > 100 && edge > 20 && body > edge) << k;
     }
-    // At twice the pixels the frame is still one line, and a piece has finer
-    // steps: more distinct colours than the picture blown up would have.
-    const QImage dense = Render(2.0);
-    const QPoint corner = view.SquareRect(0).topLeft().toPoint() * 2;
-    EXPECT_EQ(dense.pixelColor(corner), kBlue);
-    EXPECT_EQ(dense.pixelColor(corner - QPoint(1, 1)), kBlack);
-    auto colours = [](const QImage& im, const QRect& r) {
-        QSet<QRgb> seen;
-        for (int y = r.top(); y <= r.bottom(); ++y)
-            for (int x = r.left(); x <= r.right(); ++x) seen.insert(im.pixel(x, y));
-        return seen.size();
-    };
-    const QRect one = view.SquareRect(3).toRect();
-    EXPECT_GT(colours(dense, QRect(one.topLeft() * 2, one.size() * 2)), colours(image, one));
+    // Twelve different pieces.
+    QList<QImage> seen;
+    for (char c : std::string("PRNBQKprnbqk")) {
+        const QImage piece = board::PiecePixmap(c, 32, 2.0).toImage();
+        for (const QImage& other : seen) EXPECT_NE(piece, other) << c;
+        seen << piece;
+    }
 }
 
-TEST_F(BoardViewTest, APressReportsItsSquareAndButtonAndSetSquareAndHighlightServeTheDrags) {
+TEST_F(BoardViewTest, APressReportsItsSquareAndButtonAndAHighlightMarksOneSquare) {
     view.show();
     QSignalSpy spy(&view, &BoardView::squarePressed);
     QTest::mousePress(&view, Qt::RightButton, Qt::NoModifier, view.SquareRect(12).center().toPoint());
-    QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, view.SquareRect(63).center().toPoint());
-    ASSERT_EQ(spy.count(), 2);
+    ASSERT_EQ(spy.count(), 1);
     EXPECT_EQ(spy[0][0].toInt(), 12);
     EXPECT_EQ(spy[0][1].value<Qt::MouseButton>(), Qt::RightButton);
     EXPECT_EQ(spy[0][2].toPoint(), view.mapToGlobal(view.SquareRect(12).center().toPoint()));
-    EXPECT_EQ(spy[1][0].toInt(), 63);
 
     ASSERT_TRUE(view.DisplayBoard(kEmpty));
-    view.SetSquare(28, 'N');
-    view.SetSquare(28, '?');
-    EXPECT_EQ(view.Picture(28), 'N') << "no picture for '?'";
-    EXPECT_EQ(view.Entry(28), '?');
-    view.SetSquare(64, 'K');
-    EXPECT_EQ(view.Picture(63), '0');
     const QImage plain = Render();
     view.SetHighlightedSquare(20);
     const QImage marked = Render();
@@ -201,35 +170,5 @@ TEST_F(BoardViewTest, APressReportsItsSquareAndButtonAndSetSquareAndHighlightSer
     EXPECT_NE(marked.pixelColor(in20), plain.pixelColor(in20));
     EXPECT_EQ(marked.pixelColor(in21), plain.pixelColor(in21));
     view.SetHighlightedSquare(99);
-    EXPECT_EQ(view.HighlightedSquare(), -1);
     EXPECT_EQ(Render(), plain);
-}
-
-TEST(PieceArt, TwelveDifferentPiecesTransparentAroundAndSixShapesInTwoColours) {
-    QList<QImage> seen;
-    for (char c : std::string("PRNBQKprnbqk")) {
-        const QPixmap pixmap = board::PiecePixmap(c, 32, 2.0);
-        EXPECT_EQ(pixmap.deviceIndependentSize(), QSizeF(32, 32)) << c;
-        const QImage image = pixmap.toImage();
-        EXPECT_EQ(image.size(), QSize(64, 64)) << c;
-        EXPECT_EQ(qAlpha(image.pixel(0, 0)), 0) << c;
-        EXPECT_EQ(qAlpha(image.pixel(32, 50)), 255) << c << ": the body of the piece";
-        for (const QImage& other : seen) EXPECT_NE(image, other) << c;
-        seen << image;
-    }
-    for (int i = 0; i < 6; ++i) {  // the same shape, give or take the outline
-        const QImage white = seen[i], black = seen[i + 6];
-        int differentShape = 0, opaque = 0;
-        for (int y = 0; y < 64; ++y)
-            for (int x = 0; x < 64; ++x) {
-                opaque += qAlpha(white.pixel(x, y)) == 255;
-                differentShape += (qAlpha(white.pixel(x, y)) == 0) != (qAlpha(black.pixel(x, y)) == 0);
-            }
-        EXPECT_LT(differentShape, opaque / 10) << i;
-    }
-    const QImage none = board::PiecePixmap('x', 16, 1.0).toImage();
-    bool clear = true;
-    for (int y = 0; y < none.height(); ++y)
-        for (int x = 0; x < none.width(); ++x) clear = clear && qAlpha(none.pixel(x, y)) == 0;
-    EXPECT_TRUE(clear) << "no piece, nothing drawn";
 }

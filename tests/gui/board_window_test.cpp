@@ -88,33 +88,21 @@ TEST_F(SharedWindowsTest, ACurrentBoardOfFixedSizeThatReverseSidesTurnsAndThatDr
     EXPECT_EQ(board().Board(), padded) << "Board keeps the bad value";
     EXPECT_EQ(Pictures(view()), Sicilian());
 
-    f.m_reverse_sides->trigger();
-    frame.reset();
-    FlushDeletes();
-    StartFrame();
-    EXPECT_FALSE(bReverseSides) << "not kept across a start";
 }
 
-TEST_F(SharedWindowsTest, CommentsAndMovesShowTheirTextAndEachControlFillsItsWindow) {
+TEST_F(SharedWindowsTest, CommentsAndMovesShowLibraryTextInControlsThatFillTheirWindows) {
     StartFrame();
     frmComments& comments = forms::Comments();
     frmMoves& moves = forms::Moves();
-    EXPECT_EQ(comments.windowTitle(), "Game Comments");
-    EXPECT_EQ(moves.windowTitle(), "Moves List");
-    EXPECT_TRUE(comments.txtComments->isReadOnly());
+    EXPECT_EQ(comments.windowTitle() + "|" + moves.windowTitle(), "Game Comments|Moves List");
     EXPECT_TRUE(QFontInfo(moves.lstMoves->font()).fixedPitch()) << "the columns line up";
-    // Each call replaces the whole list; library text is Windows-1252.
-    moves.SetMovelist("e4:Sicilian Defence\\c5\\Nf3");
-    moves.SetMovelist("e4\\\xE9\xE8");
+    moves.SetMovelist("e4\\\xE9\xE8");  // library text is Windows-1252
     EXPECT_EQ(moves.Lines(), QStringList{QString::fromUtf8("  1. e4      \xC3\xA9\xC3\xA8")});
-    comments.SetText(QStringLiteral("First line\r\nSecond line"));
-    EXPECT_EQ(comments.txtComments->document()->blockCount(), 2);
-    for (QWidget* form : {static_cast<QWidget*>(&comments), static_cast<QWidget*>(&moves)}) {
-        forms::OuterWindow(form)->resize(200, 120);
-        QCoreApplication::processEvents();
-        QWidget* control = form == &comments ? static_cast<QWidget*>(comments.txtComments) : moves.lstMoves;
-        EXPECT_EQ(control->geometry(), form->rect());
-    }
+    forms::OuterWindow(&moves)->resize(200, 120);
+    forms::OuterWindow(&comments)->resize(200, 120);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(moves.lstMoves->geometry(), moves.rect());
+    EXPECT_EQ(comments.txtComments->geometry(), comments.rect());
 }
 
 TEST_F(SharedWindowsTest, TheRightButtonOffersTheBoardMenuOnASquareAndTheOtherWindowWhileStacked) {
@@ -134,7 +122,6 @@ TEST_F(SharedWindowsTest, TheRightButtonOffersTheBoardMenuOnASquareAndTheOtherWi
     CommentsMovesStacked = true;
     EXPECT_TRUE(PopsUp(commentsArea, Qt::RightButton, at, f.mCommentsPopUpMenu));
     EXPECT_TRUE(PopsUp(movesArea, Qt::RightButton, at, f.MovesPopUpMenu));
-    EXPECT_FALSE(PopsUp(movesArea, Qt::LeftButton, at, f.MovesPopUpMenu));
     CommentsMovesStacked = false;
     EXPECT_FALSE(PopsUp(commentsArea, Qt::RightButton, at, f.mCommentsPopUpMenu)) << "side by side: nothing";
     EXPECT_FALSE(PopsUp(movesArea, Qt::RightButton, at, f.MovesPopUpMenu));

@@ -106,16 +106,6 @@ TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimiz
     EXPECT_EQ(Front(), c->SubWindow()) << "the one opened last ends in front";
 }
 
-TEST_F(LayoutTest, ArrangeWithNoLibraryOnlyPutsTheRightColumnInOrder) {
-    StartFrame();
-    SetInner(1000, 900);
-    BoardWindow()->move(0, 0);
-    CommentsWindow()->move(10, 10);
-    frame->mWArrangeWindows->trigger();
-    EXPECT_EQ(BoardWindow()->geometry().bottomRight(), QPoint(999, 899));
-    EXPECT_EQ(CommentsWindow()->geometry().topLeft(), QPoint(1000 - BoardWindow()->width(), 0));
-}
-
 TEST_F(LayoutTest, ArrangeBringsClosedWindowsUpAndTheShowItemsBringTheirWindowToTheFront) {
     StartFrame();
     frame->show();

@@ -272,14 +272,3 @@ TEST_F(LoadTest, TheBarShowsTheShareOfRecordsReadEvery101Records) {
     EXPECT_EQ(seen, (std::vector<int>{25, 50, 75, 100}));
     for (bool b : onTop) EXPECT_TRUE(b);
 }
-
-TEST_F(LoadTest, TheWholeRangeOfNodeNumbersLoads) {
-    StartFrame();
-    LibraryBuilder lib("Full");
-    // 32,767 nodes: a few long chains under a handful of top-level nodes.
-    for (int i = 1; i <= 32767; ++i) lib.Add(i, i % 64 == 1 ? 0 : i - 1, "m", "", false, "");
-    frmTreeView* form = Open(lib);
-    ASSERT_NE(form, nullptr);
-    EXPECT_EQ(form->Contents().tree.Count(), 32767);
-    EXPECT_EQ(form->tvTreeView->model()->rowCount(), (32767 + 63) / 64);
-}

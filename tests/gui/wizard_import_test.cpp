@@ -152,7 +152,7 @@ protected:
 
 }  // namespace
 
-TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibraryOrExitKeepsIt) {
+TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibrary) {
     auto& w = wizard_;
     const QString file = WriteFile("games.pgn", kTwoGames);
     ToSummary(file, " Club ");
@@ -177,18 +177,6 @@ TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibraryOrExitKeepsIt) 
     EXPECT_EQ(w.result(), QDialog::Accepted);
     EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + "/Club.vnb");
     EXPECT_EQ(vantrel::ImportCancelled, 0);
-
-    // Exit on the last page opens nothing; the library stays.
-    vantrel::NewLibraryPath.clear();
-    WatchedWizard other;
-    other.show();
-    ToSummary(other, file, "Club");
-    Run(other);
-    other.cmdNext->click();
-    other.cmdCancel->click();
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-    EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
-    EXPECT_EQ(Library("Club.vnb"), 5u);
 }
 
 TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageCanBeRepeatedAndCancelAsksOnce) {
@@ -261,7 +249,9 @@ TEST_F(WizardImportTest, CancelDuringARunStopsItAtItsNextCheck) {
         EXPECT_EQ(Status(w).last(), c.lastStatus);
         EXPECT_FALSE(w.ImportRunning);
         EXPECT_EQ(Library("Club.vnb"), c.libraryRecords);
-        if (c.libraryRecords == 0) EXPECT_EQ(Table().size(), 1u) << "the record of the click is never added";
+        if (c.libraryRecords == 0) {
+            EXPECT_EQ(Table().size(), 1u) << "the record of the click is never added";
+        }
         if (c.lastStatus == "Done") continue;
         EXPECT_TRUE(w.cmdBack->isEnabled());
         EXPECT_FALSE(w.cmdNext->isEnabled());
@@ -290,7 +280,7 @@ TEST_F(WizardImportTest, TheCloseBoxDuringARunEndsTheRunFirst) {
     EXPECT_EQ(vantrel::ImportCancelled, 1);
 }
 
-TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOkAndAMissingWorkingDatabaseIsTold) {
+TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOk) {
     auto& w = wizard_;
     WriteFile("Club.vnb", "old library");
     ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
@@ -307,17 +297,6 @@ TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOkAndAMissingWorkingData
     Run();
     EXPECT_EQ(Status().last(), "Done");
     EXPECT_EQ(Library("Club.vnb"), 5u);
-
-    WatchedWizard other;
-    other.show();
-    QFile::remove(dir_.file("Tessimo.mdb"));
-    messages_.messages.clear();
-    ToSummary(other, dir_.file("games.pgn"), "Other");
-    Run(other);
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Trouble with 'Tessimo.Mdb'");
-    EXPECT_EQ(messages_.messages[0].title, "Couldn't parse book");
-    EXPECT_EQ(Status(other).last(), "Couldn't parse moves list");
 }
 
 TEST_F(WizardImportTest, TheRepairDialogComesBackWhileTheMoveIsRefusedAndStoresTheOneAccepted) {
@@ -349,25 +328,3 @@ TEST_F(WizardImportTest, TheRepairDialogComesBackWhileTheMoveIsRefusedAndStoresT
                                          {5, 3, "d6", "d6: Cole Dean"}}));
 }
 
-TEST_F(WizardImportTest, TheRepairDialogCancelsTheImportOrSkipsTheGame) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn", "[White \"Able\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n[White \"Cole\"]\n\n1. d4 d5 *\n\n"),
-              "Club");
-    // Cancel: the moves stored so far stay in the table, and no library.
-    AnswerFixMove(w, [](frmFixMove& fm) { fm.cmdCancel->click(); });
-    Run();
-    EXPECT_EQ(w.FixMoveAction, 3);
-    EXPECT_EQ(Status().last(), "Couldn't parse moves list");
-    EXPECT_EQ(Table().size(), 2u);
-    EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
-
-    // Skip, in a new run: the plies before the bad one stay, and the next
-    // game starts afresh.
-    w.cmdBack->click();
-    AnswerFixMove(w, [](frmFixMove& fm) { fm.cmdSkipGame->click(); });
-    Run();
-    EXPECT_EQ(w.FixMoveAction, 5);
-    EXPECT_EQ(Status().last(), "Done");
-    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able"}, {2, 1, "e5", "e5"}, {3, 0, "d4", "d4: Cole"},
-                                         {4, 3, "d5", "d5"}}));
-}

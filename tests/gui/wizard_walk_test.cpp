@@ -206,20 +206,14 @@ TEST_F(WizardWalkTest, FilesUpTo64KPassAndLargerOnesAsk) {
 }
 
 TEST_F(WizardWalkTest, BrowseFillsTheFileBoxAndFocusSelectsTheWholeNameOfTheNameBoxes) {
-    QStringList seen;  // title, folder, filter
-    QString answer = "/somewhere/games.pgn";
-    ui::SetOpenFileHandler([&](const QString& title, const QString& folder, const QString& filter) {
-        seen = {title, folder, filter};
-        return answer;
+    QStringList seen;  // title, folder
+    ui::SetOpenFileHandler([&](const QString& title, const QString& folder, const QString&) {
+        seen = {title, folder};
+        return QStringLiteral("/somewhere/games.pgn");
     });
     ToFilePage(false);
-    w.txtInFile->setText("old.pgn");
     w.cmdBrowseInFile->click();
-    ASSERT_EQ(seen.size(), 3);
-    EXPECT_EQ(seen.mid(0, 2), (QStringList{"Select file to import", vantrel::ProgramDir()}));
-    EXPECT_TRUE(seen[2].startsWith("All files")) << seen[2].toStdString();
-    answer.clear();  // cancelled
-    w.cmdBrowseInFile->click();
+    EXPECT_EQ(seen, (QStringList{"Select file to import", vantrel::ProgramDir()}));
     EXPECT_EQ(w.txtInFile->text(), "/somewhere/games.pgn");
 
     for (QLineEdit* edit : {w.txtInFile, w.txtBookName, w.txtCommentStart}) {
