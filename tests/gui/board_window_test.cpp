@@ -41,7 +41,6 @@ protected:
     }
     frmBoard& board() { return forms::Board(); }
     BoardView& view() { return *forms::Board().View(); }
-
     // A press inside `target`; whether `menu` came up. Closes it again.
     static bool PopsUp(QWidget* target, Qt::MouseButton button, QPoint at, QMenu* menu) {
         QTest::mousePress(target, button, Qt::NoModifier, at);
@@ -60,14 +59,12 @@ TEST_F(SharedWindowsTest, ACurrentBoardOfFixedSizeThatReverseSidesTurnsAndThatDr
     EXPECT_EQ(board().minimumSize(), board().maximumSize()) << "a fixed border";
     EXPECT_EQ(board().size(), QSize(TwipsToPixels(4185), TwipsToPixels(4275)));
     EXPECT_EQ(Pictures(view()), kStart) << "the start-up resets and draws";
-
     f.m_reverse_sides->trigger();
     EXPECT_TRUE(bReverseSides);
     EXPECT_TRUE(f.m_reverse_sides->isChecked());
     EXPECT_EQ(view().Caption(0) + view().Caption(8), "h8");
     EXPECT_EQ(Pictures(view()), std::string(kStart.rbegin(), kStart.rend())) << "Black at the bottom";
     EXPECT_EQ(board().Board(), kStart) << "Board stays in layout order";
-
     const std::string sicilian = Sicilian();
     board().SetBoard(sicilian);
     EXPECT_EQ(view().Picture(63), 'R') << "nothing drawn before DisplayBoard";
@@ -77,7 +74,6 @@ TEST_F(SharedWindowsTest, ACurrentBoardOfFixedSizeThatReverseSidesTurnsAndThatDr
     EXPECT_FALSE(bReverseSides || f.m_reverse_sides->isChecked());
     EXPECT_EQ(view().Caption(0) + view().Caption(8), "a1");
     EXPECT_EQ(Pictures(view()), Sicilian());
-
     board().ResetBoard();
     EXPECT_EQ(board().Board(), kStart);
     EXPECT_EQ(Pictures(view()), Sicilian()) << "ResetBoard draws nothing";
@@ -115,7 +111,6 @@ TEST_F(SharedWindowsTest, TheRightButtonOffersTheBoardMenuOnASquareAndTheOtherWi
     for (int i = 0; i < 16; ++i)
         EXPECT_FALSE(PopsUp(&view(), Qt::RightButton, view().LabelRect(i).center().toPoint(), f.m_board)) << i;
     EXPECT_FALSE(PopsUp(&view(), Qt::RightButton, QPoint(1, 1), f.m_board)) << "beside the board";
-
     QWidget* commentsArea = forms::Comments().txtComments->viewport();
     QWidget* movesArea = forms::Moves().lstMoves->viewport();
     const QPoint at(10, 10);
@@ -158,7 +153,6 @@ TEST_F(SharedWindowsTest, ClosedByTheUserTheyHideUntilTheWindowMenuBringsThemBac
     board().DisplayBoard();
     f.mWShowBoard_Click();
     EXPECT_EQ(Pictures(view()), Sicilian());
-
     AppClosing = true;
     for (const Shared& s : shared) {
         EXPECT_TRUE(s.form->close());

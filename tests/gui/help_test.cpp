@@ -30,7 +30,6 @@ protected:
         const QString shipped = QFileInfo(QStringLiteral(VANTREL_SCHEMA)).dir().filePath("vantrel.HLP");
         ASSERT_TRUE(QFile::copy(shipped, dir.file("vantrel.HLP")));
     }
-
     MessageRecorder messages;
     ScratchProgramDir dir;
 };
@@ -64,7 +63,6 @@ TEST_F(HelpTest, TheMenuOpensTheContentsFromTheHeadingsAndContextNumbersTheirTop
     ASSERT_EQ(imports.size(), 1);
     ASSERT_EQ(imports[0]->childCount(), 2);
     EXPECT_EQ(imports[0]->child(1)->text(0), "Importing a SAN file");
-
     const std::pair<int, const char*> contexts[] = {
         {144, "Importing a PGN file"}, {145, "Importing a SAN file"}, {137, "Importing games"}};
     for (const auto& [number, topic] : contexts) {

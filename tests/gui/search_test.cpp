@@ -91,16 +91,14 @@ protected:
         form->tvTreeView_NodeClick(node);
     }
     static int Selected(frmTreeView* form) { return form->Contents().tree.Selected(); }
-
     std::string search = kTarget;
     bool cancel = false;
-    int chooseLibrary = -1;
-    int dialogs = 0;
+    int chooseLibrary = -1, dialogs = 0;
 };
 
 }  // namespace
 
-TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatchAndKeepsTheStart) {
+TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatch) {
     StartFrame();
     forms::TreeViews().Find();
     forms::TreeViews().FindNext();
@@ -108,6 +106,12 @@ TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatchAndKeepsThe
     EXPECT_EQ(dialogs, 0);
     frmTreeView* form = Open(Ten({3, 8}));
     ASSERT_NE(form, nullptr);
+    search = kStart;  // no node has it: the start node is shown again
+    Select(form, 7);
+    forms::Board().SetBoard(kStart);
+    forms::TreeViews().Find();
+    EXPECT_EQ(forms::Board().Board(), Unique(7));
+    search = kTarget;
     Select(form, 5);
     messages.messages.clear();
     forms::TreeViews().Find();
@@ -115,52 +119,19 @@ TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatchAndKeepsThe
     EXPECT_EQ(form->CurrentNode, 8);
     EXPECT_EQ(forms::Board().Board(), kTarget) << "the node found is shown as by a click";
     forms::TreeViews().FindNext();
-    EXPECT_EQ(dialogs, 1) << "a library with a search goes on without the dialog";
+    EXPECT_EQ(dialogs, 2) << "a library with a search goes on without the dialog";
     EXPECT_EQ(Selected(form), 3);
     forms::TreeViews().FindNext();
     EXPECT_EQ(Selected(form), 3) << "the pass has ended at node 5";
     ASSERT_EQ(messages.Texts(), QStringList{"No match found"});
     EXPECT_TRUE(messages.messages[0].title.isEmpty());
     EXPECT_EQ(form->iSearchStart, 5) << "the start stays fixed through Find Next";
-
     // Find Next in a library without a search opens the dialog.
     frmTreeView* other = Open(Ten({4}, "Other"), "other.vnb");
     ASSERT_NE(other, nullptr);
     forms::TreeViews().FindNext();
-    EXPECT_EQ(dialogs, 2);
+    EXPECT_EQ(dialogs, 3);
     EXPECT_EQ(Selected(other), 4);
-}
-
-TEST_F(SearchTest, CancelAndTheCloseBoxLeaveTheWindowAndItsSearchAloneAndNoMatchShowsTheStart) {
-    StartFrame();
-    frmTreeView* form = Open(Ten({3, 8}));
-    ASSERT_NE(form, nullptr);
-    search = kStart;  // no node has it
-    Select(form, 7);
-    forms::Board().SetBoard(kStart);
-    forms::TreeViews().Find();
-    EXPECT_EQ(messages.Texts(), QStringList{"No match found"});
-    EXPECT_EQ(Selected(form), 7);
-    EXPECT_EQ(forms::Board().Board(), Unique(7));
-
-    search = kTarget;
-    Select(form, 5);
-    forms::TreeViews().Find();
-    Select(form, 2);
-    cancel = true;
-    forms::TreeViews().Find();
-    onModal = [this](QDialog& dialog) {  // the close box counts as Cancel
-        ++dialogs;
-        dialog.show();
-        dialog.close();
-        return dialog.result();
-    };
-    forms::TreeViews().Find();
-    EXPECT_EQ(dialogs, 4);
-    EXPECT_EQ(Selected(form), 2);
-    EXPECT_EQ(form->iSearchStart, 5);
-    forms::TreeViews().FindNext();  // 3..5: the search goes on where it stood
-    EXPECT_EQ(Selected(form), 3);
 }
 
 TEST_F(SearchTest, EachLibraryKeepsItsOwnSearchAndTheSelectorChoosesOneAtOnce) {
@@ -185,21 +156,22 @@ TEST_F(SearchTest, EachLibraryKeepsItsOwnSearchAndTheSelectorChoosesOneAtOnce) {
     forms::TreeViews().Find();
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
     EXPECT_EQ(Selected(a), 3);
-    // Picking the second and cancelling leaves the first's search intact.
-    chooseLibrary = 1;
-    cancel = true;
+    // Picking the second and closing the dialog leaves the first's search intact.
+    onModal = [this](QDialog& dialog) {
+        ++dialogs;
+        qobject_cast<FrmSearchTree*>(&dialog)->cboLibSelect->setCurrentIndex(1);
+        dialog.show();
+        dialog.close();
+        return dialog.result();
+    };
     forms::TreeViews().Find();
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "Cancel does not undo the choice";
     EXPECT_FALSE(b->CurrentSearch());
-    // Another position searched in B; A goes on with its own at once.
-    cancel = false;
-    chooseLibrary = -1;
-    search = Unique(5);
-    forms::TreeViews().Find();
-    EXPECT_EQ(Selected(b), 5);
+    EXPECT_EQ(a->iSearchStart, 1);
+    // A goes on with its own search at once.
     forms::TreeViews().SetActive(a->Tag);
     forms::TreeViews().FindNext();
-    EXPECT_EQ(dialogs, 3);
+    EXPECT_EQ(dialogs, 2);
     EXPECT_EQ(Selected(a), 3) << "the one match, found again at the end of the pass";
 }
 

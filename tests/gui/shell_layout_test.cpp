@@ -19,7 +19,6 @@ protected:
     QWidget* MovesWindow() { return forms::OuterWindow(&forms::Moves()); }
     QWidget* Front() { return frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(); }
     QSize Inner() { return frame->MdiArea()->viewport()->size(); }
-
     // Gives the frame an inner area of the size asked for.
     void SetInner(int width, int height) {
         const QSize now = Inner();
@@ -55,7 +54,6 @@ TEST_F(LayoutTest, CommentsAndMovesStackExactlyWhenTheRoomAboveTheBoardIs2400Twi
     EXPECT_TRUE(CommentsMovesStacked);
     EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 200));
     EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 0, width, 200));
-
     SetInner(1000, boardHeight + 201);
     frame->mWArrangeWindows->trigger();
     EXPECT_FALSE(CommentsMovesStacked);
@@ -72,16 +70,6 @@ TEST_F(LayoutTest, TheBoardSitsInTheBottomRightCornerAndAResizeMovesItButNotComm
     SetInner(1200, 900);
     EXPECT_EQ(CommentsWindow()->geometry(), comments);
     EXPECT_EQ(BoardWindow()->geometry().bottomRight(), QPoint(1199, 899));
-
-    // A minimized frame leaves the plan alone.
-    frame->showMinimized();
-    QCoreApplication::processEvents();
-    ASSERT_TRUE(frame->isMinimized());
-    BoardWindow()->move(5, 5);
-    frame->ShowBoard();
-    frame->ShowCommentMovesWindow();
-    EXPECT_EQ(BoardWindow()->pos(), QPoint(5, 5));
-    EXPECT_EQ(CommentsWindow()->geometry(), comments);
 }
 
 TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimizedOnes) {
@@ -100,7 +88,6 @@ TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimiz
     EXPECT_EQ(a->SubWindow()->geometry(), QRect(0, 0, width, 300));
     EXPECT_EQ(b->SubWindow()->geometry(), QRect(0, 300, width, 300));
     EXPECT_EQ(c->SubWindow()->geometry(), QRect(0, 600, width, 300));
-
     frame->mWLayerWindows->trigger();
     for (frmTreeView* form : {a, b, c}) EXPECT_EQ(form->SubWindow()->geometry(), QRect(0, 0, width, 900));
     EXPECT_EQ(Front(), c->SubWindow()) << "the one opened last ends in front";
@@ -116,7 +103,6 @@ TEST_F(LayoutTest, ArrangeBringsClosedWindowsUpAndTheShowItemsBringTheirWindowTo
     EXPECT_TRUE(MovesWindow()->isVisible());
     EXPECT_TRUE(frame->mWShowComments->isVisible()) << "Arrange leaves the items as they are";
     EXPECT_TRUE(frame->mWShowMoves->isVisible());
-
     frame->mWShowComments->trigger();
     EXPECT_FALSE(frame->mWShowComments->isVisible());
     EXPECT_EQ(Front(), CommentsWindow());

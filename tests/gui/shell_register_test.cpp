@@ -42,7 +42,6 @@ TEST_F(RegisterTest, KeysCountUpAreNotReusedInOneRunAndStopAtTheLastOne) {
     EXPECT_EQ(forms::TreeViews().Item("TV00002"), second);
     EXPECT_EQ(forms::TreeViews().Item("TV00001"), nullptr);
     ASSERT_TRUE(CloseByUser(second));
-
     // An exhausted counter refuses a new window instead of wrapping.
     forms::TreeViews().SetWindowCounter(32766);
     ASSERT_NE(Open(Named("Last", 'P')), nullptr);
@@ -64,14 +63,12 @@ TEST_F(RegisterTest, ClosingALibraryMovesTheActiveKeyOnlyIfItWasActiveAndTheLast
     a->tvTreeView_GotFocus();
     d->tvTreeView_GotFocus();
     ASSERT_EQ(forms::Board().Board(), Layout('B'));
-
     ASSERT_TRUE(CloseByUser(c));
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), d->Tag) << "not the active one: nothing moves";
     ASSERT_TRUE(CloseByUser(d));
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
     EXPECT_EQ(forms::Board().Board(), Layout('B')) << "the closed library's node stays until a tree gets the focus";
     EXPECT_EQ(forms::Comments().Text(), "D comment");
-
     QFocusEvent focusIn(QEvent::FocusIn, Qt::MouseFocusReason);  // the tree's own focus road
     QCoreApplication::sendEvent(a->tvTreeView, &focusIn);
     EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
@@ -95,7 +92,6 @@ TEST_F(RegisterTest, TheQuestionsAndCommandsFollowTheOpenLibraries) {
     EXPECT_TRUE(messages.messages.empty());
     EXPECT_EQ(tv.LibRemarks(), "No open libraries");
     EXPECT_EQ(tv.CurrentBoard(), "");
-
     // The libraries are listed only when there is a choice.
     QStringList libs{"stale"}, tags{"stale"};
     EXPECT_EQ(tv.GetAllLibraries(libs, tags), 0);
@@ -109,7 +105,6 @@ TEST_F(RegisterTest, TheQuestionsAndCommandsFollowTheOpenLibraries) {
     EXPECT_EQ(tv.GetAllLibraries(libs, tags), 3);
     EXPECT_EQ(libs, (QStringList{"First", "Second", "Third"}));
     EXPECT_EQ(tags, (QStringList{"TV00001", "TV00002", "TV00003"}));
-
     tv.SetActive("TV00002");
     EXPECT_EQ(tv.CurrentBoard(), Layout('N'));
     EXPECT_EQ(tv.LibRemarks(), "Remarks of B");

@@ -59,7 +59,6 @@ TEST_F(SettingsTest, OnlyTRemembersAndUncheckingSavesNothingSoTheOldPositionStay
     EXPECT_FALSE(frame->mWRememberPositions->isChecked());
     CloseFrame();
     EXPECT_EQ(SettingsStore().allKeys().size(), 2) << "nothing saved at exit";
-
     Remembered({{"MDIVantrelWinState", 0}, {"MDIVantrelLeft", 1200}, {"MDIVantrelTop", 600},
                 {"MDIVantrelWidth", 9600}, {"MDIVantrelHeight", 7200}});
     StartFrame();
@@ -93,7 +92,6 @@ TEST_F(SettingsTest, ACheckedItemSavesThePositionInTwipsWithinSixteenBitsAndTheN
     StartFrame();
     EXPECT_TRUE(frame->mWRememberPositions->isChecked());
     EXPECT_EQ(QRect(frame->pos(), frame->size()), at);
-
     frame->setGeometry(10, 10, 3500, 700);
     CloseFrame();
     EXPECT_EQ(GetSettingNumber("Forms", "MDIVantrelWidth"), 32767);
@@ -109,7 +107,6 @@ TEST_F(SettingsTest, AFrameClosedMinimizedOrMaximizedComesBackSo) {
     frame->showNormal();
     EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible()) << "a restore places the board";
     CloseFrame();
-
     Remembered({{"MDIVantrelWinState", 2}, {"MDIVantrelLeft", 99999}});
     StartFrame();
     EXPECT_TRUE(frame->isMaximized());

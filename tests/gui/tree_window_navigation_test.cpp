@@ -93,18 +93,15 @@ TEST_F(NavigationTest, AMouseClickAndTheArrowKeysCountAsNodeClicksTheRightButton
     forms::Board().SetBoard(kStart);
     QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, three);
     EXPECT_EQ(forms::Board().Board(), Layout(3)) << "a click on the node shown shows it again";
-
     QTest::keyClick(form->tvTreeView, Qt::Key_Down);
     EXPECT_EQ(form->CurrentNode, 4);
     EXPECT_EQ(forms::Moves().Lines(), (QStringList{"  1. e4      e5", "  2. Nf3     Nc6"}));
-
     // The right button pops up the tree menu and selects nothing.
     QTest::mouseClick(area, Qt::RightButton, Qt::NoModifier, three);
     EXPECT_TRUE(frame->m_tree->isVisible());
     frame->m_tree->hide();
     EXPECT_EQ(form->GetSelectedIndex(), 4);
     EXPECT_EQ(form->CurrentNode, 4);
-
     // A press released on another node leaves nothing that swallows the next
     // click on the node it selected.
     QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, two);
@@ -145,7 +142,6 @@ TEST_F(NavigationTest, ExpandAllCollapseAllAndExpandToNextGame) {
     EXPECT_TRUE(ExpandedNodes(form).empty());
     EXPECT_EQ(form->GetSelectedIndex(), 4) << "the selection stays, hidden";
     EXPECT_EQ(forms::Board().Board(), Layout(4));
-
     form->SelectNode(2);  // reveals node 1
     frame->mTExpandGame->trigger();
     EXPECT_EQ(ExpandedNodes(form), (std::vector<int>{1, 2, 3, 4})) << "node 5 opens the next game";
@@ -190,7 +186,6 @@ TEST_F(NavigationTest, TheControlsFollowTheWindowPlanAndAMaximizedWindowTakesThe
     EXPECT_EQ(form->tvTreeView->geometry(),
               QRect(0, strip, std::min(590, form->width()), std::min(431, form->height() - strip)));
     EXPECT_LE(form->cboListGames->geometry().right(), form->width());
-
     sub->move(30, 40);
     sub->showMaximized();
     QCoreApplication::processEvents();

@@ -61,7 +61,6 @@ protected:
         wizard_.show();
     }
     void TearDown() override { ui::SetModalHandler({}); }
-
     QString WriteFile(const QString& name, const QByteArray& text) {
         QFile f(dir_.file(name));
         EXPECT_TRUE(f.open(QIODevice::WriteOnly));
@@ -82,7 +81,6 @@ protected:
             while (reader.ReadRecord(r)) ++n;
         return n;
     }
-
     // Walks from page 0 to the summary page; PGN games are named by White
     // and Black.
     static void ToSummary(frmImportWizard& w, const QString& file, const QString& book) {
@@ -97,21 +95,18 @@ protected:
         ASSERT_EQ(w.CurrentPage, 2);
     }
     void ToSummary(const QString& file, const QString& book) { ToSummary(wizard_, file, book); }
-
     // Next on the summary page: the whole run happens inside the click.
     static void Run(frmImportWizard& w) {
         ASSERT_EQ(w.CurrentPage, 2);
         w.cmdNext->click();
     }
     void Run() { Run(wizard_); }
-
     static QStringList Status(const frmImportWizard& w) {
         QStringList lines;
         for (int i = 0; i < w.lstStatus->count(); ++i) lines << w.lstStatus->item(i)->text();
         return lines;
     }
     QStringList Status() const { return Status(wizard_); }
-
     std::vector<Row> Table() const {
         vantrel::import::WorkingDatabase db;
         db.Open(dir_.file("Tessimo.mdb").toStdString());
@@ -122,7 +117,6 @@ protected:
                                std::string(st.TextView(3))});
         return rows;
     }
-
     // Answers the repair dialog of `w` with `answer`, after recording what it showed.
     struct FixMoveSeen {
         QString gameName, badType, badMove;
@@ -143,7 +137,6 @@ protected:
             return fm->result();
         });
     }
-
     ScratchProgramDir dir_;
     MessageRecorder messages_;
     WatchedWizard wizard_;
@@ -168,7 +161,6 @@ TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibrary) {
     EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2", "3", "4", "5", " 1", " 2", " 3", " 4", " 5"}));
     EXPECT_EQ(Table().back(), (Row{5, 1, "c5", "c5: Cole Dean"}));
     EXPECT_EQ(Library("Club.vnb"), 5u);
-
     w.cmdNext->click();
     EXPECT_TRUE(w.Panel[4]->isVisible());
     EXPECT_EQ(w.cmdCancel->text(), "Exit");
@@ -190,7 +182,6 @@ TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageCanBeRepeatedAndCancelAsksOn
     EXPECT_TRUE(w.cmdBack->isEnabled());
     EXPECT_FALSE(w.cmdNext->isEnabled());
     EXPECT_FALSE(QFile::exists(dir_.file("Empty.vnb")));
-
     // Back twice to the file page, another file, and the run starts over.
     w.cmdBack->click();
     w.cmdBack->click();
@@ -200,7 +191,6 @@ TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageCanBeRepeatedAndCancelAsksOn
     w.cmdNext->click();
     Run();
     EXPECT_EQ(Status(), (QStringList{"Reading " + good, "Parsing moves list", "Creating library 'Empty.vnb'", "Done"}));
-
     WatchedWizard other;  // Cancel after a failed run asks, and a second click closes
     other.show();
     ToSummary(other, empty, "Empty");

@@ -31,7 +31,6 @@ protected:
         w.show();
     }
     void TearDown() override { ui::SetOpenFileHandler({}); }
-
     // A file of `size` bytes in the scratch folder.
     QString MakeFile(const QString& name, qint64 size) {
         QFile f(dir.file(name));
@@ -57,7 +56,6 @@ protected:
         }
         ASSERT_EQ(w.CurrentPage, 1);
     }
-
     ScratchProgramDir dir;
     MessageRecorder messages;
     frmImportWizard w;
@@ -76,7 +74,6 @@ TEST_F(WizardWalkTest, StartsOnTheFirstPageAndEachPageHasItsCaptions) {
     for (size_t i = 0; i < 7; ++i) EXPECT_FALSE(w.chkTag[i]->isChecked()) << i;
     EXPECT_TRUE(w.chkIgnoreQuestion->isChecked());
     EXPECT_EQ(w.txtCommentStart->text() + w.txtCommentEnd->text(), "////");
-
     const std::pair<int, QStringList> pages[] = {
         {0, {"This wizard will help you import a text file to a ", "Vantrel Library.",
              "Import file is in PGN format.", "Import file is in SAN format.",
@@ -119,7 +116,6 @@ TEST_F(WizardWalkTest, PgnGoesThroughTheTagPageSanSkipsItAndBackRetracesTheWay) 
         EXPECT_EQ(Page(), back);
     }
     EXPECT_EQ(w.txtBookName->text(), "  My Book  ") << "what was typed is still there";
-
     // The options choose the help topic of the kind; SAN goes straight to
     // the file page and sets "//" again.
     w.optImportType[1]->click();
@@ -147,7 +143,6 @@ TEST_F(WizardWalkTest, TheTagPageNeedsOneTagAndTheFilePageTellsOnlyTheFirstTestT
     w.chkTag[6]->setChecked(true);
     w.cmdNext->click();
     ASSERT_EQ(w.CurrentPage, 1) << "Result alone is enough";
-
     const QString file = MakeFile("games.pgn", 10);
     const QString missing = dir.file("nowhere.pgn");
     struct Case {
@@ -185,7 +180,6 @@ TEST_F(WizardWalkTest, FilesUpTo64KPassAndLargerOnesAsk) {
     w.cmdNext->click();
     EXPECT_EQ(w.CurrentPage, 2);
     EXPECT_TRUE(messages.messages.empty());
-
     w.cmdBack->click();
     w.txtInFile->setText(MakeFile("big.pgn", 65537));
     messages.AnswerWith(ui::Answer::Cancel);
@@ -215,7 +209,6 @@ TEST_F(WizardWalkTest, BrowseFillsTheFileBoxAndFocusSelectsTheWholeNameOfTheName
     w.cmdBrowseInFile->click();
     EXPECT_EQ(seen, (QStringList{"Select file to import", vantrel::ProgramDir()}));
     EXPECT_EQ(w.txtInFile->text(), "/somewhere/games.pgn");
-
     for (QLineEdit* edit : {w.txtInFile, w.txtBookName, w.txtCommentStart}) {
         edit->setText("some text here");
         edit->setCursorPosition(3);
@@ -224,24 +217,6 @@ TEST_F(WizardWalkTest, BrowseFillsTheFileBoxAndFocusSelectsTheWholeNameOfTheName
         QApplication::processEvents();
         EXPECT_EQ(edit->selectedText(), edit == w.txtCommentStart ? "" : "some text here");
     }
-}
-
-TEST_F(WizardWalkTest, OptionsCarryTheControlsToTheStore) {
-    ToFilePage(false);
-    w.txtInFile->setText(QString::fromUtf8("/tmp/j\u00e9u.san"));
-    w.txtBookName->setText(QString::fromUtf8("  Caf\u00e9 "));
-    w.txtCommentStart->setText(QString::fromUtf8("\u00ab"));
-    w.txtCommentEnd->setText(QString::fromUtf8(" \u00bb"));
-    w.chkTag[1]->setChecked(true);
-    w.chkIgnoreQuestion->setChecked(false);
-    const auto o = w.Options();
-    EXPECT_EQ(o.programDir, dir.path().toStdString());
-    EXPECT_EQ(o.inFile, "/tmp/j\xc3\xa9u.san");  // a file name in UTF-8
-    EXPECT_EQ(o.bookName, "  Caf\xe9 ");          // library text in Windows-1252, untrimmed
-    EXPECT_FALSE(o.pgn);
-    EXPECT_EQ(o.commentStart + o.commentEnd, "\xab \xbb");
-    EXPECT_EQ(o.tags, (std::array<bool, 7>{false, true, false, false, false, false, false}));
-    EXPECT_FALSE(o.ignoreQuestion);
 }
 
 TEST_F(WizardWalkTest, CancelEscAndTheCloseBoxCloseWithoutAskingBeforeARunAndHelpShowsThePagesTopic) {
@@ -261,7 +236,6 @@ TEST_F(WizardWalkTest, CancelEscAndTheCloseBoxCloseWithoutAskingBeforeARunAndHel
         EXPECT_EQ(vantrel::ImportCancelled, 1);
     }
     EXPECT_TRUE(messages.messages.empty());
-
     const QString dataDir = QFileInfo(QStringLiteral(VANTREL_SCHEMA)).absolutePath();
     ASSERT_TRUE(QFile::copy(dataDir + "/vantrel.HLP", dir.file("vantrel.HLP")));
     w.optImportType[1]->click();
