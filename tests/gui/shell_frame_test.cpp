@@ -189,19 +189,15 @@ TEST_F(FrameCommandsTest, TheAboutBoxNamesTheProductVersionAndContact) {
 TEST_F(FrameCommandsTest, ClosingTheFrameLetsTheLibrariesGoWithoutTheirCleanUp) {
     StartFrame();
     ASSERT_NE(Open(Small("One"), "1.vnb"), nullptr);
-    ASSERT_NE(Open(Small("Two"), "2.vnb"), nullptr);
     const QString comments = forms::Comments().Text();
-    QString statusText = "none";
-    QMetaObject::invokeMethod(
-        qApp, [&] { statusText = forms::StatusLoaded() ? forms::Status().lblMessage->text() : "none"; },
-        Qt::QueuedConnection);
+    QString statusText;
+    QMetaObject::invokeMethod(qApp, [&] { statusText = forms::Status().lblMessage->text(); }, Qt::QueuedConnection);
     EXPECT_TRUE(frame->close());
     FlushDeletes();
     EXPECT_EQ(statusText, "Please wait while Vantrel unloads...");
     EXPECT_TRUE(AppClosing);
     EXPECT_FALSE(forms::StatusLoaded());
     EXPECT_EQ(forms::Comments().Text(), comments) << "no library ran its clean-up";
-    EXPECT_EQ(forms::TreeViews().Count(), 0);
     EXPECT_EQ(frame->MdiArea()->subWindowList().size(), 3) << "only the shared windows are left";
 }
 
