@@ -196,3 +196,17 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
     printer.setOutputFileName(QString());
     printer.setOutputFormat(QPrinter::NativeFormat);
 }
+
+TEST_F(PrintTest, EveryPrintHasOneTypeSizeHoweverLongItsLines) {
+    // The height of the page head's first word, from the PDF's word boxes.
+    const auto headHeight = [](const QString& path) {
+        static const QRegularExpression word(QStringLiteral(R"re(yMin="([\d.]+)" xMax="[\d.]+" yMax="([\d.]+)">Vantrel<)re"));
+        const QRegularExpressionMatch m = word.match(Pdftotext(path, "-bbox"));
+        return m.hasMatch() ? m.captured(2).toDouble() - m.captured(1).toDouble() : -1.0;
+    };
+    const QString a = dir.file(QStringLiteral("a.pdf")), b = dir.file(QStringLiteral("b.pdf"));
+    ASSERT_TRUE(print::PrintPagesToPdf(print::Paginate({"  1. e4"}), a));
+    ASSERT_TRUE(print::PrintPagesToPdf(print::Paginate({"  1. e4           : " + std::string(150, 'x')}), b));
+    EXPECT_GT(headHeight(a), 0);
+    EXPECT_EQ(headHeight(a), headHeight(b));
+}
