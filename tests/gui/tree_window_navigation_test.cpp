@@ -173,7 +173,6 @@ TEST_F(NavigationTest, ChoosingAGameOpensItsBranchSelectsItShowsItAndFocusesTheT
     form->cboListGames->setCurrentIndex(-1);
     form->cboListGames_Click();
     EXPECT_EQ(form->GetSelectedIndex(), 5) << "nothing chosen: nothing happens";
-
 }
 
 TEST_F(NavigationTest, TheControlsFollowTheWindowPlanAndAMaximizedWindowTakesTheInnerArea) {
