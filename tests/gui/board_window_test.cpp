@@ -1,11 +1,13 @@
-// The board window "Current Board" inside the main frame: reset, reverse,
-// the drawing of Board, the right-button menu and closing by the user.
-#include <QMdiSubWindow>
+// The shared windows inside the main frame: "Current Board" (reset, reverse,
+// the drawing of Board, the right-button menu), "Game Comments" and "Moves
+// List" (what they show, the pop-up while stacked), and closing by the user.
+#include <QFontInfo>
+#include <QListWidget>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QTest>
 
 #include "board/board_view.h"
-#include "board/board_window.h"
 #include "chess/board.h"
 #include "shell_fixture.h"
 
@@ -15,7 +17,6 @@ using namespace vantrel::testing;
 namespace {
 
 const std::string kStart(chess::kInitialLayout);
-const QString kDrawError = QStringLiteral("Error - couldn't draw board.  Please call support");
 
 std::string Pictures(const BoardView& view) {
     std::string s;
@@ -23,136 +24,138 @@ std::string Pictures(const BoardView& view) {
     return s;
 }
 
-QStringList Captions(const BoardView& view) {
-    QStringList c;
-    for (int i = 0; i < 16; ++i) c << view.Caption(i);
-    return c;
-}
-
 // The start position after 1. e4 c5.
 std::string Sicilian() {
     std::string s = kStart;
-    s[12] = '0';
+    s[12] = s[50] = '0';
     s[28] = 'P';
-    s[50] = '0';
     s[34] = 'p';
     return s;
 }
 
-class BoardWindowTest : public FrameTest {
+class SharedWindowsTest : public FrameTest {
 protected:
+    void TearDown() override {
+        CommentsMovesStacked = false;
+        FrameTest::TearDown();
+    }
     frmBoard& board() { return forms::Board(); }
     BoardView& view() { return *forms::Board().View(); }
-    QWidget* outer() { return forms::OuterWindow(&forms::Board()); }
-
-    // Presses a mouse button on the board and tells whether the Board menu
-    // came up; closes it again.
-    bool PressPopsUpBoardMenu(Qt::MouseButton button, QPoint at) {
-        QTest::mousePress(&view(), button, Qt::NoModifier, at);
-        const bool shown = frame->m_board->isVisible();
-        frame->m_board->hide();
-        QTest::mouseRelease(&view(), button, Qt::NoModifier, at);
+    // A press inside `target`; whether `menu` came up. Closes it again.
+    static bool PopsUp(QWidget* target, Qt::MouseButton button, QPoint at, QMenu* menu) {
+        QTest::mousePress(target, button, Qt::NoModifier, at);
+        const bool shown = menu->isVisible();
+        menu->hide();
+        QTest::mouseRelease(target, button, Qt::NoModifier, at);
         return shown;
     }
 };
 
 }  // namespace
 
-TEST_F(BoardWindowTest, ACurrentBoardOfFixedSizeWithTheStartPositionThatReverseSidesTurns) {
+TEST_F(SharedWindowsTest, ACurrentBoardOfFixedSizeThatReverseSidesTurnsAndThatDrawsOnlyOnDisplayBoard) {
     MDIVantrel& f = StartFrame();
     EXPECT_EQ(board().windowTitle(), "Current Board");
     EXPECT_EQ(board().minimumSize(), board().maximumSize()) << "a fixed border";
     EXPECT_EQ(board().size(), QSize(TwipsToPixels(4185), TwipsToPixels(4275)));
-    EXPECT_FALSE(outer()->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
-    EXPECT_TRUE(outer()->isVisible());
-    EXPECT_EQ(board().Board(), kStart);
     EXPECT_EQ(Pictures(view()), kStart) << "the start-up resets and draws";
-    const QStringList captions = Captions(view());
-    EXPECT_EQ(captions, QString("a b c d e f g h 1 2 3 4 5 6 7 8").split(' '));
-
-    f.m_reverse_sides_Click();
+    f.m_reverse_sides->trigger();
     EXPECT_TRUE(bReverseSides);
     EXPECT_TRUE(f.m_reverse_sides->isChecked());
-    EXPECT_EQ(Captions(view()), QString("h g f e d c b a 8 7 6 5 4 3 2 1").split(' '));
-    EXPECT_EQ(Pictures(view()), std::string(kStart.rbegin(), kStart.rend())) << "Black at the bottom, a1 top right";
+    EXPECT_EQ(view().Caption(0) + view().Caption(8), "h8");
+    EXPECT_EQ(Pictures(view()), std::string(kStart.rbegin(), kStart.rend())) << "Black at the bottom";
     EXPECT_EQ(board().Board(), kStart) << "Board stays in layout order";
-
-    f.m_reverse_sides_Click();
-    EXPECT_FALSE(bReverseSides);
-    EXPECT_FALSE(f.m_reverse_sides->isChecked());
-    EXPECT_EQ(Pictures(view()), kStart);
-    EXPECT_EQ(Captions(view()), captions);
-    EXPECT_TRUE(messages.messages.empty());
-}
-
-TEST_F(BoardWindowTest, SettingBoardAndResetBoardDrawOnlyOnDisplayBoard) {
-    StartFrame();
-    board().SetBoard(Sicilian());
-    EXPECT_EQ(board().Board(), Sicilian());
-    EXPECT_EQ(Pictures(view()), kStart);
+    const std::string sicilian = Sicilian();
+    board().SetBoard(sicilian);
+    EXPECT_EQ(view().Picture(63), 'R') << "nothing drawn before DisplayBoard";
     board().DisplayBoard();
-    ASSERT_EQ(Pictures(view()), Sicilian());
-
-    bReverseSides = true;
+    EXPECT_EQ(Pictures(view()), std::string(sicilian.rbegin(), sicilian.rend()));
+    f.m_reverse_sides->trigger();
+    EXPECT_FALSE(bReverseSides || f.m_reverse_sides->isChecked());
+    EXPECT_EQ(view().Caption(0) + view().Caption(8), "a1");
+    EXPECT_EQ(Pictures(view()), Sicilian());
     board().ResetBoard();
     EXPECT_EQ(board().Board(), kStart);
-    EXPECT_EQ(view().Entries(), kStart) << "the table in layout order, whatever the orientation";
     EXPECT_EQ(Pictures(view()), Sicilian()) << "ResetBoard draws nothing";
-    board().DisplayBoard();
-    EXPECT_EQ(view().Picture(63), 'R') << "the following DisplayBoard turns it for the screen";
-}
-
-TEST_F(BoardWindowTest, ABadLayoutIsReportedAndTheBoardStays) {
-    StartFrame();
-    board().SetBoard(Sicilian());
-    board().DisplayBoard();
     const std::string padded = kStart.substr(0, 60) + "    ";
     board().SetBoard(padded);
     board().DisplayBoard();
-    ASSERT_EQ(messages.Texts(), QStringList{kDrawError});
-    EXPECT_TRUE(messages.messages[0].title.isEmpty());
+    EXPECT_EQ(messages.Texts(), QStringList{"Error - couldn't draw board.  Please call support"});
     EXPECT_EQ(board().Board(), padded) << "Board keeps the bad value";
     EXPECT_EQ(Pictures(view()), Sicilian());
+
 }
 
-TEST_F(BoardWindowTest, TheRightButtonOnASquareOffersTheBoardMenu) {
+TEST_F(SharedWindowsTest, CommentsAndMovesShowLibraryTextInControlsThatFillTheirWindows) {
     StartFrame();
-    frame->show();
-    ASSERT_TRUE(view().isVisible());
-    EXPECT_TRUE(PressPopsUpBoardMenu(Qt::RightButton, view().SquareRect(0).center().toPoint()));
-    EXPECT_TRUE(PressPopsUpBoardMenu(Qt::RightButton, view().SquareRect(45).center().toPoint()));
-    EXPECT_FALSE(PressPopsUpBoardMenu(Qt::LeftButton, view().SquareRect(45).center().toPoint()));
-    EXPECT_FALSE(PressPopsUpBoardMenu(Qt::MiddleButton, view().SquareRect(45).center().toPoint()));
-    for (int i = 0; i < 16; ++i)
-        EXPECT_FALSE(PressPopsUpBoardMenu(Qt::RightButton, view().LabelRect(i).center().toPoint())) << "label " << i;
-    EXPECT_FALSE(PressPopsUpBoardMenu(Qt::RightButton, QPoint(1, 1))) << "beside the board";
-    EXPECT_FALSE(PressPopsUpBoardMenu(Qt::RightButton, QPoint(view().width() - 2, view().height() - 2)));
+    frmComments& comments = forms::Comments();
+    frmMoves& moves = forms::Moves();
+    EXPECT_EQ(comments.windowTitle() + "|" + moves.windowTitle(), "Game Comments|Moves List");
+    EXPECT_TRUE(QFontInfo(moves.lstMoves->font()).fixedPitch()) << "the columns line up";
+    moves.SetMovelist("e4\\\xE9\xE8");  // library text is Windows-1252
+    EXPECT_EQ(moves.Lines(), QStringList{QString::fromUtf8("  1. e4      \xC3\xA9\xC3\xA8")});
+    forms::OuterWindow(&moves)->resize(200, 120);
+    forms::OuterWindow(&comments)->resize(200, 120);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(moves.lstMoves->geometry(), moves.rect());
+    EXPECT_EQ(comments.txtComments->geometry(), comments.rect());
 }
 
-TEST_F(BoardWindowTest, ClosedByTheUserItHidesUntilTheWindowMenuBringsItBackButGoesAtTheEnd) {
+TEST_F(SharedWindowsTest, TheRightButtonOffersTheBoardMenuOnASquareAndTheOtherWindowWhileStacked) {
     MDIVantrel& f = StartFrame();
     f.show();
-    ASSERT_FALSE(f.mWShowBoard->isVisible());
-    // The frame's close box and the window's own close go the same way.
-    for (QWidget* closing : {outer(), static_cast<QWidget*>(&board())}) {
-        EXPECT_FALSE(closing->close()) << "the close is refused";
-        EXPECT_FALSE(outer()->isVisible());
-        EXPECT_TRUE(f.mWShowBoard->isVisible());
-        EXPECT_EQ(forms::OuterWindow(&forms::Board()), outer()) << "the window stays loaded";
+    const auto square = [&](int k) { return view().SquareRect(k).center().toPoint(); };
+    EXPECT_TRUE(PopsUp(&view(), Qt::RightButton, square(0), f.m_board));
+    EXPECT_TRUE(PopsUp(&view(), Qt::RightButton, square(45), f.m_board));
+    EXPECT_FALSE(PopsUp(&view(), Qt::LeftButton, square(45), f.m_board));
+    for (int i = 0; i < 16; ++i)
+        EXPECT_FALSE(PopsUp(&view(), Qt::RightButton, view().LabelRect(i).center().toPoint(), f.m_board)) << i;
+    EXPECT_FALSE(PopsUp(&view(), Qt::RightButton, QPoint(1, 1), f.m_board)) << "beside the board";
+    QWidget* commentsArea = forms::Comments().txtComments->viewport();
+    QWidget* movesArea = forms::Moves().lstMoves->viewport();
+    const QPoint at(10, 10);
+    CommentsMovesStacked = true;
+    EXPECT_TRUE(PopsUp(commentsArea, Qt::RightButton, at, f.mCommentsPopUpMenu));
+    EXPECT_TRUE(PopsUp(movesArea, Qt::RightButton, at, f.MovesPopUpMenu));
+    CommentsMovesStacked = false;
+    EXPECT_FALSE(PopsUp(commentsArea, Qt::RightButton, at, f.mCommentsPopUpMenu)) << "side by side: nothing";
+    EXPECT_FALSE(PopsUp(movesArea, Qt::RightButton, at, f.MovesPopUpMenu));
+}
 
-        // It goes on being updated while hidden.
-        board().SetBoard(Sicilian());
-        board().DisplayBoard();
-        f.mWShowBoard_Click();
-        EXPECT_TRUE(outer()->isVisible());
-        EXPECT_TRUE(board().isVisible());
-        EXPECT_FALSE(f.mWShowBoard->isVisible());
-        EXPECT_EQ(Pictures(view()), Sicilian());
-        board().ResetBoard();
-        board().DisplayBoard();
+TEST_F(SharedWindowsTest, ClosedByTheUserTheyHideUntilTheWindowMenuBringsThemBackButGoAtTheEnd) {
+    MDIVantrel& f = StartFrame();
+    f.show();
+    struct Shared {
+        QWidget* form;
+        QAction* item;
+        void (MDIVantrel::*show)();
+    };
+    const Shared shared[] = {{&board(), f.mWShowBoard, &MDIVantrel::mWShowBoard_Click},
+                             {&forms::Comments(), f.mWShowComments, &MDIVantrel::mWShowComments_Click},
+                             {&forms::Moves(), f.mWShowMoves, &MDIVantrel::mWShowMoves_Click}};
+    for (const Shared& s : shared) {
+        QWidget* outer = forms::OuterWindow(s.form);
+        // The frame's close box and the window's own close go the same way.
+        for (QWidget* closing : {outer, s.form}) {
+            EXPECT_FALSE(closing->close()) << "the close is refused";
+            EXPECT_FALSE(outer->isVisible());
+            EXPECT_EQ(f.mWShowBoard->isVisible() + f.mWShowComments->isVisible() + f.mWShowMoves->isVisible(), 1)
+                << "only the item of the window closed";
+            EXPECT_TRUE(s.item->isVisible());
+            (f.*s.show)();
+            EXPECT_TRUE(outer->isVisible());
+            EXPECT_FALSE(s.item->isVisible());
+        }
     }
-
+    // Updated while hidden.
+    board().close();
+    board().SetBoard(Sicilian());
+    board().DisplayBoard();
+    f.mWShowBoard_Click();
+    EXPECT_EQ(Pictures(view()), Sicilian());
     AppClosing = true;
-    EXPECT_TRUE(board().close());
-    EXPECT_FALSE(f.mWShowBoard->isVisible()) << "no menu item for a window that goes with the program";
+    for (const Shared& s : shared) {
+        EXPECT_TRUE(s.form->close());
+        EXPECT_FALSE(s.item->isVisible()) << "no menu item for a window that goes with the program";
+    }
 }

@@ -53,3 +53,6 @@ private:
 };
 
 }  // namespace vantrel::testing
+
+// Failures show texts as texts.
+inline void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }

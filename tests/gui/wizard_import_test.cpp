@@ -1,17 +1,15 @@
 // The import wizard's run page: RunImport end to end into a scratch program
 // folder, its status lines, Cancel and the close box during a run, the
-// overwrite question and the repair dialog.
+// overwrite question and the repair dialog. What the readers and the store
+// make of a file is the core's; the dialog's own lists are its tests'.
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
 #include <QFile>
-#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <functional>
 #include <string>
 #include <vector>
@@ -29,20 +27,8 @@ namespace ui = vantrel::ui;
 namespace {
 
 const char* const kTwoGames =
-    "[Event \"Club\"]\n"
-    "[White \"Able\"]\n"
-    "[Black \"Baker\"]\n"
-    "[Result \"1-0\"]\n"
-    "\n"
-    "1. e4 e5 2. Nf3 Nc6 1-0\n"
-    "\n"
-    "[Event \"Club\"]\n"
-    "[White \"Cole\"]\n"
-    "[Black \"Dean\"]\n"
-    "[Result \"0-1\"]\n"
-    "\n"
-    "1. e4 c5 0-1\n"
-    "\n";
+    "[Event \"Club\"]\n[White \"Able\"]\n[Black \"Baker\"]\n[Result \"1-0\"]\n\n1. e4 e5 2. Nf3 Nc6 1-0\n\n"
+    "[Event \"Club\"]\n[White \"Cole\"]\n[Black \"Dean\"]\n[Result \"0-1\"]\n\n1. e4 c5 0-1\n\n";
 
 // A wizard whose store calls can be watched: `onCount` runs after each
 // count shown, as a click would come in at the yield that follows.
@@ -57,18 +43,6 @@ public:
     std::function<void(const std::string&)> onCount;
 };
 
-struct Row {
-    int index;
-    int parent;
-    std::string move;
-    std::string description;
-    bool operator==(const Row&) const = default;
-};
-
-void PrintTo(const Row& r, std::ostream* os) {
-    *os << "{" << r.index << ", " << r.parent << ", " << r.move << ", " << r.description << "}";
-}
-
 class WizardImportTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -81,16 +55,28 @@ protected:
         wizard_.show();
     }
     void TearDown() override { ui::SetModalHandler({}); }
-
     QString WriteFile(const QString& name, const QByteArray& text) {
-        const QString path = dir_.file(name);
-        QFile f(path);
+        QFile f(dir_.file(name));
         EXPECT_TRUE(f.open(QIODevice::WriteOnly));
         f.write(text);
-        return path;
+        return f.fileName();
     }
-
-    // Walks from page 0 to the summary page. PGN games are named by Result.
+    QByteArray FileText(const QString& name) const {
+        QFile f(dir_.file(name));
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+    // The descriptions of the records of a library the run wrote.
+    std::vector<std::string> Library(const QString& name) const {
+        vantrel::library::LibraryReader reader;
+        vantrel::library::LibraryHeader header;
+        vantrel::library::LibraryNodeRecord r;
+        std::vector<std::string> out;
+        if (reader.Open(dir_.file(name).toStdString()) && reader.ReadHeader(header))
+            while (reader.ReadRecord(r)) out.push_back(r.description);
+        return out;
+    }
+    // Walks from page 0 to the summary page; PGN games are named by White
+    // and Black.
     static void ToSummary(frmImportWizard& w, const QString& file, const QString& book) {
         ASSERT_EQ(w.CurrentPage, 0);
         w.cmdNext->click();
@@ -103,54 +89,21 @@ protected:
         ASSERT_EQ(w.CurrentPage, 2);
     }
     void ToSummary(const QString& file, const QString& book) { ToSummary(wizard_, file, book); }
-
     // Next on the summary page: the whole run happens inside the click.
     static void Run(frmImportWizard& w) {
         ASSERT_EQ(w.CurrentPage, 2);
         w.cmdNext->click();
     }
     void Run() { Run(wizard_); }
-
     static QStringList Status(const frmImportWizard& w) {
         QStringList lines;
         for (int i = 0; i < w.lstStatus->count(); ++i) lines << w.lstStatus->item(i)->text();
         return lines;
     }
     QStringList Status() const { return Status(wizard_); }
-
-    QByteArray FileText(const QString& name) const {
-        QFile f(dir_.file(name));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-
-    std::vector<Row> Table() const {
-        vantrel::import::WorkingDatabase db;
-        db.Open(dir_.file("Tessimo.mdb").toStdString());
-        auto st = db.Prepare(R"(SELECT "index", "parent", "move", "description" FROM Moves ORDER BY "index")");
-        std::vector<Row> rows;
-        while (st.Step())
-            rows.push_back(Row{static_cast<int>(st.Int(0)), static_cast<int>(st.Int(1)), std::string(st.TextView(2)),
-                               std::string(st.TextView(3))});
-        return rows;
-    }
-
-    std::vector<vantrel::library::LibraryNodeRecord> Library(const QString& name) const {
-        std::vector<vantrel::library::LibraryNodeRecord> records;
-        vantrel::library::LibraryReader reader;
-        if (!reader.Open(dir_.file(name).toStdString())) {
-            ADD_FAILURE() << "can't open " << name.toStdString();
-            return records;
-        }
-        vantrel::library::LibraryHeader header;
-        EXPECT_TRUE(reader.ReadHeader(header));
-        vantrel::library::LibraryNodeRecord r;
-        while (reader.ReadRecord(r)) records.push_back(r);
-        return records;
-    }
-
     // Answers the repair dialog of `w` with `answer`, after recording what it showed.
     struct FixMoveSeen {
-        QString gameName, badType, before, badMove, after;
+        QString gameName, badType, badMove;
         int16_t bad, last, code;
     };
     void AnswerFixMove(frmImportWizard& w, std::function<void(frmFixMove&)> answer) {
@@ -161,16 +114,13 @@ protected:
                 return int(QDialog::Rejected);
             }
             EXPECT_EQ(fm->parentWidget(), &w);
-            seen_.push_back(FixMoveSeen{fm->lblGameName->text(), fm->lblBadType->text(),
-                                        fm->txtMovesBefore->toPlainText(), fm->txtBadMove->text(),
-                                        fm->txtMovesAfter->toPlainText(), w.BadMoveIndex, w.GameMoveCount,
-                                        w.MoveErrorCode});
+            seen_.push_back(FixMoveSeen{fm->lblGameName->text(), fm->lblBadType->text(), fm->txtBadMove->text(),
+                                        w.BadMoveIndex, w.GameMoveCount, w.MoveErrorCode});
             answer(*fm);
             EXPECT_FALSE(fm->isVisible());
             return fm->result();
         });
     }
-
     ScratchProgramDir dir_;
     MessageRecorder messages_;
     WatchedWizard wizard_;
@@ -179,107 +129,30 @@ protected:
 
 }  // namespace
 
-TEST_F(WizardImportTest, SuccessfulRunThenNextOpensTheNewLibraryOrExitKeepsIt) {
+TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibrary) {
     auto& w = wizard_;
     const QString file = WriteFile("games.pgn", kTwoGames);
     ToSummary(file, " Club ");
     Run();
-
-    EXPECT_EQ(Status(), (QStringList{"Reading " + file, "Parsing moves list", "Creating library 'Club.vnb'",
-                                     "Done"}));
+    EXPECT_EQ(Status(), (QStringList{"Reading " + file, "Parsing moves list", "Creating library 'Club.vnb'", "Done"}));
     EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
-    EXPECT_FALSE(w.ImportRunning);
     EXPECT_EQ(w.CurrentPage, 3);
     EXPECT_FALSE(w.cmdBack->isEnabled());
     EXPECT_TRUE(w.cmdNext->isEnabled());
-    EXPECT_EQ(w.cursor().shape(), Qt::ArrowCursor);
-
     // The tree's records, then the file's, each counted from 1.
     EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2", "3", "4", "5", " 1", " 2", " 3", " 4", " 5"}));
-    EXPECT_EQ(w.lblCount->text(), " 5");
-    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able Baker"},
-                                         {2, 1, "e5", "e5"},
-                                         {3, 2, "Nf3", "Nf3"},
-                                         {4, 3, "Nc6", "Nc6"},
-                                         {5, 1, "c5", "c5: Cole Dean"}}));
     EXPECT_EQ(Library("Club.vnb").size(), 5u);
-
     w.cmdNext->click();
     EXPECT_TRUE(w.Panel[4]->isVisible());
     EXPECT_EQ(w.cmdCancel->text(), "Exit");
     EXPECT_FALSE(w.cmdBack->isEnabled());
     w.cmdNext->click();
-    EXPECT_FALSE(w.isVisible());
     EXPECT_EQ(w.result(), QDialog::Accepted);
     EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + "/Club.vnb");
     EXPECT_EQ(vantrel::ImportCancelled, 0);
-
-    // Exit on the last page asks nothing and opens nothing; the library stays.
-    vantrel::NewLibraryPath.clear();
-    WatchedWizard other;
-    other.show();
-    ToSummary(other, file, "Club");
-    Run(other);
-    other.cmdNext->click();
-    other.cmdCancel->click();
-    EXPECT_FALSE(other.isVisible());
-    EXPECT_EQ(messages_.Texts(), QStringList{"Club.vnb already exists.  OK to overwrite?"});
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-    EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
-    EXPECT_TRUE(QFile::exists(dir_.file("Club.vnb")));
 }
 
-TEST_F(WizardImportTest, ANameOutsideTheCodePageOpensAndACancelBeforeTheRunStopsIt) {
-    // The file keeps the name as typed, and that is the library opened.
-    auto& w = wizard_;
-    const QString file = WriteFile("games.pgn", kTwoGames);
-    ToSummary(file, QStringLiteral("Дебюты Ωmega"));
-    Run();
-    w.cmdNext->click();
-    w.cmdNext->click();
-    EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + QStringLiteral("/Дебюты Ωmega.vnb"));
-    EXPECT_EQ(Library(QStringLiteral("Дебюты Ωmega.vnb")).size(), 5u);
-
-    // A Cancel still in the queue when Next starts the run: nothing runs.
-    WatchedWizard other;
-    other.show();
-    ToSummary(other, file, "Later");
-    QTimer::singleShot(0, other.cmdCancel, &QPushButton::click);
-    other.cmdNext->click();
-    EXPECT_FALSE(other.isVisible());
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-    EXPECT_TRUE(other.counts.empty());
-    EXPECT_FALSE(QFile::exists(dir_.file("Later.vnb")));
-}
-
-TEST_F(WizardImportTest, SanFileUsesTheTypedCommentIndicators) {
-    auto& w = wizard_;
-    const QString file = WriteFile("games.san",
-                                   "Openings to know\n"
-                                   "!Open game\n"
-                                   "1. e4 <<the king's pawn>> e5 2. Nf3\n"
-                                   "!Sicilian\n"
-                                   "1. e4 c5\n"
-                                   "\n");
-    w.optImportType[1]->click();
-    w.cmdNext->click();
-    w.txtCommentStart->setText("<<");
-    w.txtCommentEnd->setText(">>");
-    w.txtInFile->setText(file);
-    w.txtBookName->setText("Openings");
-    w.cmdNext->click();
-    Run();
-    EXPECT_EQ(Status().last(), "Done") << Status().join("|").toStdString();
-    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Open game"},
-                                         {2, 1, "e5", "e5"},
-                                         {3, 2, "Nf3", "Nf3"},
-                                         {4, 1, "c5", "c5: Sicilian"}}));
-    const auto records = Library("Openings.vnb");
-    ASSERT_EQ(records.size(), 4u);
-    EXPECT_EQ(records[0].remarks, "the king's pawn");
-}
-
-TEST_F(WizardImportTest, FailedRunStaysOnTheRunPageAndCanBeRepeated) {
+TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageAndCancelAsksOnce) {
     auto& w = wizard_;
     const QString empty = WriteFile("nomoves.pgn", "[Event \"Nothing\"]\n[Result \"*\"]\n\n*\n\n");
     ToSummary(empty, "Empty");
@@ -290,27 +163,7 @@ TEST_F(WizardImportTest, FailedRunStaysOnTheRunPageAndCanBeRepeated) {
     EXPECT_TRUE(w.cmdBack->isEnabled());
     EXPECT_FALSE(w.cmdNext->isEnabled());
     EXPECT_FALSE(QFile::exists(dir_.file("Empty.vnb")));
-
-    // Back twice to the file page, another file, and the run starts over.
-    w.cmdBack->click();
-    EXPECT_TRUE(w.cmdNext->isEnabled());
-    w.cmdBack->click();
-    EXPECT_EQ(w.CurrentPage, 1);
-    const QString good = WriteFile("games.pgn", kTwoGames);
-    w.txtInFile->setText(good);
-    w.cmdNext->click();
-    Run();
-    EXPECT_EQ(Status(), (QStringList{"Reading " + good, "Parsing moves list", "Creating library 'Empty.vnb'",
-                                     "Done"}));
-    EXPECT_FALSE(w.ImportRunning);
-}
-
-TEST_F(WizardImportTest, CancelAfterAFailedRunAsksAndTakesASecondClick) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("nomoves.pgn", "[Result \"*\"]\n\n*\n\n"), "Empty");
-    Run();
-    ASSERT_TRUE(w.ImportRunning);
-
+    // Cancel after a failed run asks, and a second click closes.
     messages_.AnswerWith(ui::Answer::Yes);
     w.cmdCancel->click();
     ASSERT_EQ(messages_.messages.size(), 1u);
@@ -318,11 +171,7 @@ TEST_F(WizardImportTest, CancelAfterAFailedRunAsksAndTakesASecondClick) {
     EXPECT_EQ(m.text, "Cancel this import?");
     EXPECT_EQ(m.buttons, ui::Buttons::YesNo);
     EXPECT_EQ(m.defaultAnswer, ui::Answer::No);
-    EXPECT_TRUE(m.title.isEmpty());
-    EXPECT_FALSE(w.ImportRunning);
-    EXPECT_TRUE(w.isVisible());
-    EXPECT_EQ(vantrel::ImportCancelled, 0);
-
+    EXPECT_TRUE(w.isVisible() && !w.ImportRunning);
     w.cmdCancel->click();
     EXPECT_EQ(messages_.messages.size(), 1u);
     EXPECT_FALSE(w.isVisible());
@@ -336,13 +185,12 @@ TEST_F(WizardImportTest, CancelDuringARunStopsItAtItsNextCheck) {
         std::string clickAt;
         ui::Answer answer;
         QString lastStatus;
-        int libraryRecords;  // -1: no file
+        size_t libraryRecords;
     };
     const Case cases[] = {
-        {"2", ui::Answer::Yes, "Import cancelled by user", -1},
+        {"2", ui::Answer::Yes, "Import cancelled by user", 0},
         {"2", ui::Answer::No, "Done", 5},
-        // What was written so far stays on disk.
-        {" 3", ui::Answer::Yes, "Couldn't create library 'Club.vnb'", 2},
+        {" 3", ui::Answer::Yes, "Couldn't create library 'Club.vnb'", 2},  // what was written so far stays
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.lastStatus.toStdString());
@@ -359,44 +207,33 @@ TEST_F(WizardImportTest, CancelDuringARunStopsItAtItsNextCheck) {
         ASSERT_EQ(messages_.Texts(), QStringList{"Cancel this import?"});
         EXPECT_EQ(Status(w).last(), c.lastStatus);
         EXPECT_FALSE(w.ImportRunning);
-        EXPECT_TRUE(w.isVisible());
-        if (c.libraryRecords < 0) {
-            EXPECT_EQ(w.lblCount->text(), "2");
-            EXPECT_EQ(Table().size(), 1u) << "the record of the click is never added";
-            EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
-        } else {
-            EXPECT_EQ(Library("Club.vnb").size(), static_cast<size_t>(c.libraryRecords));
-        }
+        EXPECT_EQ(Library("Club.vnb").size(), c.libraryRecords);
         if (c.lastStatus == "Done") continue;
         EXPECT_TRUE(w.cmdBack->isEnabled());
         EXPECT_FALSE(w.cmdNext->isEnabled());
-        // No question now: the run is over.
-        w.cmdCancel->click();
+        w.cmdCancel->click();  // no question now: the run is over
         EXPECT_EQ(messages_.messages.size(), 1u);
         EXPECT_FALSE(w.isVisible());
-        EXPECT_EQ(vantrel::ImportCancelled, 1);
     }
 }
 
-TEST_F(WizardImportTest, CloseBoxDuringARunEndsTheRunFirst) {
+TEST_F(WizardImportTest, TheCloseBoxDuringARunEndsTheRunFirst) {
     auto& w = wizard_;
     ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
     bool visibleAfterClose = false;
     w.onCount = [&](const std::string& text) {
-        if (text == "2") {
-            EXPECT_FALSE(w.close());  // refused while the run is on the stack
-            visibleAfterClose = w.isVisible();
-        }
+        if (text != "2") return;
+        EXPECT_FALSE(w.close());  // refused while the run is on the stack
+        visibleAfterClose = w.isVisible();
     };
     Run();
     EXPECT_TRUE(visibleAfterClose);
-    EXPECT_TRUE(messages_.messages.empty());  // taken as a Yes, without asking
+    EXPECT_TRUE(messages_.messages.empty()) << "taken as a Yes, without asking";
     EXPECT_EQ(Status().last(), "Import cancelled by user");
     EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2"}));
     EXPECT_FALSE(w.isVisible());
     EXPECT_EQ(w.result(), QDialog::Rejected);
     EXPECT_EQ(vantrel::ImportCancelled, 1);
-    EXPECT_TRUE(vantrel::NewLibraryPath.isEmpty());
 }
 
 TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOk) {
@@ -409,144 +246,37 @@ TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOk) {
     EXPECT_EQ(messages_.messages[0].text, "Club.vnb already exists.  OK to overwrite?");
     EXPECT_EQ(messages_.messages[0].buttons, ui::Buttons::OkCancel);
     EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Question);
-    EXPECT_TRUE(messages_.messages[0].title.isEmpty());
     EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
-    EXPECT_TRUE(w.ImportRunning);
     EXPECT_EQ(FileText("Club.vnb"), "old library");
-
-    // Back and on again: the run starts over, and this time OK.
-    w.cmdBack->click();
+    w.cmdBack->click();  // and on again: the run starts over, and this time OK
     messages_.AnswerWith(ui::Answer::Ok);
     Run();
-    EXPECT_EQ(messages_.messages.size(), 2u);
     EXPECT_EQ(Status().last(), "Done");
     EXPECT_EQ(Library("Club.vnb").size(), 5u);
 }
 
-TEST_F(WizardImportTest, MissingWorkingDatabaseIsToldByTheStore) {
-    QFile::remove(dir_.file("Tessimo.mdb"));
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
-    Run();
-    ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Trouble with 'Tessimo.Mdb'");
-    EXPECT_EQ(messages_.messages[0].title, "Couldn't parse book");
-    EXPECT_EQ(Status().last(), "Couldn't parse moves list");
-}
-
-TEST_F(WizardImportTest, RepairDialogAcceptsACorrectedMove) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn",
-                        "[White \"Able\"]\n[Black \"Baker\"]\n\n1. e4 e5 2. Nf4 Nc6 3. Bb5 *\n\n"
-                        "[White \"Cole\"]\n[Black \"Dean\"]\n\n1. e4 e5 2. Nf3 d6 *\n\n"),
+TEST_F(WizardImportTest, TheRepairDialogComesBackWhileTheMoveIsRefusedAndStoresTheOneAccepted) {
+    ToSummary(WriteFile("games.pgn", "[White \"Able\"]\n[Black \"Baker\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
+                                     "[White \"Cole\"]\n[Black \"Dean\"]\n\n1. e4 e5 2. Nf3 d6 *\n\n"),
               "Fixed");
-    AnswerFixMove(w, [](frmFixMove& fm) {
-        fm.txtBadMove->setText("Nf3");
-        fm.cmdOK->click();
-    });
-    Run();
-    ASSERT_EQ(seen_.size(), 1u);
-    const auto& s = seen_[0];
-    EXPECT_EQ(s.bad, 3);
-    EXPECT_EQ(s.last, 5);
-    EXPECT_EQ(s.code, 2);
-    EXPECT_EQ(s.gameName, "Able Baker");
-    EXPECT_EQ(s.badType, "This is an illegal move - Please fix:");
-    EXPECT_EQ(s.before, "1. e4      e5     ");
-    EXPECT_EQ(s.badMove, "Nf4");
-    EXPECT_EQ(s.after, "2.  ...    Nc6    \n3. Bb5            ");
-    EXPECT_EQ(w.FixMoveAction, 4);
-
-    EXPECT_EQ(Status().last(), "Done");
-    // The corrected move is stored, and the second game walks down it.
-    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able Baker"},
-                                         {2, 1, "e5", "e5"},
-                                         {3, 2, "Nf3", "Nf3"},
-                                         {4, 3, "Nc6", "Nc6"},
-                                         {5, 4, "Bb5", "Bb5"},
-                                         {6, 3, "d6", "d6: Cole Dean"}}));
-}
-
-TEST_F(WizardImportTest, RepairDialogComesBackWhileTheMoveIsRefused) {
-    ToSummary(WriteFile("games.pgn", "[White \"Able\"]\n\n1. e4 e5 2. Nf4 *\n\n"), "Again");
     // Unchanged (refused again), then a move that can't be read, then a good one.
-    const QStringList answers{"Nf4", "Nf9", "Nc3"};
+    const QStringList answers{"Nf4", "Nf9", "Nf3"};
     AnswerFixMove(wizard_, [&](frmFixMove& fm) {
-        fm.txtBadMove->setText(answers.value(static_cast<qsizetype>(seen_.size()) - 1, "Nc3"));
+        fm.txtBadMove->setText(answers.value(static_cast<qsizetype>(seen_.size()) - 1, "Nf3"));
         fm.cmdOK->click();
     });
     Run();
     ASSERT_EQ(seen_.size(), 3u);
-    EXPECT_EQ(seen_[0].badMove, "Nf4");
+    EXPECT_EQ(std::tuple(seen_[0].bad, seen_[0].last, seen_[0].code), std::tuple(3, 4, 2));
+    EXPECT_EQ(seen_[0].gameName, "Able Baker");
+    EXPECT_EQ(seen_[0].badType, "This is an illegal move - Please fix:");
     EXPECT_EQ(seen_[1].badMove, "Nf4");
-    EXPECT_EQ(seen_[1].before, seen_[0].before);
     EXPECT_EQ(seen_[1].badType, seen_[0].badType);
     EXPECT_EQ(seen_[2].badMove, "Nf9");
     EXPECT_NE(seen_[2].code, 0);
+    EXPECT_EQ(wizard_.FixMoveAction, 4);
     EXPECT_EQ(Status().last(), "Done");
-    ASSERT_EQ(Table().size(), 3u);
-    EXPECT_EQ(Table()[2].move, "Nc3");
+    // The corrected move is stored, and the second game walks down it.
+    EXPECT_EQ(Library("Fixed.vnb"), (std::vector<std::string>{"e4: Able Baker", "e5", "Nf3", "Nc6", "d6: Cole Dean"}));
 }
 
-TEST_F(WizardImportTest, RepairDialogCancelsTheImportOrSkipsTheGame) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn",
-                        "[White \"Able\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
-                        "[White \"Cole\"]\n\n1. d4 d5 *\n\n"),
-              "Club");
-    // Cancel: the moves stored so far stay in the table, and no library.
-    AnswerFixMove(w, [](frmFixMove& fm) { fm.cmdCancel->click(); });
-    Run();
-    EXPECT_EQ(w.FixMoveAction, 3);
-    EXPECT_EQ(Status().last(), "Couldn't parse moves list");
-    EXPECT_TRUE(w.ImportRunning);
-    EXPECT_EQ(Table().size(), 2u);
-    EXPECT_FALSE(QFile::exists(dir_.file("Club.vnb")));
-
-    // Skip, in a new run: the plies before the bad one stay, and the next
-    // game starts afresh.
-    w.cmdBack->click();
-    AnswerFixMove(w, [](frmFixMove& fm) { fm.cmdSkipGame->click(); });
-    Run();
-    EXPECT_EQ(w.FixMoveAction, 5);
-    EXPECT_EQ(Status().last(), "Done");
-    EXPECT_EQ(Table(), (std::vector<Row>{{1, 0, "e4", "e4: Able"},
-                                         {2, 1, "e5", "e5"},
-                                         {3, 0, "d4", "d4: Cole"},
-                                         {4, 3, "d5", "d5"}}));
-}
-
-TEST_F(WizardImportTest, AWizardOnItsWayOutAsksNoMoreRepairsAndOverwritesNothing) {
-    // The close comes in while the first repair question is up. A second bad
-    // move then ends the run unasked; a second game that adds no record lets
-    // the tree come out whole, and the writer is reached after the close.
-    struct Case {
-        const char* secondGame;
-        int16_t action;
-        QString lastStatus;
-    };
-    const Case cases[] = {{"1. e4 e5 2. Nf4 *", 3, "Import cancelled by user"},
-                          {"1. e4 e5 *", 5, "Couldn't create library 'Club.vnb'"}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.lastStatus.toStdString());
-        seen_.clear();
-        WatchedWizard w;
-        w.show();
-        WriteFile("Club.vnb", "old library");
-        ToSummary(w,
-                  WriteFile("games.pgn", QByteArray("[White \"Able\"]\n\n1. e4 e5 2. Nf4 *\n\n[White \"Cole\"]\n\n") +
-                                             c.secondGame + "\n\n"),
-                  "Club");
-        AnswerFixMove(w, [&](frmFixMove& fm) {
-            EXPECT_FALSE(w.close());
-            fm.cmdSkipGame->click();
-        });
-        Run(w);
-        EXPECT_EQ(seen_.size(), 1u);
-        EXPECT_EQ(w.FixMoveAction, c.action);
-        EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
-        EXPECT_EQ(Status(w).last(), c.lastStatus);
-        EXPECT_FALSE(w.isVisible());
-        EXPECT_EQ(vantrel::ImportCancelled, 1);
-        EXPECT_EQ(FileText("Club.vnb"), "old library");
-    }
-}

@@ -1,0 +1,210 @@
+// The plan of the frame's inner area (the board in the corner, comments and
+// moves above it, library windows tiled or layered on the left) and the
+// register of open libraries: keys, the active library, and what the shared
+// windows show as libraries come and go.
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTreeView>
+#include <tuple>
+
+#include "chess/board.h"
+#include "shell_fixture.h"
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+class LayoutTest : public FrameTest {
+protected:
+    QWidget* BoardWindow() { return forms::OuterWindow(&forms::Board()); }
+    QWidget* CommentsWindow() { return forms::OuterWindow(&forms::Comments()); }
+    QWidget* MovesWindow() { return forms::OuterWindow(&forms::Moves()); }
+    QSize Inner() { return frame->MdiArea()->viewport()->size(); }
+    // Gives the frame an inner area of the size asked for.
+    void SetInner(int width, int height) {
+        const QSize now = Inner();
+        frame->resize(frame->width() + width - now.width(), frame->height() + height - now.height());
+        QCoreApplication::processEvents();
+        ASSERT_EQ(Inner(), QSize(width, height));
+    }
+};
+
+}  // namespace
+
+// The twips that whole pixels cannot give: 2400 stacks, 2401 gives two
+// halves cut to 1200, a frame smaller than the board gives no negative size;
+// the tree window's controls as the window's size less their margins.
+TEST(LayoutPlan, TheEdgesOfTheArithmetic) {
+    EXPECT_TRUE(PlanCommentsMoves(4755 + 2400, 4755).stacked);
+    const CommentMovesPlan over = PlanCommentsMoves(4755 + 2401, 4755);
+    EXPECT_EQ(std::tuple(over.stacked, over.height, over.movesTop), std::tuple(false, 1200, 1200));
+    const CommentMovesPlan none = PlanCommentsMoves(4000, 4755);
+    EXPECT_EQ(std::tuple(none.stacked, none.height), std::tuple(true, 0));
+    EXPECT_EQ(PlanLibraryWindows(1, 3000, 9000, 4500, false)[0].width, 0);
+    const TreeWindowPlan tree = PlanTreeWindow(6000, 5000);
+    EXPECT_EQ(std::tuple(tree.pictureWidth, tree.listWidth, tree.treeWidth, tree.treeHeight),
+              std::tuple(6000, 4800, 5880, 4175));
+}
+
+TEST_F(LayoutTest, CommentsAndMovesStackExactlyWhenTheRoomAboveTheBoardIs2400TwipsOrLess) {
+    StartFrame();
+    const int boardHeight = BoardWindow()->height();
+    const int left = 1000 - BoardWindow()->width(), width = BoardWindow()->width();
+    SetInner(1000, boardHeight + 200);  // 2400 twips
+    frame->mWArrangeWindows->trigger();
+    EXPECT_TRUE(CommentsMovesStacked);
+    EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 200));
+    EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 0, width, 200));
+    SetInner(1000, boardHeight + 201);
+    frame->mWArrangeWindows->trigger();
+    EXPECT_FALSE(CommentsMovesStacked);
+    EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 100));
+    EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 100, width, 100));
+}
+
+TEST_F(LayoutTest, TheBoardSitsInTheBottomRightCornerAndAResizeMovesItButNotCommentsAndMoves) {
+    StartFrame();
+    SetInner(1000, 800);
+    EXPECT_EQ(BoardWindow()->geometry().bottomRight(), QPoint(999, 799));
+    frame->mWLayerWindows->trigger();
+    const QRect comments = CommentsWindow()->geometry();
+    SetInner(1200, 900);
+    EXPECT_EQ(CommentsWindow()->geometry(), comments);
+    EXPECT_EQ(BoardWindow()->geometry().bottomRight(), QPoint(1199, 899));
+}
+
+TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimizedOnes) {
+    StartFrame();
+    SetInner(1000, 900);
+    LibraryBuilder lib("L");
+    lib.Add(1, 0, "e4");
+    frmTreeView* a = Open(lib, "a.vnb");
+    frmTreeView* b = Open(lib, "b.vnb");
+    frmTreeView* c = Open(lib, "c.vnb");
+    ASSERT_TRUE(a && b && c);
+    a->SubWindow()->showMinimized();
+    frame->mWArrangeWindows->trigger();
+    const int width = 1000 - BoardWindow()->width();
+    EXPECT_FALSE(a->SubWindow()->isMinimized());
+    EXPECT_EQ(a->SubWindow()->geometry(), QRect(0, 0, width, 300));
+    EXPECT_EQ(b->SubWindow()->geometry(), QRect(0, 300, width, 300));
+    EXPECT_EQ(c->SubWindow()->geometry(), QRect(0, 600, width, 300));
+    frame->mWLayerWindows->trigger();
+    for (frmTreeView* form : {a, b, c}) EXPECT_EQ(form->SubWindow()->geometry(), QRect(0, 0, width, 900));
+    EXPECT_EQ(frame->MdiArea()->subWindowList(QMdiArea::StackingOrder).last(), c->SubWindow())
+        << "the one opened last ends in front";
+}
+
+namespace {
+
+const std::string kStart(chess::kInitialLayout);
+
+// A layout that differs from the start position on e4.
+std::string Layout(char c) {
+    std::string s = kStart;
+    s[28] = c;
+    return s;
+}
+
+LibraryBuilder Named(const std::string& book, char piece) {
+    LibraryBuilder lib(book);
+    lib.Add(1, 0, "e4", book + " comment", false, Layout(piece)).Add(2, 1, "e5", "", false, Layout(piece));
+    return lib;
+}
+
+class RegisterTest : public FrameTest {};
+
+}  // namespace
+
+TEST_F(RegisterTest, KeysCountUpAreNotReusedInOneRunAndStopAtTheLastOne) {
+    StartFrame();
+    frmTreeView* first = Open(Named("One", 'P'));
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->Tag, "TV00001");
+    ASSERT_TRUE(CloseByUser(first));
+    frmTreeView* second = Open(Named("Two", 'P'));
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->Tag, "TV00002");
+    EXPECT_EQ(forms::TreeViews().Item("TV00002"), second);
+    EXPECT_EQ(forms::TreeViews().Item("TV00001"), nullptr);
+    ASSERT_TRUE(CloseByUser(second));
+    // An exhausted counter refuses a new window instead of wrapping.
+    forms::TreeViews().SetWindowCounter(32766);
+    ASSERT_NE(Open(Named("Last", 'P')), nullptr);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    EXPECT_EQ(Open(Named("Beyond", 'P'), "beyond.vnb"), nullptr);
+    EXPECT_EQ(forms::TreeViews().Count(), 1);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    ASSERT_EQ(messages.messages.size(), 1u);
+    EXPECT_TRUE(messages.messages[0].text.contains("cannot open any more library windows"));
+}
+
+TEST_F(RegisterTest, ClosingALibraryMovesTheActiveKeyOnlyIfItWasActiveAndTheLastOneClearsTheSharedWindows) {
+    StartFrame();
+    frmTreeView* a = Open(Named("A", 'P'), "a.vnb");
+    frmTreeView* b = Open(Named("B", 'N'), "b.vnb");
+    frmTreeView* c = Open(Named("C", 'R'), "c.vnb");
+    frmTreeView* d = Open(Named("D", 'B'), "d.vnb");
+    ASSERT_TRUE(a && b && c && d);
+    a->tvTreeView_GotFocus();
+    d->tvTreeView_GotFocus();
+    ASSERT_EQ(forms::Board().Board(), Layout('B'));
+    ASSERT_TRUE(CloseByUser(c));
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), d->Tag) << "not the active one: nothing moves";
+    ASSERT_TRUE(CloseByUser(d));
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
+    EXPECT_EQ(forms::Board().Board(), Layout('B')) << "the closed library's node stays until a tree gets the focus";
+    EXPECT_EQ(forms::Comments().Text(), "D comment");
+    QFocusEvent focusIn(QEvent::FocusIn, Qt::MouseFocusReason);  // the tree's own focus road
+    QCoreApplication::sendEvent(a->tvTreeView, &focusIn);
+    EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
+    EXPECT_EQ(forms::Board().Board(), Layout('P'));
+    EXPECT_EQ(forms::Comments().Text(), "A comment");
+    ASSERT_TRUE(CloseByUser(b));
+    ASSERT_TRUE(CloseByUser(a));
+    EXPECT_TRUE(forms::TreeViews().GetActiveKey().isEmpty());
+    EXPECT_EQ(forms::Comments().Text(), "") << "empty, not \"No comments\"";
+    EXPECT_TRUE(forms::Moves().Lines().isEmpty());
+    EXPECT_EQ(forms::Board().Board(), kStart);
+    EXPECT_FALSE(forms::StatusLoaded()) << "the please-wait window goes with the library";
+}
+
+TEST_F(RegisterTest, TheQuestionsAndCommandsFollowTheOpenLibraries) {
+    StartFrame();
+    cTreeView& tv = forms::TreeViews();
+    // With no library the commands do nothing and the questions have defaults.
+    tv.ExpandAll();
+    tv.PrintMoveList();
+    EXPECT_TRUE(messages.messages.empty());
+    EXPECT_EQ(tv.LibRemarks(), "No open libraries");
+    EXPECT_EQ(tv.CurrentBoard(), "");
+    // The libraries are listed only when there is a choice.
+    QStringList libs{"stale"}, tags{"stale"};
+    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 0);
+    EXPECT_TRUE(libs.isEmpty());
+    frmTreeView* fa = Open(Named("First", 'P').Remarks("Remarks of A"), "1.vnb");
+    ASSERT_NE(fa, nullptr);
+    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 1);
+    EXPECT_TRUE(libs.isEmpty() && tags.isEmpty());
+    ASSERT_NE(Open(Named("Second", 'N').Remarks("Remarks of B"), "2.vnb"), nullptr);
+    ASSERT_NE(Open(Named("Third", 'R'), "3.vnb"), nullptr);
+    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 3);
+    EXPECT_EQ(libs, (QStringList{"First", "Second", "Third"}));
+    EXPECT_EQ(tags, (QStringList{"TV00001", "TV00002", "TV00003"}));
+    tv.SetActive("TV00002");
+    EXPECT_EQ(tv.CurrentBoard(), Layout('N'));
+    EXPECT_EQ(tv.LibRemarks(), "Remarks of B");
+    tv.SetActive(fa->Tag);
+    EXPECT_EQ(tv.CurrentBoard(), Layout('P'));
+    EXPECT_EQ(tv.LibRemarks(), "Remarks of A");
+}
+
+TEST_F(RegisterTest, ANewLibraryTakesTheLeftOfTheFrameBesideTheBoard) {
+    StartFrame();
+    frmTreeView* form = Open(Named("Left", 'P'));
+    ASSERT_NE(form, nullptr);
+    const QSize inner = frame->MdiArea()->viewport()->size();
+    const int boardWidth = forms::OuterWindow(&forms::Board())->width();
+    EXPECT_EQ(forms::OuterWindow(form)->geometry(), QRect(0, 0, inner.width() - boardWidth, inner.height()));
+}
