@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTimer>
 #include <functional>
 #include <string>
 #include <vector>
@@ -132,24 +133,38 @@ protected:
 TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibrary) {
     auto& w = wizard_;
     const QString file = WriteFile("games.pgn", kTwoGames);
-    ToSummary(file, " Club ");
+    // A name outside Windows-1252 keeps its spelling in the file opened.
+    const QString name = QStringLiteral("Партии Ωmega");
+    ToSummary(file, " " + name + " ");
     Run();
-    EXPECT_EQ(Status(), (QStringList{"Reading " + file, "Parsing moves list", "Creating library 'Club.vnb'", "Done"}));
+    EXPECT_EQ(Status(), (QStringList{"Reading " + file, "Parsing moves list", "Creating library '" + name + ".vnb'",
+                                     "Done"}));
     EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
     EXPECT_EQ(w.CurrentPage, 3);
     EXPECT_FALSE(w.cmdBack->isEnabled());
     EXPECT_TRUE(w.cmdNext->isEnabled());
     // The tree's records, then the file's, each counted from 1.
     EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2", "3", "4", "5", " 1", " 2", " 3", " 4", " 5"}));
-    EXPECT_EQ(Library("Club.vnb").size(), 5u);
+    EXPECT_EQ(Library(name + ".vnb").size(), 5u);
     w.cmdNext->click();
     EXPECT_TRUE(w.Panel[4]->isVisible());
     EXPECT_EQ(w.cmdCancel->text(), "Exit");
     EXPECT_FALSE(w.cmdBack->isEnabled());
     w.cmdNext->click();
     EXPECT_EQ(w.result(), QDialog::Accepted);
-    EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + "/Club.vnb");
+    EXPECT_EQ(vantrel::NewLibraryPath, vantrel::ProgramDir() + "/" + name + ".vnb");
     EXPECT_EQ(vantrel::ImportCancelled, 0);
+}
+
+TEST_F(WizardImportTest, ACancelQueuedBeforeTheRunStopsIt) {
+    auto& w = wizard_;
+    ToSummary(WriteFile("games.pgn", kTwoGames), "Later");
+    QTimer::singleShot(0, w.cmdCancel, &QPushButton::click);
+    w.cmdNext->click();
+    EXPECT_FALSE(w.isVisible());
+    EXPECT_EQ(vantrel::ImportCancelled, 1);
+    EXPECT_TRUE(w.counts.empty());
+    EXPECT_FALSE(QFile::exists(dir_.file("Later.vnb")));
 }
 
 TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageAndCancelAsksOnce) {
