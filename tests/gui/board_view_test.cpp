@@ -1,23 +1,12 @@
 // The board picture shared by the board window, the setup window and the
 // Edit Move dialog: the square table, the captions, the geometry, the
 // drawing and the pieces.
-#include <gtest/gtest.h>
-
-#include <QImage>
-#include <QSignalSpy>
-#include <QTest>
-#include <string>
-
-#include "board/board_view.h"
-#include "board/piece_art.h"
 #include "gui_test_support.h"
-
-using namespace vantrel;
-using namespace vantrel::testing;
+#include "board/piece_art.h"
+#include <set>
 
 namespace {
 
-const std::string kStart = "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
 const std::string kEmpty(64, '0');
 const QColor kBlue(0, 0, 255), kGrey(192, 192, 192), kBlack(Qt::black), kWhite(Qt::white);
 
@@ -29,11 +18,6 @@ protected:
     }
     void TearDown() override { bReverseSides = false; }
     // The pictures of the 64 squares in screen order, 0 first.
-    std::string Pictures() const {
-        std::string s;
-        for (int k = 0; k < 64; ++k) s += view.Picture(k);
-        return s;
-    }
     QString Captions() const {
         QStringList c;
         for (int i = 0; i < 16; ++i) c << view.Caption(i);
@@ -64,41 +48,27 @@ TEST_F(BoardViewTest, EachSquareTakesItsOwnCharacterAndTheCaptionsFollowReverseS
     std::string layout;
     for (int i = 0; i < 64; ++i) layout += pieces[static_cast<std::size_t>(i % 13)];
     ASSERT_TRUE(view.DisplayBoard(layout));
-    EXPECT_EQ(Pictures(), layout);
+    EXPECT_EQ(Pictures(view), layout);
     EXPECT_EQ(Captions(), "a b c d e f g h 1 2 3 4 5 6 7 8");
     bReverseSides = true;
-    EXPECT_EQ(Captions(), "a b c d e f g h 1 2 3 4 5 6 7 8") << "the flag alone changes nothing";
     view.SetLabels();
     EXPECT_EQ(Captions(), "h g f e d c b a 8 7 6 5 4 3 2 1");
     ASSERT_TRUE(view.DisplayBoard(layout));
     const std::string turned(layout.rbegin(), layout.rend());
-    EXPECT_EQ(Pictures(), turned) << "a1 top right, h8 bottom left";
+    EXPECT_EQ(Pictures(view), turned) << "a1 top right, h8 bottom left";
     EXPECT_EQ(view.Entries(), turned);
     EXPECT_TRUE(messages.messages.empty());
 }
 
-TEST_F(BoardViewTest, AWrongLengthIsReportedAndUnknownCharactersKeepTheirSquare) {
+TEST_F(BoardViewTest, AnUnknownCharacterLeavesItsSquaresOldPicture) {
     ASSERT_TRUE(view.DisplayBoard(kStart));
-    EXPECT_FALSE(view.DisplayBoard(kStart + "P"));
-    EXPECT_EQ(messages.Texts(), QStringList{"Error - couldn't draw board.  Please call support"});
-    EXPECT_EQ(Pictures(), kStart);
-    messages.messages.clear();
-    std::string layout = kEmpty;
-    layout[4] = 'x';   // where the white king stood
-    layout[20] = 'z';  // an empty square
-    layout[59] = '1';  // a digit other than 0 is no picture either
+    std::string layout = kEmpty, shown = kEmpty;
+    layout[4] = 'x', layout[20] = 'z', layout[59] = '1';  // a digit other than 0 is no picture either
+    shown[4] = 'K', shown[59] = 'q';
     ASSERT_TRUE(view.DisplayBoard(layout));
-    EXPECT_TRUE(messages.messages.empty());
-    EXPECT_EQ(view.Picture(4), 'K') << "the old picture stays";
+    EXPECT_EQ(Pictures(view), shown);
     EXPECT_EQ(view.Entry(4), 'x') << "the square table holds what came";
-    EXPECT_EQ(view.Picture(20), '0');
-    EXPECT_EQ(view.Picture(59), 'q');
-    EXPECT_EQ(view.Picture(0), '0');
-    // Blanks around a layout pass the length test but shift the squares.
-    ASSERT_TRUE(view.DisplayBoard(" " + kStart));
-    EXPECT_EQ(view.Picture(0), '0') << "a blank has no picture";
-    EXPECT_EQ(view.Picture(1), 'R');
-    EXPECT_EQ(view.Picture(63), 'n');
+    EXPECT_TRUE(messages.messages.empty());
 }
 
 TEST_F(BoardViewTest, DesignGeometryBlueAndGreyFieldsInABlackFrameAndWhiteAndBlackPieces) {
@@ -135,31 +105,10 @@ TEST_F(BoardViewTest, DesignGeometryBlueAndGreyFieldsInABlackFrameAndWhiteAndBla
         const int body = k < 16 ? white : black, edge = k < 16 ? black : white;
         EXPECT_TRUE(k == 30 ? white + black == 0 : body > 100 && edge > 20 && body > edge) << k;
     }
-    // Twelve different pieces.
-    QList<QImage> seen;
+    std::set<std::string> pieces;  // twelve different pieces
     for (char c : std::string("PRNBQKprnbqk")) {
-        const QImage piece = board::PiecePixmap(c, 32, 2.0).toImage();
-        for (const QImage& other : seen) EXPECT_NE(piece, other) << c;
-        seen << piece;
+        const QImage image = board::PiecePixmap(c, 32, 2.0).toImage();
+        pieces.insert(std::string(reinterpret_cast<const char*>(image.constBits()), size_t(image.sizeInBytes())));
     }
-}
-
-TEST_F(BoardViewTest, APressReportsItsSquareAndButtonAndAHighlightMarksOneSquare) {
-    view.show();
-    QSignalSpy spy(&view, &BoardView::squarePressed);
-    QTest::mousePress(&view, Qt::RightButton, Qt::NoModifier, view.SquareRect(12).center().toPoint());
-    ASSERT_EQ(spy.count(), 1);
-    EXPECT_EQ(spy[0][0].toInt(), 12);
-    EXPECT_EQ(spy[0][1].value<Qt::MouseButton>(), Qt::RightButton);
-    EXPECT_EQ(spy[0][2].toPoint(), view.mapToGlobal(view.SquareRect(12).center().toPoint()));
-    ASSERT_TRUE(view.DisplayBoard(kEmpty));
-    const QImage plain = Render();
-    view.SetHighlightedSquare(20);
-    const QImage marked = Render();
-    const QPoint in20 = view.SquareRect(20).toRect().topLeft() + QPoint(1, 1);
-    const QPoint in21 = view.SquareRect(21).toRect().topLeft() + QPoint(1, 1);
-    EXPECT_NE(marked.pixelColor(in20), plain.pixelColor(in20));
-    EXPECT_EQ(marked.pixelColor(in21), plain.pixelColor(in21));
-    view.SetHighlightedSquare(99);
-    EXPECT_EQ(Render(), plain);
+    EXPECT_EQ(pieces.size(), 12u);
 }

@@ -1,19 +1,7 @@
 // The Edit Move dialog: its move lists (columns of 7, numbers that run on
 // through the bad move), what it shows of the bad move, and what each way
 // out leaves for the import.
-#include <gtest/gtest.h>
-
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTest>
-#include <functional>
-#include <memory>
-
-#include "board/board_view.h"
 #include "gui_test_support.h"
-#include "import/ui/fix_move_dialog.h"
 #include "import/ui/fix_move_lists.h"
 
 using vantrel::import::GameRecord;

@@ -1,23 +1,6 @@
-// The help window over vantrel.HLP: topics from the headings, the keyword
-// search, context topics, and a missing help file.
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QTabWidget>
-#include <QTextBlock>
-#include <QTextBrowser>
-#include <QTreeWidget>
-
+// The help window over vantrel.HLP: topics from the headings, context
+// topics, and a missing help file.
 #include "gui_test_support.h"
-#include "shell/help_window.h"
-#include "shell/main_frame.h"
-
-using namespace vantrel;
-using namespace vantrel::testing;
 
 namespace {
 
@@ -25,11 +8,6 @@ class HelpTest : public ::testing::Test {
 protected:
     void SetUp() override { delete HelpWindow::Instance(); }
     void TearDown() override { delete HelpWindow::Instance(); }
-    // The help file of the program, from the data folder of the sources.
-    void InstallHelpFile() {
-        const QString shipped = QFileInfo(QStringLiteral(VANTREL_SCHEMA)).dir().filePath("vantrel.HLP");
-        ASSERT_TRUE(QFile::copy(shipped, dir.file("vantrel.HLP")));
-    }
     MessageRecorder messages;
     ScratchProgramDir dir;
 };
@@ -45,7 +23,7 @@ TEST_F(HelpTest, AMissingHelpFileIsReported) {
 }
 
 TEST_F(HelpTest, TheMenuOpensTheContentsFromTheHeadingsAndContextNumbersTheirTopics) {
-    InstallHelpFile();
+    ASSERT_TRUE(dir.InstallHelpFile());
     MDIVantrel frame;
     frame.m_help_contents->trigger();
     HelpWindow* help = HelpWindow::Instance();
@@ -73,20 +51,4 @@ TEST_F(HelpTest, TheMenuOpensTheContentsFromTheHeadingsAndContextNumbersTheirTop
     EXPECT_EQ(help->tabs->currentIndex(), 1);
     EXPECT_EQ(HelpWindow::Instance(), help) << "one help window";
     EXPECT_TRUE(messages.messages.empty());
-}
-
-TEST_F(HelpTest, KeywordSearchListsTheTopicsThatHoldEveryWordAndShowsTheOneChosen) {
-    InstallHelpFile();
-    ShowHelpSearch();
-    HelpWindow* help = HelpWindow::Instance();
-    ASSERT_NE(help, nullptr);
-    EXPECT_TRUE(help->Search("reverse sides").contains("The Board window"));
-    EXPECT_EQ(help->Search("ZUGZWANG").value(0), "Numeric annotation codes") << "in any case";
-    EXPECT_EQ(help->Search("Edit Move").value(0), "The Edit Move dialog") << "a title hit comes first";
-    EXPECT_TRUE(help->Search("castling zugzwang").isEmpty()) << "every word must be in one topic";
-    help->keyword->setText("Comment start indicator");  // typing lists the topics
-    ASSERT_GT(help->results->count(), 0);
-    help->results->setCurrentRow(0);
-    EXPECT_EQ(help->CurrentTopic(), help->results->item(0)->text());
-    EXPECT_EQ(help->browser->textCursor().selectedText().toLower(), "comment") << "the word is marked";
 }

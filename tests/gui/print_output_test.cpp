@@ -1,20 +1,11 @@
 // Printing the moves list: the temporary file, the pages on paper (as PDF),
 // the failures, and the dialogs on the way. The printed lines themselves are
 // the core's; here they must reach the paper with their columns.
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "gui_test_support.h"
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QProcess>
-#include <QRegularExpression>
-
 #include "print/ui/print_setup.h"
 #include "print/ui/printer_output.h"
-#include "shell_fixture.h"
-
-using namespace vantrel;
-using namespace vantrel::testing;
 
 namespace {
 
@@ -97,10 +88,6 @@ protected:
         FrameTest::TearDown();
     }
     QString Temp() const { return dir.file(QStringLiteral("_prt.tmp")); }
-    static void Click(frmTreeView* f, int node) {
-        f->SelectNode(node);
-        f->tvTreeView_NodeClick(node);
-    }
     QString pdf;
     frmTreeView* form = nullptr;
 };
@@ -145,11 +132,9 @@ TEST_F(PrintTest, ALineOfMoreThan201NodesAFileInTheWayAndAFailingPrinterAreRepor
     Click(chain, 202);
     messages.messages.clear();
     chain->PrintMoveList();
-    ASSERT_EQ(messages.messages.size(), 1u);
-    EXPECT_TRUE(messages.messages[0].text.startsWith("The following Error occurred:\n\n"));
+    EXPECT_TRUE(messages.Texts().size() == 1 && messages.Texts()[0].startsWith("The following Error occurred:\n\n"));
     EXPECT_FALSE(QFileInfo::exists(pdf));
-    // A folder where the temporary file goes: nothing is printed, and what
-    // stands there stays.
+    // A folder where the temporary file goes: nothing is printed, and it stays.
     ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("_prt.tmp")));
     messages.messages.clear();
     form->PrintMoveList();
@@ -185,6 +170,7 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
     form->PrintMoveList();
     EXPECT_EQ(messages.Texts(), QStringList{"The following Error occurred:\n\nThere is no printer to print on. Choose a "
                                             "printer, or a PDF file, in File > Print Setup.\nNumber: 482"});
+    EXPECT_EQ(messages.messages[0].icon, ui::Icon::Exclamation);
     EXPECT_FALSE(QFileInfo::exists(Temp()));
     const QString chosen = dir.file(QStringLiteral("chosen.pdf"));  // "Print to File (PDF)" in Print Setup
     printer.setOutputFileName(chosen);
@@ -195,18 +181,4 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
     EXPECT_EQ(PdfPages(chosen), Expected(form, 1));
     printer.setOutputFileName(QString());
     printer.setOutputFormat(QPrinter::NativeFormat);
-}
-
-TEST_F(PrintTest, EveryPrintHasOneTypeSizeHoweverLongItsLines) {
-    // The height of the page head's first word, from the PDF's word boxes.
-    const auto headHeight = [](const QString& path) {
-        static const QRegularExpression word(QStringLiteral(R"re(yMin="([\d.]+)" xMax="[\d.]+" yMax="([\d.]+)">Vantrel<)re"));
-        const QRegularExpressionMatch m = word.match(Pdftotext(path, "-bbox"));
-        return m.hasMatch() ? m.captured(2).toDouble() - m.captured(1).toDouble() : -1.0;
-    };
-    const QString a = dir.file(QStringLiteral("a.pdf")), b = dir.file(QStringLiteral("b.pdf"));
-    ASSERT_TRUE(print::PrintPagesToPdf(print::Paginate({"  1. e4"}), a));
-    ASSERT_TRUE(print::PrintPagesToPdf(print::Paginate({"  1. e4           : " + std::string(150, 'x')}), b));
-    EXPECT_GT(headHeight(a), 0);
-    EXPECT_EQ(headHeight(a), headHeight(b));
 }

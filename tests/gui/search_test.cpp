@@ -3,24 +3,14 @@
 // setup dialog itself: its captions, its opening, the library selector and
 // the drops as the window receives them. The order of the walk and what a
 // drop does to the squares are the core's.
-#include <QComboBox>
-#include <QMimeData>
-#include <QPushButton>
-#include <QTest>
+#include "gui_test_support.h"
 #include <set>
-
-#include "board/board_view.h"
 #include "board/search_window.h"
-#include "chess/board.h"
-#include "shell_fixture.h"
 
-using namespace vantrel;
-using namespace vantrel::testing;
 using board::DragSource;
 
 namespace {
 
-const std::string kStart(chess::kInitialLayout);
 const std::string kEmpty(64, '0');
 
 // The layout s with one square changed.
@@ -86,10 +76,6 @@ protected:
         FrmSearchTree::szSetupBoard.clear();
         FrameTest::TearDown();
     }
-    static void Select(frmTreeView* form, int node) {
-        form->SelectNode(node);
-        form->tvTreeView_NodeClick(node);
-    }
     static int Selected(frmTreeView* form) { return form->Contents().tree.Selected(); }
     std::string search = kTarget;
     bool cancel = false;
@@ -107,16 +93,15 @@ TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatch) {
     frmTreeView* form = Open(Ten({3, 8}));
     ASSERT_NE(form, nullptr);
     search = kStart;  // no node has it: the start node is shown again
-    Select(form, 7);
+    Click(form, 7);
     forms::Board().SetBoard(kStart);
     forms::TreeViews().Find();
     EXPECT_EQ(forms::Board().Board(), Unique(7));
     search = kTarget;
-    Select(form, 5);
+    Click(form, 5);
     messages.messages.clear();
     forms::TreeViews().Find();
-    EXPECT_EQ(Selected(form), 8);
-    EXPECT_EQ(form->CurrentNode, 8);
+    EXPECT_EQ(std::tuple(Selected(form), form->CurrentNode), std::tuple(8, 8));
     EXPECT_EQ(forms::Board().Board(), kTarget) << "the node found is shown as by a click";
     forms::TreeViews().FindNext();
     EXPECT_EQ(dialogs, 2) << "a library with a search goes on without the dialog";
@@ -239,10 +224,7 @@ TEST_F(SearchTest, DropEventsOnTheBoardAndTheTrashBecomeDropsThatSearchReads) {
     EXPECT_TRUE(Drop(f.Board(), square(28), f.DragPayload(DragSource::Palette(8))));
     EXPECT_TRUE(Drop(f.Board(), square(20), f.DragPayload(DragSource::Square(12))));
     EXPECT_TRUE(Drop(f.imgTrash, QPointF(5, 5), f.DragPayload(DragSource::Square(0))));
-    // A drag from another dialog, or of anything else, is not taken.
-    FrmSearchTree other;
-    EXPECT_FALSE(Drop(f.Board(), square(36), other.DragPayload(DragSource::Palette(5))));
-    EXPECT_FALSE(Drop(f.Board(), square(37), QByteArray("garbage")));
+    EXPECT_FALSE(Drop(f.Board(), square(37), QByteArray("garbage"))) << "a drag of anything else is not taken";
     EXPECT_EQ(FrmSearchTree::szSetupBoard, kStart) << "edits live in the tags until Search";
     f.cmdSearch->click();
     EXPECT_EQ(FrmSearchTree::szSetupBoard, With(With(With(With(kStart, 28, 'n'), 12, '0'), 20, 'P'), 0, '0'));

@@ -2,16 +2,7 @@
 // moves above it, library windows tiled or layered on the left) and the
 // register of open libraries: keys, the active library, and what the shared
 // windows show as libraries come and go.
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QTreeView>
-#include <tuple>
-
-#include "chess/board.h"
-#include "shell_fixture.h"
-
-using namespace vantrel;
-using namespace vantrel::testing;
+#include "gui_test_support.h"
 
 namespace {
 
@@ -98,8 +89,6 @@ TEST_F(LayoutTest, ArrangeTilesTheLibrariesAndLayerStacksThemAllRestoringMinimiz
 
 namespace {
 
-const std::string kStart(chess::kInitialLayout);
-
 // A layout that differs from the start position on e4.
 std::string Layout(char c) {
     std::string s = kStart;
@@ -168,36 +157,6 @@ TEST_F(RegisterTest, ClosingALibraryMovesTheActiveKeyOnlyIfItWasActiveAndTheLast
     EXPECT_TRUE(forms::Moves().Lines().isEmpty());
     EXPECT_EQ(forms::Board().Board(), kStart);
     EXPECT_FALSE(forms::StatusLoaded()) << "the please-wait window goes with the library";
-}
-
-TEST_F(RegisterTest, TheQuestionsAndCommandsFollowTheOpenLibraries) {
-    StartFrame();
-    cTreeView& tv = forms::TreeViews();
-    // With no library the commands do nothing and the questions have defaults.
-    tv.ExpandAll();
-    tv.PrintMoveList();
-    EXPECT_TRUE(messages.messages.empty());
-    EXPECT_EQ(tv.LibRemarks(), "No open libraries");
-    EXPECT_EQ(tv.CurrentBoard(), "");
-    // The libraries are listed only when there is a choice.
-    QStringList libs{"stale"}, tags{"stale"};
-    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 0);
-    EXPECT_TRUE(libs.isEmpty());
-    frmTreeView* fa = Open(Named("First", 'P').Remarks("Remarks of A"), "1.vnb");
-    ASSERT_NE(fa, nullptr);
-    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 1);
-    EXPECT_TRUE(libs.isEmpty() && tags.isEmpty());
-    ASSERT_NE(Open(Named("Second", 'N').Remarks("Remarks of B"), "2.vnb"), nullptr);
-    ASSERT_NE(Open(Named("Third", 'R'), "3.vnb"), nullptr);
-    EXPECT_EQ(tv.GetAllLibraries(libs, tags), 3);
-    EXPECT_EQ(libs, (QStringList{"First", "Second", "Third"}));
-    EXPECT_EQ(tags, (QStringList{"TV00001", "TV00002", "TV00003"}));
-    tv.SetActive("TV00002");
-    EXPECT_EQ(tv.CurrentBoard(), Layout('N'));
-    EXPECT_EQ(tv.LibRemarks(), "Remarks of B");
-    tv.SetActive(fa->Tag);
-    EXPECT_EQ(tv.CurrentBoard(), Layout('P'));
-    EXPECT_EQ(tv.LibRemarks(), "Remarks of A");
 }
 
 TEST_F(RegisterTest, ANewLibraryTakesTheLeftOfTheFrameBesideTheBoard) {

@@ -1,29 +1,9 @@
 // The import wizard's run page: RunImport end to end into a scratch program
-// folder, its status lines, Cancel and the close box during a run, the
-// overwrite question and the repair dialog. What the readers and the store
+// folder, its status lines, Cancel during a run, the overwrite question
+// and the repair dialog. What the readers and the store
 // make of a file is the core's; the dialog's own lists are its tests'.
-#include <gtest/gtest.h>
-
-#include <QCheckBox>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QTimer>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "gui_test_support.h"
 #include "import/moves_table.h"
-#include "import/ui/fix_move_dialog.h"
-#include "import/ui/import_wizard.h"
-#include "library/format.h"
-
-using vantrel::testing::MessageRecorder;
-using vantrel::testing::ScratchProgramDir;
-namespace ui = vantrel::ui;
 
 namespace {
 
@@ -53,15 +33,9 @@ protected:
         ASSERT_TRUE(vantrel::import::CreateDatabaseFromSchema(dir_.file("Tessimo.mdb").toStdString(),
                                                               VANTREL_SCHEMA, &error))
             << error;
-        wizard_.show();
+        w.show();
     }
     void TearDown() override { ui::SetModalHandler({}); }
-    QString WriteFile(const QString& name, const QByteArray& text) {
-        QFile f(dir_.file(name));
-        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(text);
-        return f.fileName();
-    }
     QByteArray FileText(const QString& name) const {
         QFile f(dir_.file(name));
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
@@ -89,19 +63,16 @@ protected:
         w.cmdNext->click();
         ASSERT_EQ(w.CurrentPage, 2);
     }
-    void ToSummary(const QString& file, const QString& book) { ToSummary(wizard_, file, book); }
     // Next on the summary page: the whole run happens inside the click.
     static void Run(frmImportWizard& w) {
         ASSERT_EQ(w.CurrentPage, 2);
         w.cmdNext->click();
     }
-    void Run() { Run(wizard_); }
     static QStringList Status(const frmImportWizard& w) {
         QStringList lines;
         for (int i = 0; i < w.lstStatus->count(); ++i) lines << w.lstStatus->item(i)->text();
         return lines;
     }
-    QStringList Status() const { return Status(wizard_); }
     // Answers the repair dialog of `w` with `answer`, after recording what it showed.
     struct FixMoveSeen {
         QString gameName, badType, badMove;
@@ -124,25 +95,23 @@ protected:
     }
     ScratchProgramDir dir_;
     MessageRecorder messages_;
-    WatchedWizard wizard_;
+    WatchedWizard w;
     std::vector<FixMoveSeen> seen_;
 };
 
 }  // namespace
 
 TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibrary) {
-    auto& w = wizard_;
-    const QString file = WriteFile("games.pgn", kTwoGames);
+    const QString file = dir_.Write("games.pgn", kTwoGames);
     // A name outside Windows-1252 keeps its spelling in the file opened.
     const QString name = QStringLiteral("Партии Ωmega");
-    ToSummary(file, " " + name + " ");
-    Run();
-    EXPECT_EQ(Status(), (QStringList{"Reading " + file, "Parsing moves list", "Creating library '" + name + ".vnb'",
+    ToSummary(w, file, " " + name + " ");
+    Run(w);
+    EXPECT_EQ(Status(w), (QStringList{"Reading " + file, "Parsing moves list", "Creating library '" + name + ".vnb'",
                                      "Done"}));
     EXPECT_TRUE(messages_.messages.empty()) << messages_.Texts().join("|").toStdString();
     EXPECT_EQ(w.CurrentPage, 3);
-    EXPECT_FALSE(w.cmdBack->isEnabled());
-    EXPECT_TRUE(w.cmdNext->isEnabled());
+    EXPECT_EQ(std::pair(w.cmdBack->isEnabled(), w.cmdNext->isEnabled()), std::pair(false, true));
     // The tree's records, then the file's, each counted from 1.
     EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2", "3", "4", "5", " 1", " 2", " 3", " 4", " 5"}));
     EXPECT_EQ(Library(name + ".vnb").size(), 5u);
@@ -157,8 +126,7 @@ TEST_F(WizardImportTest, ASuccessfulRunThenNextOpensTheNewLibrary) {
 }
 
 TEST_F(WizardImportTest, ACancelQueuedBeforeTheRunStopsIt) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Later");
+    ToSummary(w, dir_.Write("games.pgn", kTwoGames), "Later");
     QTimer::singleShot(0, w.cmdCancel, &QPushButton::click);
     w.cmdNext->click();
     EXPECT_FALSE(w.isVisible());
@@ -168,24 +136,21 @@ TEST_F(WizardImportTest, ACancelQueuedBeforeTheRunStopsIt) {
 }
 
 TEST_F(WizardImportTest, AFailedRunStaysOnTheRunPageAndCancelAsksOnce) {
-    auto& w = wizard_;
-    const QString empty = WriteFile("nomoves.pgn", "[Event \"Nothing\"]\n[Result \"*\"]\n\n*\n\n");
-    ToSummary(empty, "Empty");
-    Run();
-    EXPECT_EQ(Status(), (QStringList{"Reading " + empty, "Parsing moves list", "Couldn't parse moves list"}));
+    const QString empty = dir_.Write("nomoves.pgn", "[Event \"Nothing\"]\n[Result \"*\"]\n\n*\n\n");
+    ToSummary(w, empty, "Empty");
+    Run(w);
+    EXPECT_EQ(Status(w), (QStringList{"Reading " + empty, "Parsing moves list", "Couldn't parse moves list"}));
     EXPECT_TRUE(w.ImportRunning);
     EXPECT_EQ(w.CurrentPage, 3);
-    EXPECT_TRUE(w.cmdBack->isEnabled());
-    EXPECT_FALSE(w.cmdNext->isEnabled());
+    EXPECT_EQ(std::pair(w.cmdBack->isEnabled(), w.cmdNext->isEnabled()), std::pair(true, false));
     EXPECT_FALSE(QFile::exists(dir_.file("Empty.vnb")));
     // Cancel after a failed run asks, and a second click closes.
     messages_.AnswerWith(ui::Answer::Yes);
     w.cmdCancel->click();
     ASSERT_EQ(messages_.messages.size(), 1u);
     const auto& m = messages_.messages[0];
-    EXPECT_EQ(m.text, "Cancel this import?");
-    EXPECT_EQ(m.buttons, ui::Buttons::YesNo);
-    EXPECT_EQ(m.defaultAnswer, ui::Answer::No);
+    EXPECT_EQ(std::tuple(m.text, m.buttons, m.defaultAnswer),
+              std::tuple(QString("Cancel this import?"), ui::Buttons::YesNo, ui::Answer::No));
     EXPECT_TRUE(w.isVisible() && !w.ImportRunning);
     w.cmdCancel->click();
     EXPECT_EQ(messages_.messages.size(), 1u);
@@ -217,80 +182,56 @@ TEST_F(WizardImportTest, CancelDuringARunStopsItAtItsNextCheck) {
         w.onCount = [&](const std::string& text) {
             if (text == c.clickAt) w.cmdCancel->click();
         };
-        ToSummary(w, WriteFile("games.pgn", kTwoGames), "Club");
+        ToSummary(w, dir_.Write("games.pgn", kTwoGames), "Club");
         Run(w);
         ASSERT_EQ(messages_.Texts(), QStringList{"Cancel this import?"});
         EXPECT_EQ(Status(w).last(), c.lastStatus);
         EXPECT_FALSE(w.ImportRunning);
         EXPECT_EQ(Library("Club.vnb").size(), c.libraryRecords);
         if (c.lastStatus == "Done") continue;
-        EXPECT_TRUE(w.cmdBack->isEnabled());
-        EXPECT_FALSE(w.cmdNext->isEnabled());
+        EXPECT_EQ(std::pair(w.cmdBack->isEnabled(), w.cmdNext->isEnabled()), std::pair(true, false));
         w.cmdCancel->click();  // no question now: the run is over
         EXPECT_EQ(messages_.messages.size(), 1u);
         EXPECT_FALSE(w.isVisible());
     }
 }
 
-TEST_F(WizardImportTest, TheCloseBoxDuringARunEndsTheRunFirst) {
-    auto& w = wizard_;
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
-    bool visibleAfterClose = false;
-    w.onCount = [&](const std::string& text) {
-        if (text != "2") return;
-        EXPECT_FALSE(w.close());  // refused while the run is on the stack
-        visibleAfterClose = w.isVisible();
-    };
-    Run();
-    EXPECT_TRUE(visibleAfterClose);
-    EXPECT_TRUE(messages_.messages.empty()) << "taken as a Yes, without asking";
-    EXPECT_EQ(Status().last(), "Import cancelled by user");
-    EXPECT_EQ(w.counts, (std::vector<std::string>{"1", "2"}));
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(w.result(), QDialog::Rejected);
-    EXPECT_EQ(vantrel::ImportCancelled, 1);
-}
-
 TEST_F(WizardImportTest, AnOldLibraryIsOverwrittenOnlyOnOk) {
-    auto& w = wizard_;
-    WriteFile("Club.vnb", "old library");
-    ToSummary(WriteFile("games.pgn", kTwoGames), "Club");
+    dir_.Write("Club.vnb", "old library");
+    ToSummary(w, dir_.Write("games.pgn", kTwoGames), "Club");
     messages_.AnswerWith(ui::Answer::Cancel);
-    Run();
+    Run(w);
     ASSERT_EQ(messages_.messages.size(), 1u);
-    EXPECT_EQ(messages_.messages[0].text, "Club.vnb already exists.  OK to overwrite?");
-    EXPECT_EQ(messages_.messages[0].buttons, ui::Buttons::OkCancel);
-    EXPECT_EQ(messages_.messages[0].icon, ui::Icon::Question);
-    EXPECT_EQ(Status().last(), "Couldn't create library 'Club.vnb'");
+    const auto& m = messages_.messages[0];
+    EXPECT_EQ(std::tuple(m.text, m.buttons, m.icon),
+              std::tuple(QString("Club.vnb already exists.  OK to overwrite?"), ui::Buttons::OkCancel, ui::Icon::Question));
+    EXPECT_EQ(Status(w).last(), "Couldn't create library 'Club.vnb'");
     EXPECT_EQ(FileText("Club.vnb"), "old library");
     w.cmdBack->click();  // and on again: the run starts over, and this time OK
     messages_.AnswerWith(ui::Answer::Ok);
-    Run();
-    EXPECT_EQ(Status().last(), "Done");
+    Run(w);
+    EXPECT_EQ(Status(w).last(), "Done");
     EXPECT_EQ(Library("Club.vnb").size(), 5u);
 }
 
 TEST_F(WizardImportTest, TheRepairDialogComesBackWhileTheMoveIsRefusedAndStoresTheOneAccepted) {
-    ToSummary(WriteFile("games.pgn", "[White \"Able\"]\n[Black \"Baker\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
+    ToSummary(w, dir_.Write("games.pgn", "[White \"Able\"]\n[Black \"Baker\"]\n\n1. e4 e5 2. Nf4 Nc6 *\n\n"
                                      "[White \"Cole\"]\n[Black \"Dean\"]\n\n1. e4 e5 2. Nf3 d6 *\n\n"),
               "Fixed");
     // Unchanged (refused again), then a move that can't be read, then a good one.
     const QStringList answers{"Nf4", "Nf9", "Nf3"};
-    AnswerFixMove(wizard_, [&](frmFixMove& fm) {
+    AnswerFixMove(w, [&](frmFixMove& fm) {
         fm.txtBadMove->setText(answers.value(static_cast<qsizetype>(seen_.size()) - 1, "Nf3"));
         fm.cmdOK->click();
     });
-    Run();
+    Run(w);
     ASSERT_EQ(seen_.size(), 3u);
     EXPECT_EQ(std::tuple(seen_[0].bad, seen_[0].last, seen_[0].code), std::tuple(3, 4, 2));
-    EXPECT_EQ(seen_[0].gameName, "Able Baker");
-    EXPECT_EQ(seen_[0].badType, "This is an illegal move - Please fix:");
-    EXPECT_EQ(seen_[1].badMove, "Nf4");
-    EXPECT_EQ(seen_[1].badType, seen_[0].badType);
-    EXPECT_EQ(seen_[2].badMove, "Nf9");
+    EXPECT_EQ((QStringList{seen_[0].gameName, seen_[0].badType, seen_[1].badMove, seen_[1].badType, seen_[2].badMove}),
+              (QStringList{"Able Baker", "This is an illegal move - Please fix:", "Nf4", seen_[0].badType, "Nf9"}));
     EXPECT_NE(seen_[2].code, 0);
-    EXPECT_EQ(wizard_.FixMoveAction, 4);
-    EXPECT_EQ(Status().last(), "Done");
+    EXPECT_EQ(w.FixMoveAction, 4);
+    EXPECT_EQ(Status(w).last(), "Done");
     // The corrected move is stored, and the second game walks down it.
     EXPECT_EQ(Library("Fixed.vnb"), (std::vector<std::string>{"e4: Able Baker", "e5", "Nf3", "Nc6", "d6: Cole Dean"}));
 }
