@@ -38,7 +38,7 @@ protected:
 TEST_F(LoadTest, ALoadedLibraryShowsItsFirstNodeEverywhere) {
     StartFrame();
     LibraryBuilder lib("Open \x96 Games");  // text outside ASCII is Windows-1252
-    lib.Game(1, 0, "e4", "King's pawn", "  The caf\xe9 move.  ", Layout('P'))
+    lib.Game(1, 0, "e4", "King's pawn", "  The \x80 move.  ", Layout('P'))
         .Add(2, 1, "e5", "", false, Layout('p', 36))
         .Game(3, 1, "c5", "Sicilian", "   ")
         .Add(4, 2, "Nf3: no game here", "", false)
@@ -67,7 +67,7 @@ TEST_F(LoadTest, ALoadedLibraryShowsItsFirstNodeEverywhere) {
     EXPECT_EQ(std::tuple(form->GetSelectedIndex(), form->CurrentNode), std::tuple(1, 1));
     EXPECT_EQ(forms::Board().Board(), Layout('P'));
     EXPECT_EQ(forms::Moves().Lines(), QStringList{"  1. e4"});
-    EXPECT_EQ(forms::Comments().Text(), QString::fromUtf8("  The café move.  "));
+    EXPECT_EQ(forms::Comments().Text(), QString::fromUtf8("  The € move.  "));
     EXPECT_EQ(form->tvTreeView->model()->rowCount(), 4) << "four top-level nodes";
     EXPECT_EQ(form->tvTreeView->currentIndex().data().toString(), "e4: King's pawn");
     for (int n = 1; n <= 11; ++n) EXPECT_FALSE(form->Contents().tree.Node(n).Expanded) << n;
