@@ -15,9 +15,6 @@
 #include <fstream>
 #include <functional>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "chess/board.h"
 #include "import/moves_table.h"
@@ -33,32 +30,23 @@ using Errors = std::vector<std::pair<std::string, int>>;
 using Strings = std::vector<std::string>;
 
 inline std::string ReadFile(const std::string& path) {
-    std::ostringstream s;
-    s << std::ifstream(path, std::ios::binary).rdbuf();
-    return s.str();
+    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
-inline void WriteFile(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
+inline void WriteFile(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 // A fresh directory that is removed again at the end of the test.
 class TempDir {
 public:
-    TempDir() {
-        static std::atomic<int> counter{0};
-        path_ = fs::temp_directory_path() / ("vantrel-store-" + std::to_string(::getpid()) + "-" +
-                                             std::to_string(counter++));
+    TempDir() : path_(fs::temp_directory_path() / ("vantrel-store-" + std::to_string(::getpid()) + "-" + Next())) {
         fs::remove_all(path_);
         fs::create_directories(path_);
     }
-    ~TempDir() {
-        std::error_code ec;
-        fs::remove_all(path_, ec);
-    }
+    ~TempDir() { std::error_code ec; fs::remove_all(path_, ec); }
     std::string str() const { return path_.string(); }
     std::string operator/(const std::string& name) const { return (path_ / name).string(); }
 
 private:
+    static std::string Next() { static std::atomic<int> counter{0}; return std::to_string(counter++); }
     fs::path path_;
 };
 
@@ -99,7 +87,6 @@ public:
 
     // Nothing was told to the user.
     bool Silent() const { return messages.empty() && errors.empty(); }
-
     Strings counts, notices, overwriteQuestions;
     Strings games;  // "number name lastPly" of each game read
     int yields = 0;
@@ -157,14 +144,8 @@ public:
     void Insert(const Row& r) {
         import::Statement s = db_.Prepare(R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", )"
                                           R"("new_branch", "remarks", "BoardLayout") VALUES (?, ?, ?, ?, ?, ?, ?, ?))");
-        s.Bind(1, r.index);
-        s.Bind(2, r.parent);
-        s.Bind(3, r.move);
-        s.Bind(4, r.book);
-        s.Bind(5, r.description);
-        s.Bind(6, r.newBranch);
-        r.remarksNull ? s.BindNull(7) : s.Bind(7, r.remarks);
-        s.Bind(8, r.layout);
+        s.Bind(1, r.index), s.Bind(2, r.parent), s.Bind(3, r.move), s.Bind(4, r.book), s.Bind(5, r.description);
+        s.Bind(6, r.newBranch), s.Bind(8, r.layout), r.remarksNull ? s.BindNull(7) : s.Bind(7, r.remarks);
         s.Step();
     }
 
