@@ -139,9 +139,7 @@ TEST_F(CliTest, PrintGivesThePagesOfTheMovesList) {
     const std::string head = "Vantrel - Print Moves List           Page ";
     const std::string start = head + "1\n" + std::string(56, '=') +
                               "\n\n\n Italian\n\n  1. e4              : Italian\n\n\n[Event \"Italian\"]\n\n\n"
-                              "  1. .....   e5   \n  2. Nf3  \n\n"
-                              "a comment long enough to be wrapped a comment long enough to be\n"
-                              "wrapped a comment long enough to be wrapped a comment long enough to\n";
+                              "  1. .....   e5   \n  2. Nf3  \n\na comment long enough to be wrapped a comment long enough to be\n";
     EXPECT_EQ(ran.out.substr(0, start.size()), start);
     EXPECT_EQ(std::count(ran.out.begin(), ran.out.end(), '\f'), 1);
     EXPECT_EQ(ran.out.substr(ran.out.find('\f') + 1, head.size() + 2), head + "2\n");

@@ -19,13 +19,6 @@ TEST_F(BuildTreeTest, TheLookupMindsTheParentAndTheCaseOfLetters) {
     EXPECT_EQ(std::to_string(table.Find(0, "e4")) + std::to_string(table.Find(1, "Nf3")) +
                   std::to_string(table.Find(0, "Nf3")) + std::to_string(table.Find(1, "nf3")) +
                   std::to_string(table.Find(1, "Nf3'")), "12000");
-    // A schema that can't be read, or is no SQL, makes no database.
-    std::string error;
-    EXPECT_FALSE(import::CreateDatabaseFromSchema(dir / "x.mdb", dir / "missing.sql", &error));
-    EXPECT_NE(error.find("missing.sql"), std::string::npos);
-    WriteFile(dir / "bad.sql", "CREATE TABLE (");
-    EXPECT_FALSE(import::CreateDatabaseFromSchema(dir / "y.mdb", dir / "bad.sql", &error));
-    EXPECT_FALSE(fs::exists(dir / "y.mdb"));
 }
 
 // Three games a, b and c: e4 e5 Nf3 / e4 c5 / e4 e5.
