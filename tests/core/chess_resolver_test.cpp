@@ -88,15 +88,6 @@ std::string PlayLine(ImportBoard& board, const std::string& line) {
     return results;
 }
 
-TEST(Resolver, SideFollowsThePlyAlone) {
-    CheckAll({
-        {"start", "e6", 1, 2}, {"start", "e6", 2, 0, "start -e7 pe6"}, {"start", "e6", 40, 0, "start -e7 pe6"},
-        {"start", "Nf3", 41, 0, "start -g1 Nf3"}, {"start", "Nf3", 42, 2},
-        {"Ke1 ng8", "Nf3", 1, 2},  // no knight of the mover's colour
-        {"Ke1 ng8", "Qd4", 1, 2}, {"Ke1 ng8", "Nf6", 2, 0, "Ke1 nf6"},
-    });
-}
-
 TEST(Resolver, PieceFormsReadTheirHints) {
     // Knights on g1 and e5 both reach f3; the one on b1 doesn't. A hint of 0 is no hint.
     const char *two = "Ng1 Ne5 Nb1 ka8", *g1 = "Nf3 Ne5 Nb1 ka8", *e5 = "Ng1 Nf3 Nb1 ka8";
@@ -123,6 +114,11 @@ TEST(Resolver, PieceFormsReadTheirHints) {
 
 TEST(Resolver, HowPiecesReachTheirTarget) {
     CheckAll({
+        // The side to move follows the ply alone.
+        {"start", "e6", 1, 2}, {"start", "e6", 2, 0, "start -e7 pe6"}, {"start", "e6", 40, 0, "start -e7 pe6"},
+        {"start", "Nf3", 41, 0, "start -g1 Nf3"}, {"start", "Nf3", 42, 2},
+        {"Ke1 ng8", "Nf3", 1, 2},  // no knight of the mover's colour
+        {"Ke1 ng8", "Qd4", 1, 2}, {"Ke1 ng8", "Nf6", 2, 0, "Ke1 nf6"},
         // Sliders stop at the first occupied square and never take their own; a capture needs no "x".
         {"Ra1 pa3 Pc1", "Ra4", 1, 2}, {"Ra1 pa3 Pc1", "Rd1", 1, 2}, {"Ra1 pa3 Pc1", "Rc1", 1, 2},
         {"Ra1 pa3 Pc1", "Rb1", 1, 0, "Rb1 pa3 Pc1"}, {"Ra1 pa3", "Ra3", 1, 0, "Ra3"},
@@ -157,9 +153,7 @@ TEST(Resolver, EveryPawnFormResolves) {
         // passed over when a deduced rank would be off the board.
         {"Pe7", "e8", 1, 0, "Pe8"}, {"Pe8 Pe4 nd5", "ed", 3, 0, "Pe8 Pd5"},
     });
-}
-
-TEST(Resolver, PawnTokensThatFitNoFormOrLeaveTheBoard) {
+    // Tokens that fit no form or leave the board.
     CheckTokens("Pe7 Pe4 nd5 rd8", 1, 3, nullptr,
                 {"e", "e8q", "e7Q", "e8K", "e8P", "e8=", "e8=q", "e8=K", "e8-Q", "e8Q+", "exd+", "ed5+", "e4-d5",
                  "e4d5+", "exd8q", "exd7Q", "exd8=", "e8=QQ", "exd8-Q", "exd8=q", "exd8=K", "exd8=Q+", "e2-e4",
@@ -184,9 +178,7 @@ TEST(Resolver, PawnStepsAndCaptures) {
         // Promotion needs the source on the rank before last.
         {"Pe6", "e8Q", 1, 2}, {"Pe7 ke8", "e8=Q", 1, 2},
     });
-}
-
-TEST(Resolver, DeducedRankComesFromEachCandidate) {
+    // A deduced rank comes from each candidate.
     const char* two = "Pe3 pd4 Pe5 nd6";  // two pawns on the file that can both capture
     CheckAll({
         {"Pe4 nd5", "ed", 1, 0, "Pd5"}, {"pe5 Bd4", "exd", 2, 0, "pd4"}, {two, "exd", 1, 1}, {two, "ed", 1, 1},
@@ -335,12 +327,10 @@ long Perft(const Position& pos, int depth) {
     return count;
 }
 
-TEST(ChessLegalTest, CountsTheLegalMovesOfTheFirstFourPlies) {
+TEST(ChessLegalTest, CountsTheLegalMovesOfTheFirstFourPliesAndReadsFen) {
     EXPECT_EQ(std::to_string(Perft({}, 1)) + " " + std::to_string(Perft({}, 2)) + " " + std::to_string(Perft({}, 3)) +
                   " " + std::to_string(Perft({}, 4)), "20 400 8902 197281");
-}
-
-TEST(ChessLegalTest, ReadsTheFenPlacementOrSaysWhatIsWrong) {
+    // The FEN placement read, or what is wrong with it.
     std::string layout, error;
     EXPECT_TRUE(LayoutFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", layout, error));
     EXPECT_EQ(layout, kInitialLayout);

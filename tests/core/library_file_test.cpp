@@ -63,8 +63,6 @@ std::string DemoBytes() {
         .Bytes();
 }
 
-}  // namespace
-
 TEST(LibraryFormat, WorkedExampleIsByteExact) {
     const std::string bytes = DemoBytes();
     ASSERT_EQ(bytes.size(), 206u);
@@ -75,26 +73,6 @@ TEST(LibraryFormat, WorkedExampleIsByteExact) {
     EXPECT_EQ(bytes.substr(53, 64), std::string(64, 'A'));
     EXPECT_EQ(Hex(bytes.substr(117, 25)), "02 00 00 00 01 00 00 00 00 00 02 00 65 35 09 00 4F 70 65 6E 20 67 61 6D 65");
     EXPECT_EQ(bytes.substr(142, 64), std::string(64, 'B'));
-}
-
-TEST(LibraryFormat, ReaderRoundTripsAndDropsAPartialTail) {
-    const std::string bytes = DemoBytes();
-    for (size_t cut = 0; cut <= 206; ++cut) {
-        LibraryReader r;
-        r.OpenBytes(bytes.substr(0, cut));
-        LibraryHeader h;
-        EXPECT_EQ(r.ReadHeader(h), cut >= 26) << cut;
-        EXPECT_EQ(h.version, cut < 2 ? 0 : 1) << cut;  // an empty read leaves version at 0
-        int records = 0;
-        for (LibraryNodeRecord rec; r.ReadRecord(rec);) ++records;
-        EXPECT_EQ(records, cut >= 206 ? 2 : cut >= 117 ? 1 : 0) << cut;
-    }
-    LibraryReader r;
-    r.OpenBytes(bytes.substr(0, 34) + '\x02' + bytes.substr(35));  // any new_branch but 0 is true
-    LibraryHeader h;
-    LibraryNodeRecord n1, n2;
-    ASSERT_TRUE(r.ReadHeader(h) && r.ReadRecord(n1) && r.ReadRecord(n2));
-    EXPECT_TRUE(n1.new_branch && !n2.new_branch);
 }
 
 TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
@@ -160,7 +138,7 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
         {"no branch", Lib().Add(1, 0, "e4:", "", false).Bytes(), LoadResult::Ok, 1},
         // What readers ignore: flag, MinIndex, MaxIndex, a file that ends in the middle of a record.
         {"fields readers ignore", twoRecords, LoadResult::Ok, 2},
-        {"the last record cut", twoRecords.substr(0, twoRecords.size() - 10), LoadResult::Ok, 1},
+        {"the last record a byte short", twoRecords.substr(0, twoRecords.size() - 1), LoadResult::Ok, 1},
     };
     for (const auto& c : cases) {
         LibraryContents contents;
@@ -178,22 +156,17 @@ TEST(LibraryLoader, ProgressEvery101RecordsAndTheNodeLimit) {
     };
     Lib lib;
     for (int i = 1; i <= 303; ++i) lib.Add(i, i - 1, "m" + std::to_string(i));
-    Observer o, none;
-    LibraryContents c, c2, c3, c4;
+    Observer o;
+    LibraryContents c, c2, c3;
     ASSERT_EQ(lib.Load(c, &o), LoadResult::Ok);
     EXPECT_EQ(o.progress, (std::vector<double>{101.0 / 303 * 100, 202.0 / 303 * 100, 100.0}));
-    lib.records.resize(100);
-    ASSERT_EQ(lib.Load(c2, &none), LoadResult::Ok);
-    EXPECT_TRUE(none.progress.empty()) << "with 100 records the bar never moves";
     // Past 32,767 nodes the load fails.
     Lib big;
     for (int i = 1; i <= TreeModel::kMaxNodes; ++i) big.Add(i, 0, "m");
-    EXPECT_EQ(big.Load(c3), LoadResult::Ok);
+    EXPECT_EQ(big.Load(c2), LoadResult::Ok);
     big.Add(TreeModel::kMaxNodes + 1, 0, "m");
-    EXPECT_EQ(big.Load(c4), LoadResult::Problem);
+    EXPECT_EQ(big.Load(c3), LoadResult::Problem);
 }
-
-namespace {
 
 using Lines = std::vector<std::string>;
 
@@ -209,16 +182,12 @@ TreeModel MakeTree(int n, const std::set<int>& matches) {
 }
 
 TEST(FindInRange, ComparesTheWholeString) {
-    TreeModel padded;
-    std::string lowerKing = kTarget;
-    lowerKing[4] = 'k';
-    padded.Add(0, 1, "a", NodeImage::Pawn, lowerKing);
-    padded.Add(0, 2, "b", NodeImage::Pawn, kTarget + " ");
-    padded.Add(0, 3, "c", NodeImage::Pawn, kTarget.substr(0, 63));
-    padded.Add(0, 4, "d", NodeImage::Pawn, kTarget);
-    EXPECT_EQ(FindInRange(padded, kTarget, 1, 4), 4);
-    EXPECT_EQ(FindInRange(padded, lowerKing, 1, 4), 1);
-    EXPECT_EQ(FindInRange(padded, std::string(64, '0'), 1, 4), 0);
+    const std::string lowerKing = "RNBQkBNR" + kTarget.substr(8);
+    TreeModel tree;
+    for (const std::string& tag : {lowerKing, kTarget + " ", kTarget.substr(0, 63), kTarget})
+        tree.Add(0, tree.Count() + 1, "m", NodeImage::Pawn, tag);
+    EXPECT_EQ(std::to_string(FindInRange(tree, kTarget, 1, 4)) + std::to_string(FindInRange(tree, lowerKing, 1, 4)) +
+                  std::to_string(FindInRange(tree, std::string(64, '0'), 1, 4)), "410");
 }
 
 // A walk on a tree of n nodes with matches at the given nodes: the selection

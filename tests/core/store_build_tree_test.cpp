@@ -90,7 +90,7 @@ TEST_F(BuildTreeTest, GamesWithoutMovesAddNothing) {
     EXPECT_EQ(session.ImportRemarks, "Just some text\r\nand more\r\n");
 }
 
-TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndTheNextStartsAfresh) {
+TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndAnAcceptedRepairIsTheMoveStored) {
     host.answers.push_back({import::kFixSkip, ""});
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf5 Nc6\n\n[Event \"b\"]\n\nd4 d5\n"));
     EXPECT_EQ(host.fixCalls, Strings{"3 4 2 Nf5"});  // no knight reaches f5
@@ -100,22 +100,20 @@ TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndTheNextStartsAfresh) {
     ASSERT_EQ(Briefs(rows), (Strings{"1<0 e4 (e4: a) *", "2<1 e5", "3<0 d4 (d4: b) *", "4<3 d5"}));
     EXPECT_EQ(rows[3].layout, LayoutAfter({"d4", "d5"}));
     EXPECT_TRUE(host.Silent());
-}
 
-TEST_F(BuildTreeTest, AcceptedRepairIsTheMoveSearchedAndStored) {
-    // The second game's Nf9 is put right to Nf3 (after one more wrong try),
+    // Accepted: the second game's Nf9 is put right to Nf3 (after one more wrong try),
     // which is then found in the tree, so Nc6 hangs below the first game's Nf3.
+    host = RecordingHost{};
     host.answers = {{import::kFixAccept, "Nf7"}, {import::kFixAccept, "Nf3"}};
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"b\"]\n\ne4 e5 Nf9 Nc6\n"));
     // Can't parse; then well formed, but no knight gets there.
     EXPECT_EQ(host.fixCalls, (Strings{"3 4 3 Nf9", "3 4 2 Nf7"}));
-    const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(Brief(rows[3]), "4<3 Nc6 (Nc6: b) *");
-    EXPECT_EQ(rows[3].layout, LayoutAfter({"e4", "e5", "Nf3", "Nc6"}));
+    ASSERT_EQ(Rows().size(), 4u);
+    EXPECT_EQ(Brief(Rows()[3]), "4<3 Nc6 (Nc6: b) *");
+    EXPECT_EQ(Rows()[3].layout, LayoutAfter({"e4", "e5", "Nf3", "Nc6"}));
 }
 
-TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesIt) {
+TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesItAndCancelKeepsTheRecordsSoFar) {
     host.answers.push_back({import::kFixSkip, ""});
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3 Nc6 Bc4 Bc5 O-O\n\n"
                       "[Event \"b\"]\n\ne4 e5 Nf3 Nc6 Bc4 Bc5 0-0 Nf6\n\n"
@@ -128,10 +126,9 @@ TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesIt) {
     // A castling that can't be played: the dialog sees the move as the file
     // wrote it, not the resolver's rewritten copy.
     EXPECT_EQ(host.fixCalls, Strings{"3 3 3 O-O"});
-}
 
-TEST_F(BuildTreeTest, CancelKeepsTheRecordsSoFar) {
-    // In the repair dialog: game c is never read.
+    // Cancel in the repair dialog keeps the records so far: game c is never read.
+    host = RecordingHost{};
     host.answers.push_back({import::kFixCancel, ""});
     EXPECT_FALSE(Build("[Event \"a\"]\n\ne4 e5\n\n[Event \"b\"]\n\nd4 Nf9 c4\n\n[Event \"c\"]\n\nc4\n"));
     EXPECT_TRUE(host.Silent());
