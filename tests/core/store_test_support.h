@@ -160,18 +160,11 @@ private:
 inline std::string LayoutAfter(const Strings& moves) {
     gen::Position pos;
     std::vector<gen::Move> legal;
-    for (std::string m : moves) {
-        while (!m.empty() && (m.back() == '+' || m.back() == '#')) m.pop_back();
+    for (const std::string& m : moves) {
         pos.LegalMoves(legal);
-        const auto it = std::find_if(legal.begin(), legal.end(), [&](const gen::Move& g) {
-            std::string s = pos.San(g);
-            if (!s.empty() && s.back() == '+') s.pop_back();
-            return s == m;
-        });
-        if (it == legal.end()) {
-            ADD_FAILURE() << "test line has an impossible move " << m;
-            return {};
-        }
+        const auto it = std::find_if(legal.begin(), legal.end(), [&](const gen::Move& g) { return pos.San(g) == m; });
+        EXPECT_TRUE(it != legal.end()) << "test line has an impossible move " << m;
+        if (it == legal.end()) return {};
         pos.Apply(*it);
     }
     return pos.Layout();
