@@ -343,9 +343,6 @@ TEST(ChessLegalTest, CountsTheLegalMovesOfTheFirstFourPliesAndReadsFen) {
         EXPECT_FALSE(LayoutFromFen(fen, layout, error)) << fen;
         EXPECT_EQ(error, cause) << fen;
     }
-}
-
-TEST(ChessLegalTest, RepairGivesTheSpellingOfTheOnlyLegalCandidate) {
     // A position, the ply, the move; the spelling repaired (empty: none), or the result reported.
     const char* pinnedKnight = "ke8 bb4 Nc3 Ke1 Ng1";
     struct Repair { const char* pieces; int16_t ply; std::string move, fix; int16_t result; } cases[] = {

@@ -147,9 +147,7 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
     }
     LibraryContents c;
     EXPECT_EQ(LoadLibrary("/nonexistent/dir/none.vnb", c), LoadResult::Problem);
-}
-
-TEST(LibraryLoader, ProgressEvery101RecordsAndTheNodeLimit) {
+    // Progress every 101 records, and the node limit.
     struct Observer : LoadObserver {
         std::vector<double> progress;
         void OnProgress(double p) override { progress.push_back(p); }
@@ -157,8 +155,8 @@ TEST(LibraryLoader, ProgressEvery101RecordsAndTheNodeLimit) {
     Lib lib;
     for (int i = 1; i <= 303; ++i) lib.Add(i, i - 1, "m" + std::to_string(i));
     Observer o;
-    LibraryContents c, c2, c3;
-    ASSERT_EQ(lib.Load(c, &o), LoadResult::Ok);
+    LibraryContents c1, c2, c3;
+    ASSERT_EQ(lib.Load(c1, &o), LoadResult::Ok);
     EXPECT_EQ(o.progress, (std::vector<double>{101.0 / 303 * 100, 202.0 / 303 * 100, 100.0}));
     // Past 32,767 nodes the load fails.
     Lib big;
@@ -191,26 +189,21 @@ TEST(FindInRange, ComparesTheWholeString) {
 }
 
 // A walk on a tree of n nodes with matches at the given nodes: the selection
-// C (Find Next only), where the search began S, and the node found.
+// C (Find Next; 0 for Find), where the search began S, and the node found.
 struct Walk {
     int n;
     std::set<int> matches;
     int current, start, result;
 };
 
-TEST(FindFromStart, BeginsBehindTheSelectionWrapsAndTriesItLast) {
+// Find begins behind the selection, wraps and tries it last; Find Next takes its
+// first range by the selection and wraps only at the end.
+TEST(FindFromStart, AndFindNextWalkTheTreeInTheirOrder) {
     const Walk walks[] = {
         {10, {3, 8}, 0, 5, 8}, {10, {3, 8}, 0, 8, 3}, {10, {3, 8}, 0, 2, 3}, {10, {3, 8}, 0, 9, 3},
         {10, {4, 10}, 0, 10, 4}, {10, {10}, 0, 10, 10},  // the last node selected: 1..N
         {10, {6}, 0, 6, 6}, {10, {6}, 0, 1, 6}, {10, {}, 0, 6, 0}, {1, {1}, 0, 1, 1}, {1, {}, 0, 1, 0},
-    };
-    for (const Walk& w : walks)
-        EXPECT_EQ(FindFromStart(MakeTree(w.n, w.matches), kTarget, w.start), w.result) << w.n << " S " << w.start;
-}
-
-TEST(FindNextFrom, TheFirstRangeByTheSelectionAndTheWrapOnlyAtTheEnd) {
-    const Walk walks[] = {
-        // C = 1: 2..S, wrapping to 1..N only when 2..S ends at N.
+        // Find Next, C = 1: 2..S, wrapping to 1..N only when 2..S ends at N.
         {10, {1, 4, 7}, 1, 5, 4}, {10, {1, 4, 7}, 1, 3, 0}, {10, {1, 4, 7}, 1, 1, 0}, {10, {1}, 1, 10, 1},
         {1, {1}, 1, 1, 1}, {1, {}, 1, 1, 0},
         // C = N: 1..S.
@@ -220,9 +213,11 @@ TEST(FindNextFrom, TheFirstRangeByTheSelectionAndTheWrapOnlyAtTheEnd) {
         // S <= C < N: C + 1..N, then 1..S; a match on S > 1 keeps the pass going.
         {10, {2, 9}, 5, 5, 9}, {10, {2, 9}, 9, 5, 2}, {10, {2, 9}, 7, 5, 9}, {10, {6}, 7, 5, 0}, {10, {5}, 5, 5, 5},
     };
-    for (const Walk& w : walks)
-        EXPECT_EQ(FindNextFrom(MakeTree(w.n, w.matches), kTarget, w.current, w.start), w.result)
-            << w.n << " C " << w.current << " S " << w.start;
+    for (const Walk& w : walks) {
+        const TreeModel tree = MakeTree(w.n, w.matches);
+        EXPECT_EQ(w.current ? FindNextFrom(tree, kTarget, w.current, w.start) : FindFromStart(tree, kTarget, w.start),
+                  w.result) << w.n << " C " << w.current << " S " << w.start;
+    }
 }
 
 TEST(MoveList, LinesOfAPath) {
@@ -249,9 +244,7 @@ TEST(MoveList, LinesOfAPath) {
         {"e4:R\xE9ti\\Nf3", {"  1. e4      Nf3"}}, {"\xE9\xE8", {"  1. \xE9\xE8"}},
     };
     for (const auto& [path, lines] : cases) EXPECT_EQ(MoveListLines(path), lines) << path;
-}
-
-TEST(MoveList, NumberingIsRightAlignedInThreeThenGrows) {
+    // Numbering is right-aligned in three, then grows.
     std::string path = "a3";
     for (int ply = 2; ply <= 2001; ++ply) path += ply % 2 ? "\\a3" : "\\h6";
     const Lines lines = MoveListLines(path);

@@ -45,16 +45,14 @@ TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
     // Both names show in the rows; only the lower one heads the text.
     EXPECT_EQ(c.FileLines(4), (Lines{" Lower", "", "  1. e4              : Upper", "  1. .....   e5   ",
                                      "  2. Nf3             : Lower", "  2. .....   Nc6  "}));
-}
-
-TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {
-    Chain c;
-    for (int i = 1; i <= 202; ++i) c.Add("m" + std::to_string(i));
-    EXPECT_EQ(CollectPrintPath(c.tree, 201).HighestSlot(), 200);
+    // Two hundred and one nodes fit; one more fails.
+    Chain l;
+    for (int i = 1; i <= 202; ++i) l.Add("m" + std::to_string(i));
+    EXPECT_EQ(CollectPrintPath(l.tree, 201).HighestSlot(), 200);
     // Too long; no node clicked yet; no such node.
     for (const auto& [clicked, number] : {std::pair{202, 9}, std::pair{0, 5}, std::pair{203, 5}}) {
         try {
-            CollectPrintPath(c.tree, clicked);
+            CollectPrintPath(l.tree, clicked);
             ADD_FAILURE() << clicked;
         } catch (const PrintError& e) {
             EXPECT_EQ(e.number(), number) << clicked;
@@ -137,9 +135,7 @@ TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
             for (size_t k = 4; k < pages[p].size(); ++k) EXPECT_EQ(pages[p][k], "l" + std::to_string(p * 62 + k - 3));
         }
     }
-}
-
-TEST(PrintFile, LinesGoOutWithCrLfAndComeBackTheSame) {
+    // The file: lines go out with CR LF and come back the same.
     const Lines lines{" a", "", "  1. e4   ", ""};
     EXPECT_EQ(MovesFileText(lines), " a\r\n\r\n  1. e4   \r\n\r\n");
     EXPECT_EQ(ReadFileLines(MovesFileText(lines)), lines);

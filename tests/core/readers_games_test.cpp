@@ -222,9 +222,7 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
     // Every line goes trimmed into the comment.
     ExpectReads({"comment", "   [Event \"E\"]   \n  [Annotator \"Me\"]\n\n1. e4\n",
                  {{1, "E|e4|", "\r\n[Event \"E\"]\r\n[Annotator \"Me\"]||"}}}, Pgn);
-}
-
-TEST(PgnReader, TagValueWithNegativeLengthIsAnError) {
+    // A tag value of negative length is an error.
     for (const char* line : {"[Event]", "[Site \"Moscow\"", "[Date x]", "[RESULT \"\"", "[Round"}) {
         try {
             ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "", nullptr}}}, Pgn);

@@ -63,9 +63,6 @@ TEST(ParseToken, MovesMarksCodesAndResults) {
         EXPECT_EQ(move, t.move) << t.token;
         EXPECT_EQ(note, t.note) << t.token;
     }
-}
-
-TEST(NagText, EveryCodeHasItsTextAndTheSidesAlternate) {
     // Capital letters stand as listed: "good Move" but "very good move" (see the table above).
     std::string note;
     NagText("$01", note);

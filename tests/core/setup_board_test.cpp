@@ -46,9 +46,7 @@ TEST(SetupBoard, DrawingAndReadingBackInBothOrientations) {
         EXPECT_FALSE(b.Display(bad, false)) << '"' << bad << '"';
     EXPECT_EQ(b.Read(false), kStart);
     EXPECT_TRUE(b.Display("  " + kEmpty + " ", false));
-}
-
-TEST(SetupBoard, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere) {
+    // Every palette piece lands with its character and replaces what stood there.
     for (int p = 0; p < kPaletteSize; ++p) {
         const char c = std::string("PRNBQKprnbqk")[static_cast<std::size_t>(p)];
         SetupBoard b;
@@ -59,7 +57,6 @@ TEST(SetupBoard, EveryPalettePieceLandsWithItsCharacterAndReplacesWhatStoodThere
         EXPECT_EQ(Squares(b, {3}), std::string(1, c) + "03/" + c);
     }
     // Reversed, the square labelled e4 is screen square 63 - 28 = 35.
-    SetupBoard r;
     r.Display(kEmpty, true);
     ASSERT_TRUE(r.DropOnSquare(DragSource::Palette(0), 35));
     EXPECT_EQ(r.Read(true), With(kEmpty, {{28, 'P'}}));

@@ -73,9 +73,9 @@ TEST_F(BuildTreeTest, NamesAndCommentsOfTheFirstNewNode) {
     Strings remarks;
     for (const auto& r : rows) remarks.push_back(r.remarks);
     EXPECT_EQ(remarks, (Strings{"m1", "", "intro\r\n", "  spaced  \r\n"}));
-}
-
-TEST_F(BuildTreeTest, GamesWithoutMovesAddNothing) {
+    // Games without moves add nothing.
+    options.pgn = true;
+    host = RecordingHost{};
     // A game whose move text is a result alone is passed over.
     ASSERT_TRUE(Build("\nMy openings\n\nfor the club\n[Event \"empty\"]\n\n*\n\n[Event \"b\"]\n\ne4\n"));
     EXPECT_EQ(session.ImportRemarks, "My openings\r\n\r\nfor the club\r\n");
