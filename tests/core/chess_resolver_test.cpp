@@ -110,9 +110,6 @@ TEST(Resolver, PieceFormsReadTheirHints) {
                                          " e4", "ie4"});
     CheckTokens("start", 1, 2, nullptr, {"Nf0", "N`3", "bf3"});  // a lower-case b is the b-pawn
     Check({"start", "b3", 1, 0, "start -b2 Pb3"});
-}
-
-TEST(Resolver, HowPiecesReachTheirTarget) {
     CheckAll({
         // The side to move follows the ply alone.
         {"start", "e6", 1, 2}, {"start", "e6", 2, 0, "start -e7 pe6"}, {"start", "e6", 40, 0, "start -e7 pe6"},
@@ -163,9 +160,6 @@ TEST(Resolver, EveryPawnFormResolves) {
     // Rank 0 and file 0 are on no square; the square behind rank 0 is off the subscripts,
     // but for Black it is rank 1.
     CheckAll({{"Pe2 pe7", "e0", 1, 2}, {"Pe2 pe7", "ed0", 1, 3}, {"Pe2 pe7", "ed0", 2, 2}, {"Pe2 pe7", "e`", 1, 2}});
-}
-
-TEST(Resolver, PawnStepsAndCaptures) {
     CheckAll({
         {"Pe2 Pe4", "e5", 1, 0, "Pe2 Pe5"}, {"Pe2 Pe3", "e4", 1, 0, "Pe2 Pe4"},
         // The double step needs e3 and e4 empty, and starts only from the home rank.
@@ -302,9 +296,7 @@ TEST(MarkReach, MarksWhatThePieceCanReach) {
         EXPECT_EQ(Reach(board, c.piece, c.square, c.white, c.marked[0] == '#'), c.marked)
             << c.piece << " " << c.square << " on " << c.pieces;
     }
-}
-
-TEST(ChessBoard, SquaresOffTheBoardReadEmptyAndIgnoreWrites) {
+    // Squares off the board read empty and ignore writes.
     ImportBoard board;
     for (const auto& [rank, file] : {std::pair{0, 1}, {1, 0}, {9, 1}, {1, 9}, {-1, 4}, {4, -1}, {0, 0}}) {
         EXPECT_TRUE(board.Code(rank, file) == "no" && board.IsEmpty(rank, file)) << rank << "," << file;

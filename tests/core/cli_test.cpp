@@ -141,9 +141,7 @@ TEST_F(CliTest, PrintGivesThePagesOfTheMovesList) {
     EXPECT_EQ(ran.out.substr(ran.out.find('\f') + 1, head.size() + 2), head + "2\n");
     EXPECT_EQ(ran.out.substr(ran.out.size() - 21), "\n\n  2. .....   Nc6  \n");
     EXPECT_EQ(Cli("print " + Lib("Line") + " --node 5").status, 1);
-}
-
-TEST_F(CliTest, UsageErrorsHelpAndUnreadableLibraries) {
+    // Usage errors, help and unreadable libraries.
     for (const auto& [args, status] : {std::pair{"", 2}, {"bogus", 2}, {"find x.vnb", 2}, {"print x.vnb --node none", 2},
                                        {"export x.vnb -x y", 2}, {"--help", 0}, {"import --help", 0}})
         EXPECT_EQ(Cli(args).status, status) << args;

@@ -83,9 +83,6 @@ TEST(LineSource, AFileReadAcrossManyBlocks) {
         EXPECT_EQ(AllLines(src), (Lines{std::string(at, 'x'), "last"})) << at;
     }
     std::filesystem::remove(path);
-}
-
-TEST(TextCodec, BetweenUtf8And1252) {
     // The line table above covers UTF-8 lines read as 1252; here the way back.
     EXPECT_EQ(Cp1252ToUtf8("R\xE9ti \x80 \x93q\x94"), "R\xC3\xA9ti \xE2\x82\xAC \xE2\x80\x9Cq\xE2\x80\x9D");
     for (int b = 0; b < 256; ++b)

@@ -158,11 +158,7 @@ TEST(Walk, TokensMarksCommentsVariationsAndLineComments) {
         {{"e4 ; a fine move", "e5"}, {"e4", "e5"}, {{1, " a fine move "}}},
         // The token in front of the ";" stays open into the next line.
         {{"d4 e4;x", "e5"}, {"d4", "e4e5"}, {{1, "x "}}}, {{"e4 {a} ;b"}, {"e4"}, {{1, "a\r\nb "}}},
-    });
-}
-
-TEST(Walk, SanIndicators) {
-    CheckWalks({
+        // SAN comment indicators.
         {{"e4 {best} e5"}, {"e4", "e5"}, {{1, "best"}}, "{", "}"},
         {{"e4 //best// e5 //x/y//"}, {"e4", "e5"}, {{1, "best"}, {2, "x/y"}}, "//", "//"},
         {{"e4 //ab", "cd// e5"}, {"e4", "e5"}, {{1, "ab \r\n cd"}}, "//", "//"},

@@ -165,11 +165,8 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     EXPECT_EQ(host.messages, (Messages{{"Couldn't open " + (dir / "nope.pgn"), ""}}));
     EXPECT_EQ(host.errors, Errors{});
     EXPECT_TRUE(Rows().empty());
-}
-
-// Neither the import nor the writing of the library gets past a database
-// that is not there or not fit, and neither creates one.
-TEST_F(BuildTreeTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
+    // Neither the import nor the writing of the library gets past a database
+    // that is not there or not fit, and neither creates one.
     for (int k = 0; k < kSpoiledDatabases; ++k) {
         SpoilDatabase(k);
         for (bool write : {false, true}) {

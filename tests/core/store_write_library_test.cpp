@@ -116,9 +116,8 @@ TEST_F(WriteLibraryTest, AnExistingLibraryIsReplacedOnlyWhenTheUserAgrees) {
     EXPECT_EQ(host.errors, (Errors{{"Invalid use of Null", 94}}));
     EXPECT_EQ(ReadFile(Path()), before);
     EXPECT_EQ(std::distance(fs::directory_iterator(dir.str()), fs::directory_iterator()), 2);  // library, database
-}
-
-TEST_F(WriteLibraryTest, FileThatCannotBeCreatedIsNamed) {
+    // A file that can't be created is named.
+    host = RecordingHost{};
     Insert({MakeRow(1, 0, "e4")});
     options.databasePath = DbPath();
     options.programDir = dir / "no-such-directory";
