@@ -213,11 +213,10 @@ TEST(Resolver, CastlingSpellingsAreRewrittenBeforeTheSquaresAreTested) {
     // A square that doesn't fit gives 3, and the token is rewritten all the same.
     for (const char* pieces : {"start -g1", "Ke1 rh1", "ke1 Rh1", "Ke1 Qh1", "Kd1 Rh1"})
         cases.push_back({pieces, "O-O", 1, 3, nullptr, "o-o"});
-    cases.push_back({"Ke1 Rh1", "O-O", 2, 3, nullptr, "o-o"});  // Black to move
-    cases.push_back({"start -c1 -d1", "0-0-0", 1, 3, nullptr, "o-o-o"});  // b1 must be empty too
-    cases.push_back({"Ke1 Ra1 nb1", "O-O-O", 1, 3, nullptr, "o-o-o"});
-    cases.push_back({"ke8 ra8 qd8", "O-O-O", 2, 3, nullptr, "o-o-o"});
-    cases.push_back({"ke8 rh8 Ng8", "O-O", 2, 3, nullptr, "o-o"});
+    // Black to move; b1 must be empty too.
+    for (const auto& [pieces, token, ply] : {std::tuple{"Ke1 Rh1", "O-O", 2}, {"start -c1 -d1", "0-0-0", 1},
+                                             {"Ke1 Ra1 nb1", "O-O-O", 1}, {"ke8 ra8 qd8", "O-O-O", 2}, {"ke8 rh8 Ng8", "O-O", 2}})
+        cases.push_back({pieces, token, ply, 3, nullptr, token[3] ? "o-o-o" : "o-o"});
     // In check, through check, into check: only the four squares count.
     cases.push_back({"Ke1 Rh1 re8 qf8 bg8", "O-O", 1, 0, "Rf1 Kg1 re8 qf8 bg8", "o-o"});
     // Spellings the resolver doesn't know stay as they came.
