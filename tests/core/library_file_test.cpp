@@ -29,11 +29,7 @@ struct Lib {
         records.push_back({index, parent, newBranch, std::move(text), std::move(remarks), std::move(layout)});
         return *this;
     }
-    Lib& Set(int16_t version, int32_t recCount) {
-        header.version = version;
-        header.RecCount = recCount;
-        return *this;
-    }
+    Lib& Set(int16_t version, int32_t recCount) { header.version = version, header.RecCount = recCount; return *this; }
     std::string Bytes() const {
         LibraryHeader h = header;
         if (h.RecCount == -99) h.RecCount = static_cast<int32_t>(records.size());

@@ -93,10 +93,7 @@ std::string Joined(const Slots& slots, int last) {
 
 // One read of a game: what it returns, the slots 0..max(1, plies + 1) of
 // moves and comments (nullptr: not looked at), and the line the reader stopped at.
-struct Read {
-    int16_t plies;
-    const char *moves, *comments, *lineAfter = nullptr;
-};
+struct Read { int16_t plies; const char *moves, *comments, *lineAfter = nullptr; };
 
 // A file read game by game, then the remarks (unless null) and the end of the file.
 struct FileCase {
@@ -178,13 +175,8 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         "[Event \"E\"]\n[Site \"S\"]\n[Date \"2001.02.03\"]\n[Round \"1\"]\n"
         "[White \"W\"]\n[Black \"B\"]\n[Result \"1-0\"]";
     const std::string unknown = "[Event \"E\"]\n[Date \"1999.??.??\"]\n[Round \"?\"]";
-    struct Case {
-        const char* mask;  // Event Site Date Round White Black Result
-        std::string section;
-        const char* name;
-        bool ignoreQuestion = true;
-    };
-    const Case cases[] = {
+    struct Case { const char* mask; std::string section; const char* name; bool ignoreQuestion = true; };
+    const Case cases[] = {  // the mask: Event Site Date Round White Black Result
         {"1111111", all, "E S 2001.02.03 1 W B 1-0"}, {"0000110", all, "W B"}, {"0000001", all, "1-0"},
         // Tags given in another order in the file still come in the same order.
         {"1000100", "[White \"W\"]\n[Event \"E\"]", "E W"},

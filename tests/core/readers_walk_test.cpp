@@ -16,11 +16,7 @@ using vantrel::chess::ParseToken;
 
 TEST(ParseToken, MovesMarksCodesAndResults) {
     // A token, whether it holds a move, the bare move and the note.
-    struct Token {
-        const char *token;
-        bool isMove;
-        const char *move, *note;
-    };
+    struct Token { const char* token; bool isMove; const char *move, *note; };
     const Token tokens[] = {
         // Move numbers and dots come off; the leading digit of 1/2 goes like a move number.
         {"1.e4", true, "e4", ""}, {"12...Nf6", true, "Nf6", ""}, {"...Nf6", true, "Nf6", ""}, {"7Nf3", true, "Nf3", ""},

@@ -66,7 +66,8 @@ TEST_F(WriteLibraryTest, TheTableGoesIntoTheFileAsTheFormatWantsIt) {
     EXPECT_EQ(h.LibRemarks, std::string(library::kMaxStringBytes, 'r'));
     Strings records;  // each with its remarks behind a "|", long ones as their first character and size
     for (const auto& r : c.records)
-        records.push_back(Brief({r.index, r.parent, r.description, "", r.description, r.new_branch ? -1 : 0}) + "|" +
+        records.push_back(std::to_string(r.index) + "<" + std::to_string(r.parent) + " " + r.description +
+                          (r.new_branch ? " *|" : "|") +
                           (r.remarks.size() > 20 ? r.remarks[0] + std::to_string(r.remarks.size()) : r.remarks));
     EXPECT_EQ(records, (Strings{"1<0 e4: a game *|", "2<1 e5|a65535", "3<2 Nf3|two\r\nlines", "4<3 Nc6|c65535"}));
     EXPECT_EQ(c.records[1].BoardLayout, "RNB" + std::string(61, ' '));
