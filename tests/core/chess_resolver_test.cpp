@@ -224,7 +224,6 @@ TEST(Resolver, CastlingSpellingsAreRewrittenBeforeTheSquaresAreTested) {
                           "0x0", "ooo0"})
         cases.push_back({"start -b1 -c1 -d1 -f1 -g1", t, 1, 3});
     for (const Case& c : cases) Check(c);
-
     // Nothing remembers that king and rook have moved.
     ImportBoard board;
     SetUpBoard(board, "Ke1 Rh1 ka8");

@@ -97,7 +97,6 @@ TEST_F(CliTest, PliesKeepTheStartOfALongGameAndTellTheDepthThatFitsAWindow) {
     EXPECT_EQ(last.substr(last.rfind("\n", last.size() - 2) + 1),  // a position after Ng8, and no comment
               "40\t39\tpawn\tNg8\t" + std::string(chess::kInitialLayout) + "\t\n");
     EXPECT_EQ(Import("Long", game, "--plies 251").status, 2);
-
     gen::Rng rng(5);
     std::string pgn;
     for (int g = 1; g <= 420; ++g)
@@ -170,7 +169,6 @@ TEST(ProgramFolders, BesideTheProgramOrInTheUsersFolder) {
     EXPECT_EQ(resolve("usr/bin", "relative", home), user + "|" + t / "usr/share/vantrel|");
     EXPECT_EQ(ReadFile(user + "/Tessimo.mdb"), "used") << "the user's copy stays";
     EXPECT_EQ(resolve("usr/bin", t / "xdg", home), t / "xdg/Vantrel|" + t / "usr/share/vantrel|");
-
     EXPECT_EQ(resolve("usr/bin", "", Put(t / "file")),
               t / "file/.local/share/Vantrel|" + t / "usr/share/vantrel|The folder " + t / "file/.local/share/Vantrel" +
                   " could not be made: Not a directory.");

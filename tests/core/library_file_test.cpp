@@ -96,7 +96,6 @@ TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
     std::string games;
     for (const auto& g : c.games) games += std::to_string(g.node) + "=" + g.name + "|";
     EXPECT_EQ(games, "1=Open games|3=Sicilian|4=Closed|6= x|7=|");
-
     // Node numbers follow the file, not the index.
     LibraryContents d;
     ASSERT_EQ(Lib().Add(50, 0, "e4").Add(7, 50, "e5").Add(900, 7, "Nf3").Load(d), LoadResult::Ok);

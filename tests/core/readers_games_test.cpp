@@ -56,7 +56,6 @@ TEST(LineSource, AFileReadAcrossManyBlocks) {
                               ("vantrel_lines_" + std::to_string(::getpid()) + ".txt")).string();
     const auto write = [&](const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; };
     LineSource src;
-
     // Lines of every length and every kind of end, so that block boundaries
     // fall inside lines and between CR and LF.
     std::string text = "\xEF\xBB\xBF";

@@ -72,7 +72,6 @@ TEST(SetupBoard, MovesEmptyTheirSquareAndTheTrashEmptiesOnlySquares) {
     ASSERT_TRUE(b.DropOnSquare(DragSource::Square(8), 9));
     EXPECT_EQ(b.Read(false), With(kStart, {{12, '0'}, {6, '0'}, {28, 'N'}, {8, '0'}}));
     EXPECT_EQ(b.Tag(9), "P09");
-
     // Drops that change nothing: a piece on its own square, also one that came from elsewhere.
     b.Display(kStart, false);
     b.DropOnSquare(DragSource::Square(4), 4);

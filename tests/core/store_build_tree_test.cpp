@@ -45,7 +45,6 @@ TEST_F(BuildTreeTest, ThreeGamesGiveTheFourRecordsOfTheTree) {
     EXPECT_EQ(host.yields, 4);
     EXPECT_EQ(session.recordCount, 4);
     EXPECT_EQ(host.games, (Strings{"1 a 3", "2 b 2", "3 c 2"}));
-
     // Each import starts with an empty table.
     ASSERT_TRUE(Build("[Event \"z\"]\n\nc4 c5\n"));
     EXPECT_EQ(Briefs(Rows()), (Strings{"1<0 c4 (c4: z) *", "2<1 c5"}));
@@ -60,7 +59,6 @@ TEST_F(BuildTreeTest, NamesAndCommentsOfTheFirstNewNode) {
     options.pgn = false;
     ASSERT_TRUE(Build("!   \ne4 e5\n"));
     EXPECT_EQ(Briefs(Rows()), (Strings{"1<0 e4 *", "2<1 e5"}));
-
     options.commentStart = "{";
     options.commentEnd = "}";
     ASSERT_TRUE(Build("!g1\n{ } e4 {m1} e5\n"          // a blank game comment isn't put in front
@@ -100,7 +98,6 @@ TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndAnAcceptedRepairIsTheMoveS
     ASSERT_EQ(Briefs(rows), (Strings{"1<0 e4 (e4: a) *", "2<1 e5", "3<0 d4 (d4: b) *", "4<3 d5"}));
     EXPECT_EQ(rows[3].layout, LayoutAfter({"d4", "d5"}));
     EXPECT_TRUE(host.Silent());
-
     // Accepted: the second game's Nf9 is put right to Nf3 (after one more wrong try),
     // which is then found in the tree, so Nc6 hangs below the first game's Nf3.
     host = RecordingHost{};
@@ -126,7 +123,6 @@ TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesItAndCancelKeepsTheReco
     // A castling that can't be played: the dialog sees the move as the file
     // wrote it, not the resolver's rewritten copy.
     EXPECT_EQ(host.fixCalls, Strings{"3 3 3 O-O"});
-
     // Cancel in the repair dialog keeps the records so far: game c is never read.
     host = RecordingHost{};
     host.answers.push_back({import::kFixCancel, ""});
@@ -151,12 +147,10 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     EXPECT_EQ(host.messages, Messages{});
     EXPECT_EQ(host.errors, (Errors{{"Subscript out of range", 9}}));
     EXPECT_EQ(Rows().size(), 2u);
-
     host = RecordingHost{};
     EXPECT_FALSE(Build(""));  // an empty file: the first read fails
     EXPECT_EQ(host.messages, Messages{});
     EXPECT_EQ(host.errors, (Errors{{"Input past end of file", 62}}));
-
     // A missing input file is named trimmed; the table was emptied before it was looked for.
     ASSERT_TRUE(Build(kThreeGames));
     host = RecordingHost{};

@@ -47,7 +47,6 @@ TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
     const auto fresh = fs::file_size(DbPath());
     ASSERT_TRUE(Import("[Event \"first\"]\n\ne4 e5\n"));
     const std::string before = ReadFile(import::LibraryPath(options));
-
     // Another program starts reading the database while the import runs, so
     // the import can't commit: it fails, and claims no records.
     sqlite3* reader = nullptr;
@@ -63,7 +62,6 @@ TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
     sqlite3_exec(reader, "COMMIT", nullptr, nullptr, nullptr);
     sqlite3_close(reader);
     EXPECT_EQ(ReadFile(import::LibraryPath(options)), before);
-
     // The database is usable again at once, and holds no more room than
     // the last import needs.
     ASSERT_TRUE(Import(ManyGames(40)));
@@ -78,7 +76,6 @@ TEST_F(StoreFaultTest, AFullDiskIsToldAsDiskFullAndTheOlderLibraryStays) {
     // Root (as in CI) can always mount one; anyone else can't.
     if (!disk.mounted && ::geteuid() != 0) GTEST_SKIP() << "mounting a tmpfs needs root";
     ASSERT_TRUE(disk.mounted) << "no tmpfs could be mounted";
-
     // The library doesn't fit: the one that stood there before stays whole.
     options.databasePath = DbPath();
     options.programDir = dir / "disk";
@@ -90,7 +87,6 @@ TEST_F(StoreFaultTest, AFullDiskIsToldAsDiskFullAndTheOlderLibraryStays) {
     EXPECT_EQ(host.errors, (Errors{{"Disk full", 61}}));
     EXPECT_EQ(ReadFile(path), before);
     EXPECT_EQ(FilesIn(dir / "disk"), 2u);  // the library and the filler: no temporary file
-
     // The working database can't grow: the import ends the same way.
     fs::remove(dir / "disk/filler");
     fs::copy_file(DbPath(), dir / "disk/Tessimo.mdb");
@@ -108,7 +104,6 @@ TEST_F(StoreFaultTest, FoldersWhereFilesShouldBe) {
     fs::create_directories(options.inFile);
     EXPECT_FALSE(import::BuildTree(options, host, session));
     EXPECT_EQ(host.messages, (Messages{{"Couldn't open " + options.inFile, ""}}));
-
     // Where the library would go: the folder stays, and the user is told why.
     fs::remove(options.inFile);
     fs::create_directories(dir / "Demo.vnb");

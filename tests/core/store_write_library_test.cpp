@@ -56,7 +56,6 @@ TEST_F(WriteLibraryTest, TheTableGoesIntoTheFileAsTheFormatWantsIt) {
     // The counter starts at 1, with a blank in front of the digits.
     EXPECT_EQ(host.counts, (Strings{" 1", " 2", " 3", " 4"}));
     EXPECT_EQ(host.yields, 4);
-
     const auto c = ReadBack(Path());
     const auto& h = c.header;
     // Version, flag, book; RecCount of this library's records; MinIndex and MaxIndex over the whole table.
@@ -85,7 +84,6 @@ TEST_F(WriteLibraryTest, AnExistingLibraryIsReplacedOnlyWhenTheUserAgrees) {
     ASSERT_TRUE(Write());
     EXPECT_TRUE(host.overwriteQuestions.empty());
     EXPECT_EQ(ReadBack(Path()).records.size(), 1u);
-
     // Refused: nothing is touched, not even the database.
     WriteFile(Path(), "old library");
     fs::rename(DbPath(), dir / "aside.mdb");
@@ -95,14 +93,12 @@ TEST_F(WriteLibraryTest, AnExistingLibraryIsReplacedOnlyWhenTheUserAgrees) {
     EXPECT_EQ(host.overwriteQuestions, Strings{"Demo.vnb already exists.  OK to overwrite?"});
     EXPECT_TRUE(host.Silent());
     EXPECT_EQ(ReadFile(Path()), "old library");
-
     // Agreed: the new library takes the old one's place.
     fs::rename(dir / "aside.mdb", DbPath());
     host = RecordingHost{};
     ASSERT_TRUE(Write());
     EXPECT_EQ(host.overwriteQuestions.size(), 1u);
     EXPECT_EQ(ReadBack(Path()).records.size(), 1u);
-
     // Agreed, but the table is empty and the write fails (no smallest index to read): the
     // older library stays byte for byte, and no temporary file is left beside it.
     const std::string before = ReadFile(Path());
