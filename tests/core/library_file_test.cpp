@@ -204,7 +204,7 @@ TEST(FindFromStart, AndFindNextWalkTheTreeInTheirOrder) {
         // C = N: 1..S.
         {10, {2, 7}, 10, 5, 2}, {10, {2, 7}, 10, 1, 0}, {10, {10}, 10, 10, 10}, {10, {10}, 10, 5, 0},
         // 1 < C < S: C + 1..S, no wrap; the selection itself is not compared.
-        {10, {1, 8}, 2, 5, 0}, {10, {1, 4, 8}, 2, 5, 4}, {10, {3}, 3, 5, 0},
+        {10, {1, 8}, 2, 5, 0}, {10, {1, 4, 8}, 2, 5, 4}, {10, {3}, 3, 5, 0}, {10, {1}, 2, 9, 0},
         // S <= C < N: C + 1..N, then 1..S; a match on S > 1 keeps the pass going.
         {10, {2, 9}, 5, 5, 9}, {10, {2, 9}, 9, 5, 2}, {10, {2, 9}, 7, 5, 9}, {10, {6}, 7, 5, 0}, {10, {5}, 5, 5, 5},
     };
@@ -224,6 +224,8 @@ TEST(MoveList, LinesOfAPath) {
         // Game names are left out; a colon later in the name is just more of the name.
         {"e4:King's Pawn\\c5:Sicilian Defence\\Nf3", {"  1. e4      c5", "  2. Nf3"}},
         {"d4\\d5\\c4:Queen's Gambit", {"  1. d4      d5", "  2. c4"}}, {"e4:a: b: c\\e5", {"  1. e4      e5"}},
+        // The first character of a move is never a terminator, not even a colon or a backslash.
+        {":x\\e5", {"  1. :x      e5"}}, {"e4\\:Name", {"  1. e4      :Name"}}, {"\\e4\\e5", {"  1. \\e4     e5"}},
         // A backslash in a name starts a new move and shifts every following move by one half.
         {"e4:Ruy Lopez\\Spanish\\e5\\Nf3", {"  1. e4      Spanish", "  2. e5      Nf3"}},
         {"e4\\e5:Open\\ing\\Nf3", {"  1. e4      e5", "  2. ing     Nf3"}},

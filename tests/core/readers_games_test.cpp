@@ -47,6 +47,7 @@ TEST(LineSource, LineEndsAndCharacterSets) {
         {"R\xC3\xA9ti\n\xE2\x82\xAC 5\nA\xE4\xB8\xAD" "B", {"R\xE9ti", "\x80 5", "A?B"}},
         // 0xE9 alone is no UTF-8, so the line is taken as 1252 as it stands; each line is judged on its own.
         {"R\xE9ti\n\x80 \xFC", {"R\xE9ti", "\x80 \xFC"}}, {"R\xE9ti\nR\xC3\xA9ti", {"R\xE9ti", "R\xE9ti"}},
+        {"\xC0\x80\n\xED\xA0\x80", {"\xC0\x80", "\xED\xA0\x80"}},  // nor are overlong forms and surrogates
     };
     for (const auto& [text, lines] : cases) EXPECT_EQ(LinesOf(text), lines) << text;
 }

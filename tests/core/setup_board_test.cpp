@@ -44,6 +44,7 @@ TEST(SetupBoard, DrawingAndReadingBackInBothOrientations) {
     // A wrong length leaves the squares as they were.
     EXPECT_FALSE(b.Display(kEmpty.substr(0, 63), false) || b.Display(kEmpty + "0", false) || b.Display("", false));
     EXPECT_EQ(b.Read(false), kStart);
+    EXPECT_TRUE(b.Display(kEmpty + "  ", false));  // blanks behind are not counted
     // Every palette piece lands with its character and replaces what stood there.
     for (int p = 0; p < kPaletteSize; ++p) {
         const char c = std::string("PRNBQKprnbqk")[static_cast<std::size_t>(p)];
