@@ -1,19 +1,19 @@
 // vantrel-cli as a user runs it: import with --repair and --plies, export and
-// import again, find, print, and the exit status of each.
+// import again, find, print, and the exit status of each. Where the program
+// keeps its files: beside itself when it may write there, otherwise in the
+// user's folder, with the working database copied in once.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdio>
 
+#include "import/program_dir.h"
 #include "store_test_support.h"
 
 namespace vantrel::storetest {
 namespace {
 
-struct Ran {
-    int status;
-    std::string out, err;
-};
+struct Ran { int status; std::string out, err; };
 
 class CliTest : public ::testing::Test {
 protected:
@@ -49,8 +49,7 @@ protected:
 };
 
 TEST_F(CliTest, ExportOfTheSampleAndOfManyGamesPerBranchImportsToTheSameTree) {
-    std::string pgn = VANTREL_SCHEMA;
-    pgn = ReadFile(pgn.replace(pgn.rfind("schema.sql"), std::string::npos, "sample-openings.pgn"));
+    std::string pgn = ReadFile((fs::path(VANTREL_SCHEMA).parent_path() / "sample-openings.pgn").string());
     gen::Rng rng(11);
     std::vector<gen::Game> games;
     for (int g = 1; g <= 80; ++g) {
@@ -98,7 +97,6 @@ TEST_F(CliTest, PliesKeepTheStartOfALongGameAndTellTheDepthThatFitsAWindow) {
     EXPECT_EQ(last.substr(last.rfind("\n", last.size() - 2) + 1),  // a position after Ng8, and no comment
               "40\t39\tpawn\tNg8\t" + std::string(chess::kInitialLayout) + "\t\n");
     EXPECT_EQ(Import("Long", game, "--plies 251").status, 2);
-
     gen::Rng rng(5);
     std::string pgn;
     for (int g = 1; g <= 420; ++g)
@@ -119,8 +117,7 @@ TEST_F(CliTest, FindListsEveryNodeOfAPosition) {
     EXPECT_EQ(Cli(find + " --fen \"r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 2 3\"").out, both);
     EXPECT_EQ(Cli(find + " --layout RNBQKB0RPPPP0PPP00000N000000P0000000p00000n00000pppp0pppr0bqkbnr").out, both);
     const Ran none = Cli(find + " --fen rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR");
-    EXPECT_EQ(none.status, 1);
-    EXPECT_EQ(none.err, "No match found\n");
+    EXPECT_EQ(std::to_string(none.status) + " " + none.err, "1 No match found\n");
     const Ran bad = Cli(find + " --fen rnbqkbnr/ppp");
     EXPECT_EQ(bad.status, 2);
     EXPECT_EQ(bad.err.rfind("vantrel-cli: not a FEN position: rank 7 doesn't hold 8 squares\n", 0), 0u);
@@ -136,25 +133,49 @@ TEST_F(CliTest, PrintGivesThePagesOfTheMovesList) {
     const std::string head = "Vantrel - Print Moves List           Page ";
     const std::string start = head + "1\n" + std::string(56, '=') +
                               "\n\n\n Italian\n\n  1. e4              : Italian\n\n\n[Event \"Italian\"]\n\n\n"
-                              "  1. .....   e5   \n  2. Nf3  \n\n"
-                              "a comment long enough to be wrapped a comment long enough to be\n"
-                              "wrapped a comment long enough to be wrapped a comment long enough to\n";
+                              "  1. .....   e5   \n  2. Nf3  \n\na comment long enough to be wrapped a comment long enough to be\n";
     EXPECT_EQ(ran.out.substr(0, start.size()), start);
     EXPECT_EQ(std::count(ran.out.begin(), ran.out.end(), '\f'), 1);
     EXPECT_EQ(ran.out.substr(ran.out.find('\f') + 1, head.size() + 2), head + "2\n");
     EXPECT_EQ(ran.out.substr(ran.out.size() - 21), "\n\n  2. .....   Nc6  \n");
     EXPECT_EQ(Cli("print " + Lib("Line") + " --node 5").status, 1);
+    // Usage errors, help and unreadable libraries.
+    for (const auto& [args, status] : {std::pair{"", 2}, {"bogus", 2}, {"find x.vnb", 2}, {"print x.vnb --node none", 2},
+                                       {"export x.vnb -x y", 2}, {"--help", 0}, {"import --help", 0}})
+        EXPECT_EQ(Cli(args).status, status) << args;
+    const Ran missing = Cli("export " + Lib("missing"));
+    EXPECT_EQ(std::to_string(missing.status) + " " + missing.err, "1 Problem loading library " + Lib("missing") + "\n");
 }
 
-TEST_F(CliTest, UsageErrorsHelpAndUnreadableLibraries) {
-    const std::pair<std::string, int> cases[] = {
-        {"", 2}, {"bogus", 2}, {"find", 2}, {"find x.vnb", 2}, {"print x.vnb --node none", 2},
-        {"export x.vnb -x y", 2}, {"--help", 0}, {"print --help", 0}, {"import --help", 0},
+std::string Put(const std::string& file, const std::string& text = "empty") {
+    fs::create_directories(fs::path(file).parent_path());
+    WriteFile(file, text);
+    return file;
+}
+
+TEST(ProgramFolders, BesideTheProgramOrInTheUsersFolder) {
+    TempDir t;
+    Put(t / "build/bin/Tessimo.mdb");
+    Put(t / "usr/share/vantrel/Tessimo.mdb");
+    const std::string home = t / "home", user = home + "/.local/share/Vantrel";
+    const auto resolve = [&](const std::string& exe, const std::string& xdg, const std::string& h) {
+        const install::ProgramFolders f = install::ResolveProgramFolders(t / exe, xdg, h);
+        return f.programDir + "|" + f.dataDir + "|" + f.error;
     };
-    for (const auto& [args, status] : cases) EXPECT_EQ(Cli(args).status, status) << args;
-    const Ran missing = Cli("export " + Lib("missing"));
-    EXPECT_EQ(missing.status, 1);
-    EXPECT_EQ(missing.err, "Problem loading library " + Lib("missing") + "\n");
+    EXPECT_EQ(resolve("build/bin", "", home), t / "build/bin|" + t / "build/bin|");
+    EXPECT_EQ(resolve("usr/bin", "", home), user + "|" + t / "usr/share/vantrel|");
+    EXPECT_EQ(ReadFile(user + "/Tessimo.mdb"), "empty");
+    Put(user + "/Tessimo.mdb", "used");
+    EXPECT_EQ(resolve("usr/bin", "relative", home), user + "|" + t / "usr/share/vantrel|");
+    EXPECT_EQ(ReadFile(user + "/Tessimo.mdb"), "used") << "the user's copy stays";
+    EXPECT_EQ(resolve("usr/bin", t / "xdg", home), t / "xdg/Vantrel|" + t / "usr/share/vantrel|");
+    EXPECT_EQ(resolve("usr/bin", "", Put(t / "file")),
+              t / "file/.local/share/Vantrel|" + t / "usr/share/vantrel|The folder " + t / "file/.local/share/Vantrel" +
+                  " could not be made: Not a directory.");
+    fs::create_directories(t / "broken/share/vantrel/Tessimo.mdb");  // not a file: the copy fails
+    EXPECT_NE(resolve("broken/bin", "", t / "h2").find("|The working database could not be copied from " +
+                                                       t / "broken/share/vantrel/Tessimo.mdb to "),
+              std::string::npos);
 }
 
 }  // namespace

@@ -1,10 +1,16 @@
 // The library file: its bytes written and read back, and opening it: the
 // tree, the comments, the game list, and the files that can't be opened.
+// The walk of Find and Find Next (which nodes each call tries, in which
+// order, where a pass through the tree ends), and the Move List's lines.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "chess/board.h"
+#include "library/find.h"
 #include "library/format.h"
 #include "library/loader.h"
+#include "library/move_list.h"
 
 using namespace vantrel::library;
 
@@ -23,11 +29,7 @@ struct Lib {
         records.push_back({index, parent, newBranch, std::move(text), std::move(remarks), std::move(layout)});
         return *this;
     }
-    Lib& Set(int16_t version, int32_t recCount) {
-        header.version = version;
-        header.RecCount = recCount;
-        return *this;
-    }
+    Lib& Set(int16_t version, int32_t recCount) { header.version = version, header.RecCount = recCount; return *this; }
     std::string Bytes() const {
         LibraryHeader h = header;
         if (h.RecCount == -99) h.RecCount = static_cast<int32_t>(records.size());
@@ -57,8 +59,6 @@ std::string DemoBytes() {
         .Bytes();
 }
 
-}  // namespace
-
 TEST(LibraryFormat, WorkedExampleIsByteExact) {
     const std::string bytes = DemoBytes();
     ASSERT_EQ(bytes.size(), 206u);
@@ -69,32 +69,6 @@ TEST(LibraryFormat, WorkedExampleIsByteExact) {
     EXPECT_EQ(bytes.substr(53, 64), std::string(64, 'A'));
     EXPECT_EQ(Hex(bytes.substr(117, 25)), "02 00 00 00 01 00 00 00 00 00 02 00 65 35 09 00 4F 70 65 6E 20 67 61 6D 65");
     EXPECT_EQ(bytes.substr(142, 64), std::string(64, 'B'));
-}
-
-TEST(LibraryFormat, ReaderRoundTripsAndDropsAPartialTail) {
-    const std::string bytes = DemoBytes();
-    for (size_t cut = 0; cut <= 206; ++cut) {
-        LibraryReader r;
-        r.OpenBytes(bytes.substr(0, cut));
-        LibraryHeader h;
-        EXPECT_EQ(r.ReadHeader(h), cut >= 26) << cut;
-        EXPECT_EQ(h.version, cut < 2 ? 0 : 1) << cut;  // an empty read leaves version at 0
-        int records = 0;
-        for (LibraryNodeRecord rec; r.ReadRecord(rec);) ++records;
-        EXPECT_EQ(records, cut >= 206 ? 2 : cut >= 117 ? 1 : 0) << cut;
-    }
-    LibraryReader r;
-    r.OpenBytes(bytes.substr(0, 34) + '\x02' + bytes.substr(35));  // any new_branch but 0 is true
-    LibraryHeader h;
-    LibraryNodeRecord n1, n2;
-    ASSERT_TRUE(r.ReadHeader(h) && r.ReadRecord(n1) && r.ReadRecord(n2));
-    EXPECT_EQ(h.book + "|" + h.LibRemarks + "|" + std::to_string(h.RecCount), "Demo|Hi|2");
-    EXPECT_TRUE(n1.new_branch);
-    EXPECT_FALSE(n2.new_branch);
-    EXPECT_EQ(n1.description, "e4: Test game");
-    EXPECT_EQ(n2.remarks, "Open game");
-    EXPECT_EQ(n2.parent, 1);
-    EXPECT_EQ(n2.BoardLayout, std::string(64, 'B'));
 }
 
 TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
@@ -122,7 +96,6 @@ TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
     std::string games;
     for (const auto& g : c.games) games += std::to_string(g.node) + "=" + g.name + "|";
     EXPECT_EQ(games, "1=Open games|3=Sicilian|4=Closed|6= x|7=|");
-
     // Node numbers follow the file, not the index.
     LibraryContents d;
     ASSERT_EQ(Lib().Add(50, 0, "e4").Add(7, 50, "e5").Add(900, 7, "Nf3").Load(d), LoadResult::Ok);
@@ -160,7 +133,7 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
         {"no branch", Lib().Add(1, 0, "e4:", "", false).Bytes(), LoadResult::Ok, 1},
         // What readers ignore: flag, MinIndex, MaxIndex, a file that ends in the middle of a record.
         {"fields readers ignore", twoRecords, LoadResult::Ok, 2},
-        {"the last record cut", twoRecords.substr(0, twoRecords.size() - 10), LoadResult::Ok, 1},
+        {"the last record a byte short", twoRecords.substr(0, twoRecords.size() - 1), LoadResult::Ok, 1},
     };
     for (const auto& c : cases) {
         LibraryContents contents;
@@ -169,26 +142,106 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
     }
     LibraryContents c;
     EXPECT_EQ(LoadLibrary("/nonexistent/dir/none.vnb", c), LoadResult::Problem);
-}
-
-TEST(LibraryLoader, ProgressEvery101RecordsAndTheNodeLimit) {
+    // Progress every 101 records, and the node limit.
     struct Observer : LoadObserver {
         std::vector<double> progress;
         void OnProgress(double p) override { progress.push_back(p); }
     };
     Lib lib;
     for (int i = 1; i <= 303; ++i) lib.Add(i, i - 1, "m" + std::to_string(i));
-    Observer o, none;
-    LibraryContents c, c2, c3, c4;
-    ASSERT_EQ(lib.Load(c, &o), LoadResult::Ok);
+    Observer o;
+    LibraryContents c1, c2, c3;
+    ASSERT_EQ(lib.Load(c1, &o), LoadResult::Ok);
     EXPECT_EQ(o.progress, (std::vector<double>{101.0 / 303 * 100, 202.0 / 303 * 100, 100.0}));
-    lib.records.resize(100);
-    ASSERT_EQ(lib.Load(c2, &none), LoadResult::Ok);
-    EXPECT_TRUE(none.progress.empty()) << "with 100 records the bar never moves";
     // Past 32,767 nodes the load fails.
     Lib big;
     for (int i = 1; i <= TreeModel::kMaxNodes; ++i) big.Add(i, 0, "m");
-    EXPECT_EQ(big.Load(c3), LoadResult::Ok);
+    EXPECT_EQ(big.Load(c2), LoadResult::Ok);
     big.Add(TreeModel::kMaxNodes + 1, 0, "m");
-    EXPECT_EQ(big.Load(c4), LoadResult::Problem);
+    EXPECT_EQ(big.Load(c3), LoadResult::Problem);
 }
+
+using Lines = std::vector<std::string>;
+
+const std::string kTarget = "RNBQKBNRPPPP0PPP000000000000P0000000000000000000pppppppprnbqkbnr";
+const std::string kOther = "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
+
+// A flat tree of n nodes; the nodes in `matches` hold the target position.
+TreeModel MakeTree(int n, const std::set<int>& matches) {
+    TreeModel tree;
+    for (int i = 1; i <= n; ++i)
+        tree.Add(0, i, "m" + std::to_string(i), NodeImage::Pawn, matches.count(i) ? kTarget : kOther);
+    return tree;
+}
+
+TEST(FindInRange, ComparesTheWholeString) {
+    const std::string lowerKing = "RNBQkBNR" + kTarget.substr(8);
+    TreeModel tree;
+    for (const std::string& tag : {lowerKing, kTarget + " ", kTarget.substr(0, 63), kTarget})
+        tree.Add(0, tree.Count() + 1, "m", NodeImage::Pawn, tag);
+    EXPECT_EQ(std::to_string(FindInRange(tree, kTarget, 1, 4)) + std::to_string(FindInRange(tree, lowerKing, 1, 4)) +
+                  std::to_string(FindInRange(tree, std::string(64, '0'), 1, 4)), "410");
+}
+
+// A walk on a tree of n nodes with matches at the given nodes: the selection
+// C (Find Next; 0 for Find), where the search began S, and the node found.
+struct Walk {
+    int n;
+    std::set<int> matches;
+    int current, start, result;
+};
+
+// Find begins behind the selection, wraps and tries it last; Find Next takes its
+// first range by the selection and wraps only at the end.
+TEST(FindFromStart, AndFindNextWalkTheTreeInTheirOrder) {
+    const Walk walks[] = {
+        {10, {3, 8}, 0, 5, 8}, {10, {3, 8}, 0, 8, 3}, {10, {3, 8}, 0, 2, 3}, {10, {3, 8}, 0, 9, 3},
+        {10, {4, 10}, 0, 10, 4}, {10, {10}, 0, 10, 10},  // the last node selected: 1..N
+        {10, {6}, 0, 6, 6}, {10, {6}, 0, 1, 6}, {10, {}, 0, 6, 0}, {1, {1}, 0, 1, 1}, {1, {}, 0, 1, 0},
+        // Find Next, C = 1: 2..S, wrapping to 1..N only when 2..S ends at N.
+        {10, {1, 4, 7}, 1, 5, 4}, {10, {1, 4, 7}, 1, 3, 0}, {10, {1, 4, 7}, 1, 1, 0}, {10, {1}, 1, 10, 1},
+        {1, {1}, 1, 1, 1}, {1, {}, 1, 1, 0},
+        // C = N: 1..S.
+        {10, {2, 7}, 10, 5, 2}, {10, {2, 7}, 10, 1, 0}, {10, {10}, 10, 10, 10}, {10, {10}, 10, 5, 0},
+        // 1 < C < S: C + 1..S, no wrap; the selection itself is not compared.
+        {10, {1, 8}, 2, 5, 0}, {10, {1, 4, 8}, 2, 5, 4}, {10, {3}, 3, 5, 0}, {10, {1}, 2, 9, 0},
+        // S <= C < N: C + 1..N, then 1..S; a match on S > 1 keeps the pass going.
+        {10, {2, 9}, 5, 5, 9}, {10, {2, 9}, 9, 5, 2}, {10, {2, 9}, 7, 5, 9}, {10, {6}, 7, 5, 0}, {10, {5}, 5, 5, 5},
+    };
+    for (const Walk& w : walks) {
+        const TreeModel tree = MakeTree(w.n, w.matches);
+        EXPECT_EQ(w.current ? FindNextFrom(tree, kTarget, w.current, w.start) : FindFromStart(tree, kTarget, w.start),
+                  w.result) << w.n << " C " << w.current << " S " << w.start;
+    }
+}
+
+TEST(MoveList, LinesOfAPath) {
+    const std::pair<const char*, Lines> cases[] = {
+        {"", {}},
+        {"e4", {"  1. e4"}},  // a lone white move has no padding
+        {"e4\\e5", {"  1. e4      e5"}}, {"e4\\e5\\Nf3", {"  1. e4      e5", "  2. Nf3"}},
+        {"e4\\e5\\Nf3\\Nc6", {"  1. e4      e5", "  2. Nf3     Nc6"}},
+        // Game names are left out; a colon later in the name is just more of the name.
+        {"e4:King's Pawn\\c5:Sicilian Defence\\Nf3", {"  1. e4      c5", "  2. Nf3"}},
+        {"d4\\d5\\c4:Queen's Gambit", {"  1. d4      d5", "  2. c4"}}, {"e4:a: b: c\\e5", {"  1. e4      e5"}},
+        // The first character of a move is never a terminator, not even a colon or a backslash.
+        {":x\\e5", {"  1. :x      e5"}}, {"e4\\:Name", {"  1. e4      :Name"}}, {"\\e4\\e5", {"  1. \\e4     e5"}},
+        // A backslash in a name starts a new move and shifts every following move by one half.
+        {"e4:Ruy Lopez\\Spanish\\e5\\Nf3", {"  1. e4      Spanish", "  2. e5      Nf3"}},
+        {"e4\\e5:Open\\ing\\Nf3", {"  1. e4      e5", "  2. ing     Nf3"}},
+        // Long white moves are not cut: seven characters and a blank, eight and none, longer still.
+        {"exd8=Q+\\Kxd8", {"  1. exd8=Q+ Kxd8"}}, {"exd8=Q+!\\Kxd8", {"  1. exd8=Q+!Kxd8"}},
+        {"Nbxd8=Q+!?\\Kxd8", {"  1. Nbxd8=Q+!?Kxd8"}},
+    };
+    for (const auto& [path, lines] : cases) EXPECT_EQ(MoveListLines(path), lines) << path;
+    // Numbering is right-aligned in three, then grows.
+    std::string path = "a3";
+    for (int ply = 2; ply <= 2001; ++ply) path += ply % 2 ? "\\a3" : "\\h6";
+    const Lines lines = MoveListLines(path);
+    ASSERT_EQ(lines.size(), 1001u);
+    EXPECT_EQ(lines[0] + "|" + lines[8] + "|" + lines[9] + "|" + lines[98] + "|" + lines[99] + "|" + lines[999] + "|" +
+                  lines[1000], "  1. a3      h6|  9. a3      h6| 10. a3      h6| 99. a3      h6| 100. a3      h6|"
+                               " 1000. a3      h6| 1001. a3");
+}
+
+}  // namespace

@@ -2,11 +2,6 @@
 // rows, the wrapped comments and the pages.
 #include <gtest/gtest.h>
 
-#include <string>
-#include <tuple>
-#include <utility>
-#include <vector>
-
 #include "print/move_list_text.h"
 
 namespace vantrel::print {
@@ -36,14 +31,6 @@ struct Chain {
     }
 };
 
-TEST(PrintPictures, NumbersAreRightAlignedAndMovesLeftAligned) {
-    EXPECT_EQ(FormatMoveNumber(1) + "|" + FormatMoveNumber(42) + "|" + FormatMoveNumber(100) + "|" +
-                  FormatMoveNumber(1000), "  1| 42|100|1000");
-    // Longer moves are kept whole.
-    EXPECT_EQ(FormatMove("e4") + "|" + FormatMove("O-O-O") + "|" + FormatMove("exd8=Q+") + "|" + FormatMove(""),
-              "e4   |O-O-O|exd8=Q+|     ");
-}
-
 TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
     // Nodes 1 to 4, then d4 as a sibling of Nf3 and c4 on top with no name.
     Chain c;
@@ -58,16 +45,14 @@ TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
     // Both names show in the rows; only the lower one heads the text.
     EXPECT_EQ(c.FileLines(4), (Lines{" Lower", "", "  1. e4              : Upper", "  1. .....   e5   ",
                                      "  2. Nf3             : Lower", "  2. .....   Nc6  "}));
-}
-
-TEST(PrintPath, TwoHundredAndOneNodesFitOneMoreFails) {
-    Chain c;
-    for (int i = 1; i <= 202; ++i) c.Add("m" + std::to_string(i));
-    EXPECT_EQ(CollectPrintPath(c.tree, 201).HighestSlot(), 200);
+    // Two hundred and one nodes fit; one more fails.
+    Chain l;
+    for (int i = 1; i <= 202; ++i) l.Add("m" + std::to_string(i));
+    EXPECT_EQ(CollectPrintPath(l.tree, 201).HighestSlot(), 200);
     // Too long; no node clicked yet; no such node.
     for (const auto& [clicked, number] : {std::pair{202, 9}, std::pair{0, 5}, std::pair{203, 5}}) {
         try {
-            CollectPrintPath(c.tree, clicked);
+            CollectPrintPath(l.tree, clicked);
             ADD_FAILURE() << clicked;
         } catch (const PrintError& e) {
             EXPECT_EQ(e.number(), number) << clicked;
@@ -107,6 +92,8 @@ TEST(PrintRows, RowsNamesAndCommentsOfALine) {
         for (const Node& n : c.line) chain.Add(n.text, n.comment);
         EXPECT_EQ(chain.FileLines(chain.tree.Count()), c.file);
     }
+    // Numbers are right-aligned in three; longer numbers and moves are kept whole.
+    EXPECT_EQ(FormatMoveNumber(42) + "|" + FormatMoveNumber(1000) + "|" + FormatMove("exd8=Q+"), " 42|1000|exd8=Q+");
 }
 
 TEST(PrintWrap, BreaksAtTheLastBlankWithinSeventyCharactersOrHardAfterSeventy) {
@@ -133,8 +120,7 @@ TEST(PrintWrap, BreaksAtTheLastBlankWithinSeventyCharactersOrHardAfterSeventy) {
 }
 
 TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
-    EXPECT_EQ(PageHead(1), (Lines{"Vantrel - Print Moves List           Page 1", std::string(56, '='), "", ""}));
-    EXPECT_EQ(PageHead(12)[0], "Vantrel - Print Moves List           Page 12");
+    EXPECT_EQ(PageHead(12)[0], "Vantrel - Print Moves List           Page 12");  // the whole head: the printed pages
     // Lines of text, the pages they fill, the lines on the last page.
     const std::tuple<int, size_t, size_t> cases[] = {{61, 1, 65}, {62, 2, 4}, {63, 2, 5}, {124, 3, 4}};
     for (const auto& [count, pageCount, lastSize] : cases) {
@@ -149,9 +135,7 @@ TEST(PrintPages, SixtyTwoLinesFillAPageAndOpenAnEmptySecondOne) {
             for (size_t k = 4; k < pages[p].size(); ++k) EXPECT_EQ(pages[p][k], "l" + std::to_string(p * 62 + k - 3));
         }
     }
-}
-
-TEST(PrintFile, LinesGoOutWithCrLfAndComeBackTheSame) {
+    // The file: lines go out with CR LF and come back the same.
     const Lines lines{" a", "", "  1. e4   ", ""};
     EXPECT_EQ(MovesFileText(lines), " a\r\n\r\n  1. e4   \r\n\r\n");
     EXPECT_EQ(ReadFileLines(MovesFileText(lines)), lines);

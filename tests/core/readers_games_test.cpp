@@ -1,17 +1,87 @@
-// The game readers: remarks ahead of the first game, the PGN tag section and
-// the SAN "!" lines that name the games, and where a game's move text ends.
+// The import file's lines (line ends, end of file, the character set and the
+// conversions between UTF-8 and Windows-1252 behind it), and the game readers:
+// remarks ahead of the first game, the PGN tag section and the SAN "!" lines
+// that name the games, and where a game's move text ends.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "import/readers.h"
+#include "library/text_codec.h"
 
 namespace {
 
 using namespace vantrel::import;
+using namespace vantrel::text;
+using Lines = std::vector<std::string>;
+
+// Reads all lines; past the last one Eof is true and a read fails with error 62.
+Lines AllLines(LineSource& src) {
+    Lines lines;
+    while (!src.Eof()) lines.push_back(src.ReadLine());
+    EXPECT_THROW(src.ReadLine(), ImportError);  // its text and number: see the store's tests
+    return lines;
+}
+
+Lines LinesOf(const std::string& text) {
+    LineSource src;
+    src.OpenText(text);
+    return AllLines(src);
+}
+
+TEST(LineSource, LineEndsAndCharacterSets) {
+    const std::pair<const char*, Lines> cases[] = {
+        // Every kind of line end; LF CR is two.
+        {"a\r\nb\r\nc", {"a", "b", "c"}}, {"a\nb\nc", {"a", "b", "c"}}, {"a\rb\rc", {"a", "b", "c"}},
+        {"a\r\nb\nc\rd", {"a", "b", "c", "d"}}, {"a\n\rb", {"a", "", "b"}},
+        // A final line end makes no extra line, but an empty line before it stays a line.
+        {"a\nb\n", {"a", "b"}}, {"a\r\nb\r\n", {"a", "b"}}, {"a\r", {"a"}}, {"a\n\n", {"a", ""}},
+        {"a\r\r", {"a", ""}}, {"\n", {""}}, {"\n\r\n\r", {"", "", ""}}, {"", {}}, {"\xEF\xBB\xBF", {}},
+        // A byte order mark comes off the start only, also ahead of plain ASCII.
+        {"\xEF\xBB\xBF[Event \"R\xC3\xA9ti\"]\n1. e4", {"[Event \"R\xE9ti\"]", "1. e4"}},
+        {"\xEF\xBB\xBF" "abc", {"abc"}},
+        // UTF-8 lines become Windows-1252: "R\u00e9ti", "\u20ac 5", a CJK character that 1252 lacks.
+        {"R\xC3\xA9ti\n\xE2\x82\xAC 5\nA\xE4\xB8\xAD" "B", {"R\xE9ti", "\x80 5", "A?B"}},
+        // 0xE9 alone is no UTF-8, so the line is taken as 1252 as it stands; each line is judged on its own.
+        {"R\xE9ti\n\x80 \xFC", {"R\xE9ti", "\x80 \xFC"}}, {"R\xE9ti\nR\xC3\xA9ti", {"R\xE9ti", "R\xE9ti"}},
+        {"\xC0\x80\n\xED\xA0\x80", {"\xC0\x80", "\xED\xA0\x80"}},  // nor are overlong forms and surrogates
+    };
+    for (const auto& [text, lines] : cases) EXPECT_EQ(LinesOf(text), lines) << text;
+}
+
+TEST(LineSource, AFileReadAcrossManyBlocks) {
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("vantrel_lines_" + std::to_string(::getpid()) + ".txt")).string();
+    const auto write = [&](const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; };
+    LineSource src;
+    // Lines of every length and every kind of end, so that block boundaries
+    // fall inside lines and between CR and LF.
+    std::string text = "\xEF\xBB\xBF";
+    Lines expected;
+    const char* ends[] = {"\r\n", "\n", "\r"};
+    for (int i = 0; i < 40000; ++i) {
+        std::string line(static_cast<size_t>(i % 37), static_cast<char>('a' + i % 26));
+        text += line + (i % 101 == 0 ? "\xC3\xA9" : "") + ends[i % 3];  // a UTF-8 line now and then
+        expected.push_back(line + (i % 101 == 0 ? "\xE9" : ""));
+    }
+    write(text);
+    ASSERT_TRUE(src.Open(path));
+    EXPECT_EQ(AllLines(src), expected);
+    // A CR LF split by a block boundary is one line end.
+    for (size_t at : {size_t{65535}, size_t{65534}, size_t{65536}, size_t{131071}}) {
+        write(std::string(at, 'x') + "\r\nlast");
+        ASSERT_TRUE(src.Open(path));
+        EXPECT_EQ(AllLines(src), (Lines{std::string(at, 'x'), "last"})) << at;
+    }
+    std::filesystem::remove(path);
+    // The line table above covers UTF-8 lines read as 1252; here the way back.
+    EXPECT_EQ(Cp1252ToUtf8("R\xE9ti \x80 \x93q\x94"), "R\xC3\xA9ti \xE2\x82\xAC \xE2\x80\x9Cq\xE2\x80\x9D");
+    for (int b = 0; b < 256; ++b)
+        EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(std::string(1, static_cast<char>(b)))), std::string(1, static_cast<char>(b)));
+}
 
 // Slots 0..last of a game record, joined by "|".
 template <typename Slots>
@@ -23,10 +93,7 @@ std::string Joined(const Slots& slots, int last) {
 
 // One read of a game: what it returns, the slots 0..max(1, plies + 1) of
 // moves and comments (nullptr: not looked at), and the line the reader stopped at.
-struct Read {
-    int16_t plies;
-    const char *moves, *comments, *lineAfter = nullptr;
-};
+struct Read { int16_t plies; const char *moves, *comments, *lineAfter = nullptr; };
 
 // A file read game by game, then the remarks (unless null) and the end of the file.
 struct FileCase {
@@ -88,8 +155,6 @@ TEST(PgnReader, WhereGamesStartAndEnd) {
         {"a comment left open does not carry over", "[Event \"a\"]\n\n1. e4 {open\n[Event \"b\"]\n\n1. d4 }x e5\n",
          {{1, "a|e4|", "\r\n[Event \"a\"]|open \r\n|"}, {3, "b|d4|}x|e5|", nullptr}}},
         {"no tag line at all", "a\n\nb\nc", {{-1, "|", "|"}}, "a\r\n\r\nb\r\n"},
-        {"the last line of the file is not looked at", "intro\n[Event \"a\"]\n", {{-1, "|", "|"}}, "intro\r\n"},
-        {"a file that ends in its first tag section", "[Event \"a\"]\n[Site \"b\"]", {{-1, "|", "|"}}},
         {"a file that ends in a later tag section", "[Event \"a\"]\n\n1. e4\n[Event \"b\"]\n[Site \"c\"]\n",
          {{1, "a|e4|", nullptr}, {-1, "|", "|"}}},
         {"tag lines directly under the moves", "[Event \"a\"]\n\n1. e4 e5\n[Event \"b\"]\n\n1. d4\n",
@@ -110,13 +175,8 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         "[Event \"E\"]\n[Site \"S\"]\n[Date \"2001.02.03\"]\n[Round \"1\"]\n"
         "[White \"W\"]\n[Black \"B\"]\n[Result \"1-0\"]";
     const std::string unknown = "[Event \"E\"]\n[Date \"1999.??.??\"]\n[Round \"?\"]";
-    struct Case {
-        const char* mask;  // Event Site Date Round White Black Result
-        std::string section;
-        const char* name;
-        bool ignoreQuestion = true;
-    };
-    const Case cases[] = {
+    struct Case { const char* mask; std::string section; const char* name; bool ignoreQuestion = true; };
+    const Case cases[] = {  // the mask: Event Site Date Round White Black Result
         {"1111111", all, "E S 2001.02.03 1 W B 1-0"}, {"0000110", all, "W B"}, {"0000001", all, "1-0"},
         // Tags given in another order in the file still come in the same order.
         {"1000100", "[White \"W\"]\n[Event \"E\"]", "E W"},
@@ -143,9 +203,7 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
     // Every line goes trimmed into the comment.
     ExpectReads({"comment", "   [Event \"E\"]   \n  [Annotator \"Me\"]\n\n1. e4\n",
                  {{1, "E|e4|", "\r\n[Event \"E\"]\r\n[Annotator \"Me\"]||"}}}, Pgn);
-}
-
-TEST(PgnReader, TagValueWithNegativeLengthIsAnError) {
+    // A tag value of negative length is an error.
     for (const char* line : {"[Event]", "[Site \"Moscow\"", "[Date x]", "[RESULT \"\"", "[Round"}) {
         try {
             ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "", nullptr}}}, Pgn);
@@ -181,7 +239,6 @@ TEST(SanReader, WhereGamesStartAndEndAndWhatTheyHold) {
          {{3, "G|e4|e5|Nf3|", "|very good move|White wins||"}}},
         {"no ! line at all; asked again the reader still finds nothing", "a\n\nb\nc\n",
          {{-1, "|", "|"}, {-1, "|", "|"}}, "a\r\n\r\nb\r\n"},
-        {"a ! on the last line is not looked at", "intro\n!G", {{-1, "|", "|"}}, "intro\r\n"},
         {"a file ending in a comment", "!G\ne4 e5 {a} Nf3 {open", {{3, "G|e4|e5|Nf3|", "||a|open \r\n|"}}},
     };
     for (const FileCase& c : cases)

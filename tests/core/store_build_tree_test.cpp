@@ -19,13 +19,6 @@ TEST_F(BuildTreeTest, TheLookupMindsTheParentAndTheCaseOfLetters) {
     EXPECT_EQ(std::to_string(table.Find(0, "e4")) + std::to_string(table.Find(1, "Nf3")) +
                   std::to_string(table.Find(0, "Nf3")) + std::to_string(table.Find(1, "nf3")) +
                   std::to_string(table.Find(1, "Nf3'")), "12000");
-    // A schema that can't be read, or is no SQL, makes no database.
-    std::string error;
-    EXPECT_FALSE(import::CreateDatabaseFromSchema(dir / "x.mdb", dir / "missing.sql", &error));
-    EXPECT_NE(error.find("missing.sql"), std::string::npos);
-    WriteFile(dir / "bad.sql", "CREATE TABLE (");
-    EXPECT_FALSE(import::CreateDatabaseFromSchema(dir / "y.mdb", dir / "bad.sql", &error));
-    EXPECT_FALSE(fs::exists(dir / "y.mdb"));
 }
 
 // Three games a, b and c: e4 e5 Nf3 / e4 c5 / e4 e5.
@@ -52,7 +45,6 @@ TEST_F(BuildTreeTest, ThreeGamesGiveTheFourRecordsOfTheTree) {
     EXPECT_EQ(host.yields, 4);
     EXPECT_EQ(session.recordCount, 4);
     EXPECT_EQ(host.games, (Strings{"1 a 3", "2 b 2", "3 c 2"}));
-
     // Each import starts with an empty table.
     ASSERT_TRUE(Build("[Event \"z\"]\n\nc4 c5\n"));
     EXPECT_EQ(Briefs(Rows()), (Strings{"1<0 c4 (c4: z) *", "2<1 c5"}));
@@ -67,7 +59,6 @@ TEST_F(BuildTreeTest, NamesAndCommentsOfTheFirstNewNode) {
     options.pgn = false;
     ASSERT_TRUE(Build("!   \ne4 e5\n"));
     EXPECT_EQ(Briefs(Rows()), (Strings{"1<0 e4 *", "2<1 e5"}));
-
     options.commentStart = "{";
     options.commentEnd = "}";
     ASSERT_TRUE(Build("!g1\n{ } e4 {m1} e5\n"          // a blank game comment isn't put in front
@@ -80,9 +71,9 @@ TEST_F(BuildTreeTest, NamesAndCommentsOfTheFirstNewNode) {
     Strings remarks;
     for (const auto& r : rows) remarks.push_back(r.remarks);
     EXPECT_EQ(remarks, (Strings{"m1", "", "intro\r\n", "  spaced  \r\n"}));
-}
-
-TEST_F(BuildTreeTest, GamesWithoutMovesAddNothing) {
+    // Games without moves add nothing.
+    options.pgn = true;
+    host = RecordingHost{};
     // A game whose move text is a result alone is passed over.
     ASSERT_TRUE(Build("\nMy openings\n\nfor the club\n[Event \"empty\"]\n\n*\n\n[Event \"b\"]\n\ne4\n"));
     EXPECT_EQ(session.ImportRemarks, "My openings\r\n\r\nfor the club\r\n");
@@ -97,7 +88,7 @@ TEST_F(BuildTreeTest, GamesWithoutMovesAddNothing) {
     EXPECT_EQ(session.ImportRemarks, "Just some text\r\nand more\r\n");
 }
 
-TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndTheNextStartsAfresh) {
+TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndAnAcceptedRepairIsTheMoveStored) {
     host.answers.push_back({import::kFixSkip, ""});
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf5 Nc6\n\n[Event \"b\"]\n\nd4 d5\n"));
     EXPECT_EQ(host.fixCalls, Strings{"3 4 2 Nf5"});  // no knight reaches f5
@@ -107,22 +98,19 @@ TEST_F(BuildTreeTest, SkippedGameKeepsItsFirstMovesAndTheNextStartsAfresh) {
     ASSERT_EQ(Briefs(rows), (Strings{"1<0 e4 (e4: a) *", "2<1 e5", "3<0 d4 (d4: b) *", "4<3 d5"}));
     EXPECT_EQ(rows[3].layout, LayoutAfter({"d4", "d5"}));
     EXPECT_TRUE(host.Silent());
-}
-
-TEST_F(BuildTreeTest, AcceptedRepairIsTheMoveSearchedAndStored) {
-    // The second game's Nf9 is put right to Nf3 (after one more wrong try),
+    // Accepted: the second game's Nf9 is put right to Nf3 (after one more wrong try),
     // which is then found in the tree, so Nc6 hangs below the first game's Nf3.
+    host = RecordingHost{};
     host.answers = {{import::kFixAccept, "Nf7"}, {import::kFixAccept, "Nf3"}};
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3\n\n[Event \"b\"]\n\ne4 e5 Nf9 Nc6\n"));
     // Can't parse; then well formed, but no knight gets there.
     EXPECT_EQ(host.fixCalls, (Strings{"3 4 3 Nf9", "3 4 2 Nf7"}));
-    const auto rows = Rows();
-    ASSERT_EQ(rows.size(), 4u);
-    EXPECT_EQ(Brief(rows[3]), "4<3 Nc6 (Nc6: b) *");
-    EXPECT_EQ(rows[3].layout, LayoutAfter({"e4", "e5", "Nf3", "Nc6"}));
+    ASSERT_EQ(Rows().size(), 4u);
+    EXPECT_EQ(Brief(Rows()[3]), "4<3 Nc6 (Nc6: b) *");
+    EXPECT_EQ(Rows()[3].layout, LayoutAfter({"e4", "e5", "Nf3", "Nc6"}));
 }
 
-TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesIt) {
+TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesItAndCancelKeepsTheRecordsSoFar) {
     host.answers.push_back({import::kFixSkip, ""});
     ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3 Nc6 Bc4 Bc5 O-O\n\n"
                       "[Event \"b\"]\n\ne4 e5 Nf3 Nc6 Bc4 Bc5 0-0 Nf6\n\n"
@@ -135,10 +123,8 @@ TEST_F(BuildTreeTest, CastlingIsStoredAsTheResolverWritesIt) {
     // A castling that can't be played: the dialog sees the move as the file
     // wrote it, not the resolver's rewritten copy.
     EXPECT_EQ(host.fixCalls, Strings{"3 3 3 O-O"});
-}
-
-TEST_F(BuildTreeTest, CancelKeepsTheRecordsSoFar) {
-    // In the repair dialog: game c is never read.
+    // Cancel in the repair dialog keeps the records so far: game c is never read.
+    host = RecordingHost{};
     host.answers.push_back({import::kFixCancel, ""});
     EXPECT_FALSE(Build("[Event \"a\"]\n\ne4 e5\n\n[Event \"b\"]\n\nd4 Nf9 c4\n\n[Event \"c\"]\n\nc4\n"));
     EXPECT_TRUE(host.Silent());
@@ -161,12 +147,10 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     EXPECT_EQ(host.messages, Messages{});
     EXPECT_EQ(host.errors, (Errors{{"Subscript out of range", 9}}));
     EXPECT_EQ(Rows().size(), 2u);
-
     host = RecordingHost{};
     EXPECT_FALSE(Build(""));  // an empty file: the first read fails
     EXPECT_EQ(host.messages, Messages{});
     EXPECT_EQ(host.errors, (Errors{{"Input past end of file", 62}}));
-
     // A missing input file is named trimmed; the table was emptied before it was looked for.
     ASSERT_TRUE(Build(kThreeGames));
     host = RecordingHost{};
@@ -175,11 +159,8 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     EXPECT_EQ(host.messages, (Messages{{"Couldn't open " + (dir / "nope.pgn"), ""}}));
     EXPECT_EQ(host.errors, Errors{});
     EXPECT_TRUE(Rows().empty());
-}
-
-// Neither the import nor the writing of the library gets past a database
-// that is not there or not fit, and neither creates one.
-TEST_F(BuildTreeTest, MissingDatabaseOrTableIsTroubleAndNothingIsCreated) {
+    // Neither the import nor the writing of the library gets past a database
+    // that is not there or not fit, and neither creates one.
     for (int k = 0; k < kSpoiledDatabases; ++k) {
         SpoilDatabase(k);
         for (bool write : {false, true}) {

@@ -15,9 +15,6 @@
 #include <fstream>
 #include <functional>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "chess/board.h"
 #include "import/moves_table.h"
@@ -33,32 +30,23 @@ using Errors = std::vector<std::pair<std::string, int>>;
 using Strings = std::vector<std::string>;
 
 inline std::string ReadFile(const std::string& path) {
-    std::ostringstream s;
-    s << std::ifstream(path, std::ios::binary).rdbuf();
-    return s.str();
+    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
-inline void WriteFile(const std::string& path, const std::string& bytes) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-}
+inline void WriteFile(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 // A fresh directory that is removed again at the end of the test.
 class TempDir {
 public:
-    TempDir() {
-        static std::atomic<int> counter{0};
-        path_ = fs::temp_directory_path() / ("vantrel-store-" + std::to_string(::getpid()) + "-" +
-                                             std::to_string(counter++));
+    TempDir() : path_(fs::temp_directory_path() / ("vantrel-store-" + std::to_string(::getpid()) + "-" + Next())) {
         fs::remove_all(path_);
         fs::create_directories(path_);
     }
-    ~TempDir() {
-        std::error_code ec;
-        fs::remove_all(path_, ec);
-    }
+    ~TempDir() { std::error_code ec; fs::remove_all(path_, ec); }
     std::string str() const { return path_.string(); }
     std::string operator/(const std::string& name) const { return (path_ / name).string(); }
 
 private:
+    static std::string Next() { static std::atomic<int> counter{0}; return std::to_string(counter++); }
     fs::path path_;
 };
 
@@ -99,7 +87,6 @@ public:
 
     // Nothing was told to the user.
     bool Silent() const { return messages.empty() && errors.empty(); }
-
     Strings counts, notices, overwriteQuestions;
     Strings games;  // "number name lastPly" of each game read
     int yields = 0;
@@ -157,14 +144,8 @@ public:
     void Insert(const Row& r) {
         import::Statement s = db_.Prepare(R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", )"
                                           R"("new_branch", "remarks", "BoardLayout") VALUES (?, ?, ?, ?, ?, ?, ?, ?))");
-        s.Bind(1, r.index);
-        s.Bind(2, r.parent);
-        s.Bind(3, r.move);
-        s.Bind(4, r.book);
-        s.Bind(5, r.description);
-        s.Bind(6, r.newBranch);
-        r.remarksNull ? s.BindNull(7) : s.Bind(7, r.remarks);
-        s.Bind(8, r.layout);
+        s.Bind(1, r.index), s.Bind(2, r.parent), s.Bind(3, r.move), s.Bind(4, r.book), s.Bind(5, r.description);
+        s.Bind(6, r.newBranch), s.Bind(8, r.layout), r.remarksNull ? s.BindNull(7) : s.Bind(7, r.remarks);
         s.Step();
     }
 
@@ -179,18 +160,11 @@ private:
 inline std::string LayoutAfter(const Strings& moves) {
     gen::Position pos;
     std::vector<gen::Move> legal;
-    for (std::string m : moves) {
-        while (!m.empty() && (m.back() == '+' || m.back() == '#')) m.pop_back();
+    for (const std::string& m : moves) {
         pos.LegalMoves(legal);
-        const auto it = std::find_if(legal.begin(), legal.end(), [&](const gen::Move& g) {
-            std::string s = pos.San(g);
-            if (!s.empty() && s.back() == '+') s.pop_back();
-            return s == m;
-        });
-        if (it == legal.end()) {
-            ADD_FAILURE() << "test line has an impossible move " << m;
-            return {};
-        }
+        const auto it = std::find_if(legal.begin(), legal.end(), [&](const gen::Move& g) { return pos.San(g) == m; });
+        EXPECT_TRUE(it != legal.end()) << "test line has an impossible move " << m;
+        if (it == legal.end()) return {};
         pos.Apply(*it);
     }
     return pos.Layout();
@@ -229,12 +203,9 @@ protected:
         fs::remove(DbPath());
         if (way == 1) WriteFile(DbPath(), "");
         if (way == 2) WriteFile(DbPath(), "this is not a database, just text and long enough for a header");
-        if (way == 3) {
-            sqlite3* db = nullptr;
-            sqlite3_open(DbPath().c_str(), &db);
-            EXPECT_EQ(sqlite3_exec(db, "CREATE TABLE Other (x INTEGER)", nullptr, nullptr, nullptr), SQLITE_OK);
-            sqlite3_close(db);
-        }
+        sqlite3* db = nullptr;
+        if (way == 3 && sqlite3_open(DbPath().c_str(), &db) == SQLITE_OK)
+            sqlite3_exec(db, "CREATE TABLE Other (x INTEGER)", nullptr, nullptr, nullptr), sqlite3_close(db);
     }
 
     TempDir dir;
