@@ -34,7 +34,9 @@ struct SmallDisk {
         fs::create_directories(path);
         mounted = ::mount("tmpfs", path.c_str(), "tmpfs", 0, "size=512k") == 0;
     }
-    ~SmallDisk() { mounted && ::umount2(path.c_str(), MNT_DETACH); }
+    ~SmallDisk() {
+        if (mounted) ::umount2(path.c_str(), MNT_DETACH);
+    }
     void Fill(size_t room) {
         const size_t free = fs::space(path).available;
         WriteFile(path + "/filler", std::string(free > room ? free - room : 0, 'x'));
