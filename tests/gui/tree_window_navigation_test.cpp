@@ -82,6 +82,14 @@ TEST_F(NavigationTest, AMouseClickAndTheArrowKeysCountAsNodeClicksTheRightButton
     EXPECT_TRUE(frame->m_tree->isVisible());
     frame->m_tree->hide();
     EXPECT_EQ(std::tuple(form->GetSelectedIndex(), form->CurrentNode), std::tuple(4, 4));
+    // A press released on another node leaves nothing that swallows the next
+    // click on the node it selected.
+    const QPoint two = form->tvTreeView->visualRect(IndexOf(form, 2)).center();
+    QTest::mousePress(area, Qt::LeftButton, Qt::NoModifier, two);
+    QTest::mouseRelease(area, Qt::LeftButton, Qt::NoModifier, three);
+    forms::Board().SetBoard(kStart);
+    QTest::mouseClick(area, Qt::LeftButton, Qt::NoModifier, two);
+    EXPECT_EQ(forms::Board().Board(), Layout(2));
 }
 
 TEST_F(NavigationTest, ANodeDeeperThanTheViewIsWideComesIntoViewSideways) {
