@@ -169,11 +169,10 @@ bool LibraryWriter::Open(const std::string& path) {
     if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail(EISDIR);
     // A hidden name beside the library, unique to this process and call.
     static unsigned serial = 0;
-    const size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-    const std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    const std::string folder = FolderOf(path);
+    const std::string name = path.substr(path.rfind('/') + 1);  // no slash: npos + 1 is 0
     for (int attempt = 0; attempt < 100; ++attempt) {
-        temporary_ = folder + "." + name + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
+        temporary_ = folder + "/." + name + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
         fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd_ >= 0) break;
         if (errno != EEXIST) break;
