@@ -130,6 +130,13 @@ bool SetAlwaysOnTop(QWidget* form, bool bOnTop) {
 
 void DoEvents() { QCoreApplication::processEvents(); }
 
+bool FrameDue(QElapsedTimer& shown) {
+    constexpr qint64 kFrameMs = 16;
+    if (shown.isValid() && shown.elapsed() < kFrameMs) return false;
+    shown.start();
+    return true;
+}
+
 }  // namespace vantrel
 
 namespace vantrel::forms {

@@ -2,6 +2,7 @@
 // windows, and the helpers that every window uses.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 #include <cstdint>
 #include <string>
@@ -62,6 +63,11 @@ bool SetAlwaysOnTop(QWidget* form, bool bOnTop = true);
 
 // Lets pending events run (the named yield points of long work).
 void DoEvents();
+
+// True when a screen frame (16 ms) has passed since it was last true, and
+// the first time: long work shows its progress no more often than a screen
+// can. Starts `shown` again when it says true.
+bool FrameDue(QElapsedTimer& shown);
 
 }  // namespace vantrel
 

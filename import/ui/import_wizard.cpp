@@ -466,8 +466,7 @@ bool frmImportWizard::RunImport() {
 
 void frmImportWizard::ShowCount(const std::string& text) {
     pendingCount_ = text;
-    constexpr qint64 kFrameMs = 16;
-    if (!countShown_.isValid() || countShown_.elapsed() >= kFrameMs) ShowPendingCount();
+    if (FrameDue(countShown_)) ShowPendingCount();
 }
 
 void frmImportWizard::ShowPendingCount() {

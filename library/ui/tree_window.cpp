@@ -98,9 +98,7 @@ public:
         // The bar and the tree take what has been read at every step, and
         // are painted as often as a screen can show it; the events run at
         // every step.
-        constexpr qint64 kFrameMs = 16;
-        const bool frame = !shown_.isValid() || shown_.elapsed() >= kFrameMs;
-        if (frame) shown_.start();
+        const bool frame = FrameDue(shown_);
         // Another load may have ended meanwhile and unloaded the shared
         // window; a bar that is not up is not brought back.
         if (forms::StatusLoaded()) {
