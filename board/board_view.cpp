@@ -196,8 +196,8 @@ void BoardView::paintEvent(QPaintEvent*) {
     }
 
     // Squares stand on whole pixels, so each piece is drawn once for a size
-    // and then copied.
-    // The pixel ratio of what is painted on: a picture of the board may have its own.
+    // and the pixel ratio of what is painted on (a picture of the board may
+    // have its own), and then copied.
     const QPaintDevice* target = painter.paintEngine() ? painter.paintEngine()->paintDevice() : nullptr;
     const qreal dpr = target ? target->devicePixelRatioF() : devicePixelRatioF();
     for (int k = 0; k < 64; ++k) {
