@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <new>
 #include <sstream>
 #include <utility>
 
@@ -31,14 +32,133 @@ uint64_t MoveWord(std::string_view move) {
     return word | (static_cast<uint64_t>(move.size()) << 56);
 }
 
-size_t SlotHash(int32_t parent, uint64_t move) {
-    uint64_t h = (move ^ (static_cast<uint64_t>(static_cast<uint32_t>(parent)) << 17)) * 0x9E3779B97F4A7C15ull;
-    return static_cast<size_t>(h ^ (h >> 29));
+// SQLite is used from one thread and keeps no memory statistics: its calls
+// then take no locks. The settings hold only before SQLite's first use in
+// the process; later they are refused, which does no harm.
+void ConfigureEngine() {
+    static const bool configured = [] {
+        sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
+        sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+        return true;
+    }();
+    (void)configured;
 }
 
-void LongKey(std::string& key, int32_t parent, std::string_view move) {
-    key.assign(reinterpret_cast<const char*>(&parent), sizeof parent);
-    key.append(move);
+// --- The batch as a table ------------------------------------------------------
+//
+// A read-only table over MovesTable::Pending, known to the connection by
+// name only (it has no xCreate, so it needs no CREATE VIRTUAL TABLE and
+// leaves nothing in the database).
+
+constexpr const char* kBatchModule = "vantrel_batch";
+
+struct BatchTable {
+    sqlite3_vtab base{};
+    const MovesTable::Pending* pending = nullptr;
+};
+
+struct BatchCursor {
+    sqlite3_vtab_cursor base{};
+    size_t row = 0;
+};
+
+const MovesTable::Pending& PendingOf(sqlite3_vtab_cursor* cursor) {
+    return *reinterpret_cast<BatchTable*>(cursor->pVtab)->pending;
+}
+
+int BatchConnect(sqlite3* db, void* aux, int, const char* const*, sqlite3_vtab** out, char**) {
+    const int rc = sqlite3_declare_vtab(
+        db, "CREATE TABLE x(\"index\", parent, move, book, description, new_branch, remarks, BoardLayout)");
+    if (rc != SQLITE_OK) return rc;
+    auto* table = new (std::nothrow) BatchTable;
+    if (!table) return SQLITE_NOMEM;
+    table->pending = static_cast<const MovesTable::Pending*>(aux);
+    *out = &table->base;
+    return SQLITE_OK;
+}
+
+int BatchDisconnect(sqlite3_vtab* table) {
+    delete reinterpret_cast<BatchTable*>(table);
+    return SQLITE_OK;
+}
+
+int BatchBestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
+    info->estimatedCost = 1;
+    return SQLITE_OK;
+}
+
+int BatchOpen(sqlite3_vtab*, sqlite3_vtab_cursor** out) {
+    auto* cursor = new (std::nothrow) BatchCursor;
+    if (!cursor) return SQLITE_NOMEM;
+    *out = &cursor->base;
+    return SQLITE_OK;
+}
+
+int BatchClose(sqlite3_vtab_cursor* cursor) {
+    delete reinterpret_cast<BatchCursor*>(cursor);
+    return SQLITE_OK;
+}
+
+int BatchFilter(sqlite3_vtab_cursor* cursor, int, const char*, int, sqlite3_value**) {
+    reinterpret_cast<BatchCursor*>(cursor)->row = 0;
+    return SQLITE_OK;
+}
+
+int BatchNext(sqlite3_vtab_cursor* cursor) {
+    ++reinterpret_cast<BatchCursor*>(cursor)->row;
+    return SQLITE_OK;
+}
+
+int BatchEof(sqlite3_vtab_cursor* cursor) {
+    return reinterpret_cast<BatchCursor*>(cursor)->row >= PendingOf(cursor).rows.size();
+}
+
+int BatchColumn(sqlite3_vtab_cursor* cursor, sqlite3_context* context, int column) {
+    const MovesTable::Pending& pending = PendingOf(cursor);
+    const MovesTable::PendingRow& row = pending.rows[reinterpret_cast<BatchCursor*>(cursor)->row];
+    auto text = [&](int k) {
+        const uint32_t from = row.start[k];
+        // The texts stay put until the statement has run.
+        sqlite3_result_text(context, pending.texts.data() + from, static_cast<int>(row.start[k + 1] - from),
+                            SQLITE_STATIC);
+    };
+    switch (column) {
+        case 0: sqlite3_result_int(context, row.index); break;
+        case 1: sqlite3_result_int(context, row.parent); break;
+        case 2: text(0); break;
+        case 3: text(1); break;
+        case 4: text(2); break;
+        case 5: sqlite3_result_int(context, row.newBranch); break;
+        case 6: text(3); break;
+        case 7: text(4); break;
+        default: break;
+    }
+    return SQLITE_OK;
+}
+
+int BatchRowid(sqlite3_vtab_cursor* cursor, sqlite3_int64* rowid) {
+    *rowid = static_cast<sqlite3_int64>(reinterpret_cast<BatchCursor*>(cursor)->row);
+    return SQLITE_OK;
+}
+
+const sqlite3_module kBatchTable = [] {
+    sqlite3_module m{};
+    m.xConnect = BatchConnect;
+    m.xBestIndex = BatchBestIndex;
+    m.xDisconnect = BatchDisconnect;
+    m.xOpen = BatchOpen;
+    m.xClose = BatchClose;
+    m.xFilter = BatchFilter;
+    m.xNext = BatchNext;
+    m.xEof = BatchEof;
+    m.xColumn = BatchColumn;
+    m.xRowid = BatchRowid;
+    return m;
+}();
+
+void RegisterBatch(sqlite3* db, MovesTable::Pending* pending) {
+    const int rc = sqlite3_create_module(db, kBatchModule, pending ? &kBatchTable : nullptr, pending);
+    if (rc != SQLITE_OK && pending) ThrowEngine(db, rc);
 }
 
 }  // namespace
@@ -110,6 +230,7 @@ std::string_view Statement::TextView(int column) const {
 
 void WorkingDatabase::Open(const std::string& path) {
     Close();
+    ConfigureEngine();
     sqlite3* db = nullptr;
     // No SQLITE_OPEN_CREATE: a missing file is a failure, never a new database.
     // One thread uses a connection: SQLite needs no locks of its own.
@@ -183,53 +304,97 @@ void WorkingDatabase::Reclaim() { Execute("VACUUM"); }
 
 // --- MovesTable ----------------------------------------------------------------
 
-MovesTable::MovesTable(WorkingDatabase& db)
-    : db_(db),
-      add_(db.Prepare(R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", "new_branch", )"
-                      R"("remarks", "BoardLayout") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8))")) {}
+MovesTable::MovesTable(WorkingDatabase& db) : db_(db) {
+    RegisterBatch(db_.Handle(), &pending_);
+    try {
+        add_ = db_.Prepare(R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", "new_branch", )"
+                           R"("remarks", "BoardLayout") SELECT * FROM vantrel_batch)");
+    } catch (...) {
+        RegisterBatch(db_.Handle(), nullptr);
+        throw;
+    }
+    pending_.rows.reserve(kBatch);
+}
+
+MovesTable::~MovesTable() {
+    add_ = Statement();
+    // The connection may outlive this table: it must forget the batch.
+    if (db_.IsOpen()) RegisterBatch(db_.Handle(), nullptr);
+}
 
 void MovesTable::Clear() {
+    pending_.rows.clear();
+    pending_.texts.clear();
     db_.Execute("DELETE FROM Moves");
-    slots_.assign(kFirstSlots, Slot{});
-    used_ = 0;
+    nodes_.clear();
+    firstRoot_ = 0;
     longMoves_.clear();
 }
 
-MovesTable::Slot* MovesTable::Lookup(int32_t parent, uint64_t move) {
-    const size_t mask = slots_.size() - 1;
-    for (size_t i = SlotHash(parent, move) & mask;; i = (i + 1) & mask) {
-        Slot& slot = slots_[i];
-        if (slot.index == 0 || (slot.move == move && slot.parent == parent)) return &slot;
-    }
+bool MovesTable::Matches(const Node& node, uint64_t word, std::string_view move) const {
+    if (word != kLongMove) return node.move == word;
+    return (node.move & kLongMove) == kLongMove && longMoves_[node.move & ~kLongMove] == move;
 }
 
-void MovesTable::Grow() {
-    // At three quarters full every key goes to its place in a table twice the size.
-    std::vector<Slot> old(slots_.size() * 2);
-    old.swap(slots_);
-    for (const Slot& slot : old)
-        if (slot.index != 0) *Lookup(slot.parent, slot.move) = slot;
+int32_t MovesTable::FirstChild(int32_t parent) const {
+    if (parent == 0) return firstRoot_;
+    if (parent < 0 || static_cast<size_t>(parent) > nodes_.size()) return 0;
+    return nodes_[static_cast<size_t>(parent) - 1].firstChild;
 }
 
-int32_t MovesTable::Find(int32_t parent, std::string_view move) {
-    if (move.size() > kShortMove) {
-        LongKey(longKey_, parent, move);
-        const auto it = longMoves_.find(longKey_);
-        return it == longMoves_.end() ? 0 : it->second;
-    }
-    if (slots_.empty()) slots_.assign(kFirstSlots, Slot{});
-    return Lookup(parent, MoveWord(move))->index;
+int32_t MovesTable::Find(int32_t parent, std::string_view move) const {
+    const uint64_t word = move.size() > kShortMove ? kLongMove : MoveWord(move);
+    for (int32_t child = FirstChild(parent); child != 0; child = nodes_[static_cast<size_t>(child) - 1].nextSibling)
+        if (Matches(nodes_[static_cast<size_t>(child) - 1], word, move)) return child;
+    return 0;
 }
 
 void MovesTable::Add(const MoveRow& row) {
-    add_.Bind(1, row.index);
-    add_.Bind(2, row.parent);
-    add_.Bind(3, row.move);
-    add_.Bind(4, row.book);
-    add_.Bind(5, row.description);
-    add_.Bind(6, row.newBranch ? -1 : 0);
-    add_.Bind(7, row.remarks);
-    add_.Bind(8, row.layout);
+    if (static_cast<size_t>(row.index) != nodes_.size() + 1)
+        throw std::logic_error("record " + std::to_string(row.index) + " added out of order");
+    if (pending_.rows.size() >= kBatch) Flush();
+
+    // Into the batch: the texts one behind the other.
+    PendingRow pending{row.index, row.parent, row.newBranch ? -1 : 0, {}};
+    const std::string_view texts[] = {row.move, row.book, row.description, row.remarks, row.layout};
+    for (size_t k = 0; k < 5; ++k) {
+        pending.start[k] = static_cast<uint32_t>(pending_.texts.size());
+        pending_.texts.append(texts[k]);
+    }
+    pending.start[5] = static_cast<uint32_t>(pending_.texts.size());
+    pending_.rows.push_back(pending);
+
+    // Into the tree, as the last child of its parent, unless the parent has
+    // a child with this move already.
+    Node node;
+    const uint64_t word = row.move.size() > kShortMove ? kLongMove : MoveWord(row.move);
+    if (word == kLongMove) {
+        node.move = kLongMove | longMoves_.size();
+        longMoves_.emplace_back(row.move);
+    } else {
+        node.move = word;
+    }
+    nodes_.push_back(node);
+    int32_t* link = row.parent == 0 ? &firstRoot_
+                    : (row.parent > 0 && row.parent < row.index) ? &nodes_[static_cast<size_t>(row.parent) - 1].firstChild
+                                                                 : nullptr;
+    while (link && *link != 0) {
+        const Node& sibling = nodes_[static_cast<size_t>(*link) - 1];
+        if (Matches(sibling, word, row.move)) return;
+        link = &nodes_[static_cast<size_t>(*link) - 1].nextSibling;
+    }
+    if (link) *link = row.index;
+}
+
+void MovesTable::Flush() {
+    if (pending_.rows.empty()) return;
+    struct Drop {
+        Pending& pending;
+        ~Drop() {
+            pending.rows.clear();
+            pending.texts.clear();
+        }
+    } drop{pending_};
     try {
         add_.Step();
     } catch (...) {
@@ -237,19 +402,6 @@ void MovesTable::Add(const MoveRow& row) {
         throw;
     }
     add_.Reset();
-
-    // A pair keeps its first record.
-    if (row.move.size() > kShortMove) {
-        LongKey(longKey_, row.parent, row.move);
-        longMoves_.emplace(longKey_, row.index);
-        return;
-    }
-    if (slots_.empty()) slots_.assign(kFirstSlots, Slot{});
-    if ((used_ + 1) * 4 > slots_.size() * 3) Grow();
-    Slot* slot = Lookup(row.parent, MoveWord(row.move));
-    if (slot->index != 0) return;
-    *slot = Slot{MoveWord(row.move), row.parent, row.index};
-    ++used_;
 }
 
 // --- Making a database ------------------------------------------------------------
@@ -265,6 +417,7 @@ bool CreateDatabaseFromSchema(const std::string& dbPath, const std::string& sche
     script << in.rdbuf();
 
     std::remove(dbPath.c_str());
+    ConfigureEngine();
     sqlite3* db = nullptr;
     if (sqlite3_open_v2(dbPath.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
         std::string why = "can't create " + dbPath + ": " + (db ? sqlite3_errmsg(db) : "out of memory");

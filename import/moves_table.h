@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -91,6 +90,7 @@ public:
 
     void Execute(const char* sql);
     Statement Prepare(const char* sql);
+    sqlite3* Handle() const { return db_; }
     void Begin();
     // Throws DatabaseError when the work can't be kept (a reader holds the
     // file, the disk is full, the file is read-only); nothing is kept then.
@@ -115,40 +115,68 @@ struct MoveRow {
     std::string_view layout;
 };
 
-// The table Moves: emptying, the lookup by (parent, move) and adding. The
-// table is only written: the lookup goes to an index in memory of the
-// records added since Clear, so it sees a record the moment it is added, and
-// the database is never searched. Moves compare byte for byte.
+// The table Moves: emptying, the lookup by (parent, move) and adding.
+//
+// The table is only written. The lookup goes to a tree in memory of the
+// records added since Clear, so it sees a record the moment it is added and
+// the database is never searched; moves compare byte for byte. Added records
+// reach the table in batches of kBatch, each one INSERT ... SELECT over the
+// batch, which is many times cheaper than a statement a record. Flush writes
+// what is held back; whoever ends the transaction calls it first.
 class MovesTable {
 public:
-    explicit MovesTable(WorkingDatabase& db);
+    static constexpr size_t kBatch = 2048;
 
-    // Empties the table and the index; the one way an import starts.
+    explicit MovesTable(WorkingDatabase& db);
+    ~MovesTable();
+    MovesTable(const MovesTable&) = delete;
+    MovesTable& operator=(const MovesTable&) = delete;
+
+    // Empties the table and the tree; the one way an import starts.
     void Clear();
     // The index of the child of `parent` whose move is `move`; 0 for none.
-    int32_t Find(int32_t parent, std::string_view move);
+    int32_t Find(int32_t parent, std::string_view move) const;
+    // Records come with the indexes 1, 2, 3, ... in the order they are added,
+    // as the tree store numbers them. A pair (parent, move) keeps its first
+    // record.
     void Add(const MoveRow& row);
+    // Writes the records held back. Throws DatabaseError; the batch is
+    // dropped either way.
+    void Flush();
+
+    // The batch as the database reads it; a row's texts lie in `texts`.
+    struct PendingRow {
+        int32_t index;
+        int32_t parent;
+        int32_t newBranch;  // -1 / 0
+        uint32_t start[6];  // text k is texts[start[k], start[k + 1]): move, book, description, remarks, layout
+    };
+    struct Pending {
+        std::vector<PendingRow> rows;
+        std::string texts;
+    };
 
 private:
-    // A move of up to seven bytes, the usual case, is kept in the slot
-    // itself, so that a lookup touches one cache line; a longer one (a move
-    // as the user typed it in the repair dialog) stands in longMoves_.
-    struct Slot {
+    // One node of the tree in memory. A move of up to seven bytes, the usual
+    // case, is held in `move` itself with its length in the top byte; a
+    // longer one (a move as the user typed it in the repair dialog) stands in
+    // longMoves_, and `move` holds kLongMove plus its place there.
+    struct Node {
         uint64_t move = 0;
-        int32_t parent = 0;
-        int32_t index = 0;  // 0: a free slot (records count from 1)
+        int32_t firstChild = 0;   // index of the first child; 0 for none
+        int32_t nextSibling = 0;  // index of the next child of the same parent
     };
-    static constexpr size_t kFirstSlots = 1024;  // a power of two, as every size after it
+    static constexpr uint64_t kLongMove = uint64_t{0xFF} << 56;
 
-    Slot* Lookup(int32_t parent, uint64_t move);
-    void Grow();
+    bool Matches(const Node& node, uint64_t word, std::string_view move) const;
+    int32_t FirstChild(int32_t parent) const;
 
     WorkingDatabase& db_;
+    Pending pending_;
     Statement add_;
-    std::vector<Slot> slots_;
-    size_t used_ = 0;
-    std::unordered_map<std::string, int32_t> longMoves_;  // parent's 4 bytes + move
-    std::string longKey_;
+    std::vector<Node> nodes_;  // record i at nodes_[i - 1]
+    int32_t firstRoot_ = 0;
+    std::vector<std::string> longMoves_;
 };
 
 // Makes a fresh database file from the SQL script at schemaPath, replacing a

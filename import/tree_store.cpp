@@ -91,19 +91,30 @@ public:
 
         bool result = false;
         int32_t gameNumber = 0;
-        while (!state.ImportAtEnd) {
-            board_.ResetImportBoard();
-            const int16_t n = options_.pgn
-                                  ? ReadPgnGame(state, game_, tags_)
-                                  : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
-            if (n > 0) result = true;
-            if (n >= 0) host_.GameRead(++gameNumber, n, game_);
+        try {
+            while (!state.ImportAtEnd) {
+                board_.ResetImportBoard();
+                const int16_t n = options_.pgn
+                                      ? ReadPgnGame(state, game_, tags_)
+                                      : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
+                if (n > 0) result = true;
+                if (n >= 0) host_.GameRead(++gameNumber, n, game_);
 
-            if (PlayGame(table, n) == GameEnd::Cancelled) {
-                result = false;
-                break;
+                if (PlayGame(table, n) == GameEnd::Cancelled) {
+                    result = false;
+                    break;
+                }
             }
+        } catch (...) {
+            // The records so far go to the table all the same, as far as it
+            // takes them.
+            try {
+                table.Flush();
+            } catch (...) {
+            }
+            throw;
         }
+        table.Flush();
         db.Commit();
         return result;
     }
