@@ -241,19 +241,28 @@ bool ParseToken(std::string_view token, std::string& move, std::string& note) {
             if (s.empty()) return false;
         }
     }
-    for (const Mark& m : kWholeMarks) {
-        if (s == m.text) {
-            note = m.note;
-            return false;
+    // Every whole mark starts with one of these and every mark behind a move
+    // ends with one of these; a plain move ("Nf3", "exd5", "o-o") passes
+    // both tests in a glance.
+    constexpr std::string_view kWholeFirst = "!?+#=*10-.";
+    constexpr std::string_view kSuffixLast = "!?+#=*-";
+    if (kWholeFirst.find(s.front()) != std::string_view::npos) {
+        for (const Mark& m : kWholeMarks) {
+            if (s == m.text) {
+                note = m.note;
+                return false;
+            }
         }
     }
     if (s.size() == 1) return false;
     std::string_view bare = s;
-    for (const Mark& m : kSuffixMarks) {
-        if (s.ends_with(m.text)) {
-            note = m.note;
-            bare = s.substr(0, s.size() - m.text.size());
-            break;
+    if (kSuffixLast.find(s.back()) != std::string_view::npos) {
+        for (const Mark& m : kSuffixMarks) {
+            if (s.ends_with(m.text)) {
+                note = m.note;
+                bare = s.substr(0, s.size() - m.text.size());
+                break;
+            }
         }
     }
     if (bare.size() < 2 || bare.size() > 6) return false;

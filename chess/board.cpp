@@ -13,6 +13,18 @@ ImportBoard::ImportBoard() {
     ResetImportBoard();
 }
 
+void ImportBoard::Put(int rank, int file, char colour, char piece) {
+    squares_[rank][file][0] = colour;
+    squares_[rank][file][1] = piece;
+    // As CodeToLayoutChar, without the string view and the locale.
+    char c = piece;
+    if (colour == 'n' && piece == 'o')
+        c = '0';
+    else if (colour == 'w' && piece >= 'a' && piece <= 'z')
+        c = static_cast<char>(piece - 'a' + 'A');
+    layout_[(rank - 1) * 8 + (file - 1)] = c;
+}
+
 std::string ImportBoard::Code(int rank, int file) const {
     if (!OnBoard(rank, file)) return "no";
     return std::string(squares_[rank][file], 2);
@@ -20,25 +32,19 @@ std::string ImportBoard::Code(int rank, int file) const {
 
 void ImportBoard::SetCode(int rank, int file, std::string_view code) {
     if (!OnBoard(rank, file) || code.size() != 2) return;
-    squares_[rank][file][0] = code[0];
-    squares_[rank][file][1] = code[1];
+    Put(rank, file, code[0], code[1]);
 }
 
 void ImportBoard::ResetImportBoard() {
     static constexpr char kBack[] = "rnbqkbnr";
     for (int file = 1; file <= 8; ++file) {
         for (int rank = 1; rank <= 8; ++rank) {
-            char* sq = squares_[rank][file];
-            if (rank == 1 || rank == 8) {
-                sq[0] = rank == 1 ? 'w' : 'b';
-                sq[1] = kBack[file - 1];
-            } else if (rank == 2 || rank == 7) {
-                sq[0] = rank == 2 ? 'w' : 'b';
-                sq[1] = 'p';
-            } else {
-                sq[0] = 'n';
-                sq[1] = 'o';
-            }
+            if (rank == 1 || rank == 8)
+                Put(rank, file, rank == 1 ? 'w' : 'b', kBack[file - 1]);
+            else if (rank == 2 || rank == 7)
+                Put(rank, file, rank == 2 ? 'w' : 'b', 'p');
+            else
+                Put(rank, file, 'n', 'o');
         }
     }
 }
@@ -53,23 +59,6 @@ std::string ImportBoard::BoardToLayout() const {
     std::string layout;
     BoardToLayout(layout);
     return layout;
-}
-
-void ImportBoard::BoardToLayout(std::string& layout) const {
-    layout.resize(64);
-    char* out = layout.data();
-    for (int rank = 1; rank <= 8; ++rank)
-        for (int file = 1; file <= 8; ++file) {
-            // As CodeToLayoutChar, without the string view and the locale.
-            const char colour = squares_[rank][file][0];
-            const char piece = squares_[rank][file][1];
-            if (colour == 'n' && piece == 'o')
-                *out++ = '0';
-            else if (colour == 'w' && piece >= 'a' && piece <= 'z')
-                *out++ = static_cast<char>(piece - 'a' + 'A');
-            else
-                *out++ = piece;
-        }
 }
 
 }  // namespace vantrel::chess

@@ -46,13 +46,18 @@ public:
     // The 64-character layout of the board.
     std::string BoardToLayout() const;
     // The same into a string the caller keeps, so that its room is reused.
-    void BoardToLayout(std::string& layout) const;
+    void BoardToLayout(std::string& layout) const { layout.assign(layout_, sizeof layout_); }
 
     EnPassantRecord EnPassant;
 
 private:
     static bool OnBoard(int rank, int file) { return rank >= 1 && rank <= 8 && file >= 1 && file <= 8; }
+    void Put(int rank, int file, char colour, char piece);
+
     char squares_[9][9][2];
+    // The layout, kept up to date square by square: rank 1 first, file a
+    // first within a rank.
+    char layout_[64];
 };
 
 // The layout character of a piece code: "wq" -> 'Q', "bq" -> 'q', "no" -> '0'.
