@@ -32,12 +32,11 @@ uint64_t MoveWord(std::string_view move) {
     return word | (static_cast<uint64_t>(move.size()) << 56);
 }
 
-// SQLite is used from one thread and keeps no memory statistics: its calls
-// then take no locks. The settings hold only before SQLite's first use in
-// the process; later they are refused, which does no harm.
+// SQLite keeps no memory statistics, so that its allocations take no lock.
+// The setting holds only before SQLite's first use in the process; later it
+// is refused, which does no harm.
 void ConfigureEngine() {
     static const bool configured = [] {
-        sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
         sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
         return true;
     }();
