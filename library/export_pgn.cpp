@@ -1,7 +1,5 @@
 #include "library/export_pgn.h"
 
-#include <algorithm>
-
 #include "library/find.h"
 
 namespace vantrel::library {
@@ -70,8 +68,7 @@ std::vector<ExportGame> ExportGames(const TreeModel& tree, const std::vector<boo
         int end = start;
         while (end < n && tree.Node(end + 1).parent == end && !opens(end + 1)) ++end;
         ExportGame game;
-        for (int node = end; node != 0; node = tree.Node(node).parent) game.line.push_back(node);
-        std::reverse(game.line.begin(), game.line.end());
+        game.line = tree.LineTo(end);
         game.firstOwn = game.line.size() - static_cast<size_t>(end - start + 1);
         games.push_back(std::move(game));
         start = end + 1;  // the next node is either a new game's or reached by no run
@@ -85,12 +82,10 @@ std::string NodeMove(const TreeModel& tree, int node) {
 }
 
 std::string LineOfMoves(const TreeModel& tree, int node) {
-    std::vector<int> line;
-    for (int at = node; at != 0; at = tree.Node(at).parent) line.push_back(at);
     std::string out;
-    for (auto it = line.rbegin(); it != line.rend(); ++it) {
+    for (const int at : tree.LineTo(node)) {
         if (!out.empty()) out += ' ';
-        out += NodeMove(tree, *it);
+        out += NodeMove(tree, at);
     }
     return out;
 }

@@ -1,5 +1,7 @@
 #include "library/tree_model.h"
 
+#include <algorithm>
+
 namespace vantrel::library {
 
 int TreeModel::Add(int32_t parentIndex, int32_t index, std::string text, NodeImage image, std::string tag) {
@@ -37,12 +39,18 @@ int TreeModel::FindByIndex(int32_t index) const {
     return it == byIndex_.end() ? 0 : it->second;
 }
 
+std::vector<int> TreeModel::LineTo(int number) const {
+    std::vector<int> line;
+    for (int n = number; n != 0; n = Node(n).parent) line.push_back(n);
+    std::reverse(line.begin(), line.end());
+    return line;
+}
+
 std::string TreeModel::FullPath(int number) const {
-    std::vector<int> chain;
-    for (int n = number; n != 0; n = Node(n).parent) chain.push_back(n);
+    const std::vector<int> line = LineTo(number);
     std::string path;
-    for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
-        if (!path.empty() || it != chain.rbegin()) path.push_back('\\');
+    for (auto it = line.begin(); it != line.end(); ++it) {
+        if (it != line.begin()) path.push_back('\\');
         path += nodes_[*it].Text;
     }
     return path;

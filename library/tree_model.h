@@ -51,6 +51,9 @@ public:
     int FindByIndex(int32_t index) const;
     static std::string Key(int32_t index) { return std::string(1, 'X').append(std::to_string(index)); }
 
+    // The numbers of the nodes from the top level down to this one.
+    std::vector<int> LineTo(int number) const;
+
     // The Text of every node from the top level down to this one, joined by
     // single backslashes.
     std::string FullPath(int number) const;

@@ -336,9 +336,9 @@ void frmTreeView::FocusTree() { tvTreeView->setFocus(Qt::OtherFocusReason); }
 
 void frmTreeView::EnsureVisible(int node) {
     // Open the ancestors, top down, then bring the node into view.
-    std::vector<int> ancestors;
-    for (int p = contents_.tree.Node(node).parent; p != 0; p = contents_.tree.Node(p).parent) ancestors.push_back(p);
-    for (auto it = ancestors.rbegin(); it != ancestors.rend(); ++it) SetExpanded(*it, true);
+    std::vector<int> line = contents_.tree.LineTo(node);
+    line.pop_back();
+    for (const int ancestor : line) SetExpanded(ancestor, true);
     const QModelIndex index = model_->IndexOf(node);
     if (index.isValid()) tvTreeView->scrollTo(index, QAbstractItemView::EnsureVisible);
 }
