@@ -34,8 +34,8 @@ enum class PrintOutcome { Printed, NoPrinter, Failed };
 // go into that file instead.
 PrintOutcome PrintPages(const std::vector<Page>& pages);
 
-// Test seam: while a path is set, PrintPages writes a PDF there without any
-// dialog. An empty path restores the dialogs.
+// Test seam: while a path is set, PrintPages writes a PDF there instead of
+// printing. An empty path prints again.
 void SetPdfTarget(const QString& path);
 QString PdfTarget();
 
