@@ -10,6 +10,7 @@ int TreeModel::Add(int32_t parentIndex, int32_t index, std::string text, NodeIma
     if (parentIndex != 0) {
         parent = FindByIndex(parentIndex);
         if (parent == 0) throw TreeError("element not found: " + Key(parentIndex));
+        if (nodes_[parent].depth >= kMaxDepth) throw TreeError("deeper than any game");
     }
     if (!byIndex_.emplace(index, static_cast<int>(nodes_.size())).second)
         throw TreeError("key is not unique: " + Key(index));
@@ -17,6 +18,7 @@ int TreeModel::Add(int32_t parentIndex, int32_t index, std::string text, NodeIma
     TreeNode& node = nodes_.emplace_back();
     node.index = index;
     node.parent = parent;
+    node.depth = parent ? static_cast<int16_t>(nodes_[parent].depth + 1) : int16_t{1};
     node.Text = std::move(text);
     node.Tag = std::move(tag);
     node.Image = image;

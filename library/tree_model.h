@@ -23,6 +23,7 @@ public:
 struct TreeNode {
     int32_t index = 0;  // the record's index; the node's Key is "X" + index
     int parent = 0;     // node number of the parent, 0 at the top level
+    int16_t depth = 1;  // 1 at the top level
     std::string Text;
     std::string Tag;
     NodeImage Image = NodeImage::Pawn;
@@ -33,11 +34,15 @@ struct TreeNode {
 class TreeModel {
 public:
     static constexpr int kMaxNodes = 32767;
+    // A node stands at most this many moves below the top: a game has no
+    // more plies, so only a hand-made file goes deeper.
+    static constexpr int kMaxDepth = 250;
 
     // Adds a node last among the children of the node keyed by parentIndex,
     // or last at the top level when parentIndex is 0. Returns its number.
-    // Throws TreeError when the parent is unknown, the key is taken, or the
-    // tree already holds 32,767 nodes.
+    // Throws TreeError when the parent is unknown, the key is taken, the
+    // tree already holds 32,767 nodes, or the node would stand deeper than
+    // kMaxDepth.
     int Add(int32_t parentIndex, int32_t index, std::string text, NodeImage image, std::string tag);
 
     int Count() const { return static_cast<int>(nodes_.size()) - 1; }

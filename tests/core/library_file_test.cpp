@@ -148,7 +148,7 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
         void OnProgress(double p) override { progress.push_back(p); }
     };
     Lib lib;
-    for (int i = 1; i <= 303; ++i) lib.Add(i, i - 1, "m" + std::to_string(i));
+    for (int i = 1; i <= 303; ++i) lib.Add(i, i == 251 ? 0 : i - 1, "m" + std::to_string(i));
     Observer o;
     LibraryContents c1, c2, c3;
     ASSERT_EQ(lib.Load(c1, &o), LoadResult::Ok);
@@ -159,6 +159,11 @@ TEST(LibraryLoader, WhatOpensAndWhatFails) {
     EXPECT_EQ(big.Load(c2), LoadResult::Ok);
     big.Add(TreeModel::kMaxNodes + 1, 0, "m");
     EXPECT_EQ(big.Load(c3), LoadResult::Problem);
+    // c1 goes 250 moves deep, as deep as a game; one more fails the load.
+    Lib deep;
+    for (int i = 1; i <= TreeModel::kMaxDepth + 1; ++i) deep.Add(i, i - 1, "m");
+    LibraryContents c4;
+    EXPECT_EQ(deep.Load(c4), LoadResult::Problem);
 }
 
 using Lines = std::vector<std::string>;
