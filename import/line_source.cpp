@@ -1,12 +1,13 @@
 // The import file, handed out line by line in Windows-1252. A file is read
 // in blocks, so that only the current block and the line being cut stay in
 // memory, however long the file is.
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
 #include "import/readers.h"
+#include "library/files.h"
 #include "library/text_codec.h"
 
 namespace vantrel::import {
@@ -24,12 +25,13 @@ LineSource::~LineSource() { Close(); }
 
 bool LineSource::Open(const std::string& path) {
     Close();
-    file_ = std::fopen(path.c_str(), "rb");
-    if (!file_) return false;
-    // A folder opens, but holds no lines: it is no file to import.
-    struct stat st{};
-    if (::fstat(::fileno(file_), &st) != 0 || S_ISDIR(st.st_mode)) {
-        Close();
+    // A folder, a FIFO or a device holds no games to import; the open
+    // doesn't wait on a FIFO for its writer.
+    const int fd = library::OpenPlainFile(path);
+    if (fd < 0) return false;
+    file_ = ::fdopen(fd, "rb");
+    if (!file_) {
+        ::close(fd);
         return false;
     }
     path_ = path;

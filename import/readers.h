@@ -21,7 +21,7 @@ public:
     LineSource& operator=(const LineSource&) = delete;
     ~LineSource();
 
-    // False if the file can't be opened or is a folder. A read that fails
+    // False if the file can't be opened or is no plain file. A read that fails
     // later throws ImportError naming the file and the cause.
     bool Open(const std::string& path);
     void OpenText(std::string text);  // from memory (tests, fuzzing)

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "library/files.h"
+
 namespace vantrel::library {
 namespace {
 
@@ -47,12 +49,13 @@ void EncodeRecord(const LibraryNodeRecord& r, std::string& out) {
 }
 
 bool LibraryReader::Open(const std::string& path) {
-    // Only a plain file is a library: a folder or a device is not, and the
-    // size a file claims is only a hint; the bytes are read to their end.
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // Only a plain file is a library: a folder, a FIFO or a device is not,
+    // and the size a file claims is only a hint; the bytes are read to their
+    // end.
+    const int fd = OpenPlainFile(path);
     if (fd < 0) return false;
     struct stat st{};
-    bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
+    bool ok = ::fstat(fd, &st) == 0;
     std::string bytes;
     try {
         if (ok && st.st_size > 0) bytes.reserve(static_cast<size_t>(st.st_size));
@@ -144,106 +147,29 @@ bool LibraryReader::ReadRecord(LibraryNodeRecord& r) {
 
 LibraryWriter::~LibraryWriter() { Abandon(); }
 
-namespace {
-
-constexpr size_t kWriteBlock = 1u << 20;
-
-std::string FolderOf(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-}  // namespace
-
-bool LibraryWriter::Fail(int error) {
-    if (error_ == 0) error_ = error != 0 ? error : EIO;
-    return false;
-}
-
 bool LibraryWriter::Open(const std::string& path) {
-    Abandon();
-    error_ = 0;
     buffer_.clear();
-    struct stat st{};
-    if (::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode)) return Fail(EISDIR);
-    // A hidden name beside the library, unique to this process and call.
-    static unsigned serial = 0;
-    const std::string folder = FolderOf(path);
-    const std::string name = path.substr(path.rfind('/') + 1);  // no slash: npos + 1 is 0
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        temporary_ = folder + "/." + name + "." + std::to_string(::getpid()) + "-" + std::to_string(++serial) + ".tmp";
-        fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd_ >= 0) break;
-        if (errno != EEXIST) break;
-    }
-    if (fd_ < 0) {
-        temporary_.clear();
-        return Fail(errno);
-    }
-    path_ = path;
-    buffer_.reserve(kWriteBlock + 4096);
-    return true;
-}
-
-bool LibraryWriter::Flush() {
-    if (fd_ < 0) return false;
-    const char* p = buffer_.data();
-    size_t left = buffer_.size();
-    while (left > 0 && error_ == 0) {
-        const ssize_t n = ::write(fd_, p, left);
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            Fail(errno);
-        } else {
-            p += n;
-            left -= static_cast<size_t>(n);
-        }
-    }
-    buffer_.clear();
-    return error_ == 0;
+    return file_.Open(path);
 }
 
 bool LibraryWriter::WriteHeader(const LibraryHeader& header) {
-    if (fd_ < 0) return false;
+    if (!file_.IsOpen()) return false;
+    buffer_.clear();
     EncodeHeader(header, buffer_);
-    return error_ == 0;
+    return file_.Write(buffer_);
 }
 
 bool LibraryWriter::WriteRecord(const LibraryNodeRecord& record) {
-    if (fd_ < 0) return false;
+    if (!file_.IsOpen()) return false;
+    buffer_.clear();
     EncodeRecord(record, buffer_);
-    if (buffer_.size() >= kWriteBlock) return Flush();
-    return error_ == 0;
+    return file_.Write(buffer_);
 }
 
-bool LibraryWriter::Close() {
-    if (fd_ < 0) return false;
-    Flush();
-    if (error_ == 0 && ::fsync(fd_) != 0) Fail(errno);
-    if (::close(fd_) != 0) Fail(errno);
-    fd_ = -1;
-    if (error_ == 0 && ::rename(temporary_.c_str(), path_.c_str()) != 0) Fail(errno);
-    if (error_ != 0) {
-        ::unlink(temporary_.c_str());
-        temporary_.clear();
-        return false;
-    }
-    temporary_.clear();
-    // The new name reaches the disk with the folder.
-    const int folder = ::open(FolderOf(path_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0) {
-        ::fsync(folder);
-        ::close(folder);
-    }
-    return true;
-}
+bool LibraryWriter::Close() { return file_.Close(); }
 
 void LibraryWriter::Abandon() {
-    if (fd_ >= 0) ::close(fd_);
-    fd_ = -1;
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
-    temporary_.clear();
+    file_.Abandon();
     buffer_.clear();
 }
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "library/files.h"
+
 namespace vantrel::library {
 
 struct LibraryHeader {
@@ -65,11 +67,9 @@ private:
     size_t pos_ = 0;
 };
 
-// Writes a library in one pass, and replaces a file only when the new one
-// is whole: the bytes go to a temporary file in the same folder, which takes
-// the library's name at Close, after it has reached the disk. A failure, an
-// Abandon or a writer that goes out of scope open leaves whatever stood at
-// the path as it was, and no temporary file behind.
+// Writes a library in one pass through an AtomicFile: a library replaces
+// the file at its path only when it is whole, and a failure, an Abandon or a
+// writer that goes out of scope open leaves whatever stood there as it was.
 class LibraryWriter {
 public:
     LibraryWriter() = default;
@@ -78,7 +78,8 @@ public:
     ~LibraryWriter();
 
     // False (with Error() set) if the temporary file can't be made, or the
-    // path names a folder.
+    // path names a folder, something else than a plain file, or a library
+    // the user may not write.
     bool Open(const std::string& path);
     bool WriteHeader(const LibraryHeader& header);
     bool WriteRecord(const LibraryNodeRecord& record);
@@ -87,19 +88,13 @@ public:
     bool Close();
     // Drops the temporary file.
     void Abandon();
-    bool IsOpen() const { return fd_ >= 0; }
+    bool IsOpen() const { return file_.IsOpen(); }
     // The errno of the first failure, 0 for none.
-    int Error() const { return error_; }
+    int Error() const { return file_.Error(); }
 
 private:
-    bool Flush();
-    bool Fail(int error);
-
-    int fd_ = -1;
-    std::string path_;
-    std::string temporary_;
+    AtomicFile file_;
     std::string buffer_;
-    int error_ = 0;
 };
 
 }  // namespace vantrel::library

@@ -1,0 +1,68 @@
+// Opening files to read without being stuck on a pipe or a device, and
+// writing a file so that it replaces what stood there only when it is whole.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vantrel::library {
+
+// Opens a plain file for reading. A FIFO or a device is refused before any
+// read could wait for a writer, a folder too. Returns the descriptor (to be
+// closed by the caller), or -1 with errno set (EISDIR for a folder, EINVAL
+// for anything else that is no plain file).
+int OpenPlainFile(const std::string& path);
+
+// Writes a file in one pass. The bytes go to a hidden temporary file in the
+// target's folder, which takes the target's place at Close, after it has
+// reached the disk. A failure, an Abandon or a writer that goes out of scope
+// open leaves whatever stood at the target as it was, and no temporary file
+// behind.
+//
+// The target is the path as given, or, where that is a symbolic link, the
+// file the link points to: the link stays a link. A file that stands there
+// already keeps its permissions; one the user may not write is refused
+// (EACCES), and so is a folder (EISDIR).
+class AtomicFile {
+public:
+    AtomicFile() = default;
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+    ~AtomicFile();
+
+    // False (with Error() set) if the target can't be written or the
+    // temporary file can't be made. Temporary files that processes which no
+    // longer run left in that folder are removed first.
+    bool Open(const std::string& path);
+    // Appends bytes; they reach the file in large blocks.
+    bool Write(std::string_view bytes);
+    // Writes what is left, syncs, and puts the file in place; false if
+    // anything failed on the way.
+    bool Close();
+    // Drops the temporary file.
+    void Abandon();
+    bool IsOpen() const { return fd_ >= 0; }
+    // The errno of the first failure, 0 for none.
+    int Error() const { return error_; }
+    // The file that Close replaces: the path given, with a link followed.
+    const std::string& Target() const { return target_; }
+
+private:
+    bool Flush();
+    bool Fail(int error);
+
+    int fd_ = -1;
+    std::string target_;
+    std::string temporary_;
+    std::string buffer_;
+    int error_ = 0;
+};
+
+// The folder part of a path: "." for a bare name, "/" for a name at the root.
+std::string FolderOf(const std::string& path);
+
+// Removes the temporary files that a writer of a process that no longer runs
+// left in `folder`. What belongs to a running process stays.
+void RemoveStaleTemporaries(const std::string& folder);
+
+}  // namespace vantrel::library
