@@ -1,6 +1,12 @@
 #include "import/moves_table.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include <cstdio>
 #include <cstring>
@@ -8,6 +14,8 @@
 #include <new>
 #include <sstream>
 #include <utility>
+
+#include "library/files.h"
 
 namespace vantrel::import {
 
@@ -249,6 +257,12 @@ void WorkingDatabase::Open(const std::string& path) {
                             -1, &check, nullptr);
     if (rc == SQLITE_OK) rc = sqlite3_step(check);
     sqlite3_finalize(check);
+    if (rc == SQLITE_BUSY || rc == SQLITE_LOCKED) {
+        // Another program holds the file: not the same as a broken one.
+        const std::string why = sqlite3_errmsg(db_);
+        Close();
+        throw DatabaseError(DatabaseError::Kind::Engine, why, DatabaseError::kBusyNumber);
+    }
     if (rc == SQLITE_DONE) {
         Close();
         throw DatabaseError(DatabaseError::Kind::MissingTable, "Couldn't find table 'Moves'",
@@ -299,7 +313,171 @@ void WorkingDatabase::Begin() { Execute("BEGIN"); }
 
 void WorkingDatabase::Commit() { Execute("COMMIT"); }
 
-void WorkingDatabase::Reclaim() { Execute("VACUUM"); }
+// --- The hold of an import ------------------------------------------------------
+//
+// An advisory lock (flock) on the database file. It is apart from SQLite's
+// own locks, which last a transaction at most; this one lasts from the
+// emptying to the end of the library's write.
+
+namespace {
+
+[[noreturn]] void ThrowBusy() {
+    throw DatabaseError(DatabaseError::Kind::Engine, "database is locked", DatabaseError::kBusyNumber);
+}
+
+bool SameFile(int fd, const std::string& path) {
+    struct stat held{}, named{};
+    return ::fstat(fd, &held) == 0 && ::stat(path.c_str(), &named) == 0 && held.st_dev == named.st_dev &&
+           held.st_ino == named.st_ino;
+}
+
+}  // namespace
+
+void ImportLock::Acquire(const std::string& path) {
+    Release();
+    // The file may be replaced by an import that empties it between our open
+    // and our lock; then the lock is taken again, on the file now there.
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        if (fd < 0)
+            throw DatabaseError(DatabaseError::Kind::MissingDatabase, "Couldn't find file '" + path + "'",
+                                DatabaseError::kNoDatabaseNumber);
+        if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+            ::close(fd);
+            ThrowBusy();
+        }
+        if (SameFile(fd, path)) {
+            fd_ = fd;
+            return;
+        }
+        ::close(fd);
+    }
+    ThrowBusy();
+}
+
+void ImportLock::Release() noexcept {
+    if (fd_ >= 0) ::close(fd_);
+    fd_ = -1;
+}
+
+// --- Emptying --------------------------------------------------------------------
+
+namespace {
+
+// A statement run on a connection of its own; throws as the others do.
+void Run(sqlite3* db, const std::string& sql) {
+    const int rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK) ThrowEngine(db, rc);
+}
+
+std::string QuotedName(std::string_view name) {
+    std::string out = "\"";
+    for (const char c : name) {
+        out += c;
+        if (c == '"') out += '"';
+    }
+    return out + '"';
+}
+
+void SyncFile(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return;
+    const int rc = ::fsync(fd);
+    const int error = errno;
+    ::close(fd);
+    if (rc != 0 && error == ENOSPC)
+        throw DatabaseError(DatabaseError::Kind::Engine, "Disk full", DatabaseError::kDiskFullNumber);
+}
+
+}  // namespace
+
+void EmptyWorkingDatabase(WorkingDatabase& db, const std::string& path, ImportLock& lock) {
+    // Nothing to give back: no records, no free pages.
+    {
+        Statement used = db.Prepare(
+            "SELECT (SELECT COUNT(*) FROM (SELECT 1 FROM Moves LIMIT 1)) + (SELECT freelist_count FROM "
+            "pragma_freelist_count)");
+        used.Step();
+        if (used.Int(0) == 0) return;
+    }
+    // What the copy takes over: the file's settings, the schema in the order
+    // it was made, and the tables other than Moves.
+    Statement settings = db.Prepare(
+        "SELECT (SELECT page_size FROM pragma_page_size), (SELECT auto_vacuum FROM pragma_auto_vacuum), "
+        "(SELECT user_version FROM pragma_user_version)");
+    settings.Step();
+    const std::string pragmas = "PRAGMA page_size = " + std::to_string(settings.Int(0)) +
+                                "; PRAGMA auto_vacuum = " + std::to_string(settings.Int(1)) +
+                                "; PRAGMA user_version = " + std::to_string(settings.Int(2)) + ";";
+    settings.Reset();
+    std::vector<std::string> schema, kept;
+    {
+        Statement objects = db.Prepare(
+            "SELECT type, name, sql FROM sqlite_master WHERE sql IS NOT NULL AND name NOT LIKE 'sqlite\\_%' "
+            "ESCAPE '\\' ORDER BY rowid");
+        while (objects.Step()) {
+            schema.emplace_back(objects.TextView(2));
+            const std::string_view name = objects.TextView(1);
+            if (objects.TextView(0) == "table" && sqlite3_stricmp(std::string(name).c_str(), "Moves") != 0)
+                kept.emplace_back(name);
+        }
+    }
+
+    const std::string fresh = path + ".new";
+    ::unlink(fresh.c_str());
+    ::unlink((fresh + "-journal").c_str());
+    sqlite3* copy = nullptr;
+    int rc = sqlite3_open_v2(fresh.c_str(), &copy, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    struct CloseCopy {
+        sqlite3*& db;
+        ~CloseCopy() { sqlite3_close_v2(db); }
+    } closeCopy{copy};
+    try {
+        if (rc != SQLITE_OK) ThrowEngine(copy, rc);
+        // A new file has nothing to protect until it takes the old one's place.
+        Run(copy, "PRAGMA synchronous = OFF; PRAGMA journal_mode = OFF; " + pragmas);
+        Run(copy, "BEGIN");
+        for (const std::string& sql : schema) Run(copy, sql);
+        if (!kept.empty()) {
+            {
+                Statement attach(copy, "ATTACH DATABASE ?1 AS old");
+                attach.Bind(1, path);
+                attach.Step();
+            }
+            for (const std::string& table : kept)
+                Run(copy, "INSERT INTO main." + QuotedName(table) + " SELECT * FROM old." + QuotedName(table));
+        }
+        Run(copy, "COMMIT");
+        if (!kept.empty()) Run(copy, "DETACH DATABASE old");
+        rc = sqlite3_close_v2(copy);
+        copy = nullptr;
+        if (rc != SQLITE_OK) ThrowEngine(nullptr, rc);
+        SyncFile(fresh);
+
+        // The hold moves to the new file before it takes the name, so that
+        // no other import can come in between.
+        const int held = ::open(fresh.c_str(), O_RDONLY | O_CLOEXEC);
+        if (held < 0 || ::flock(held, LOCK_EX | LOCK_NB) != 0) {
+            if (held >= 0) ::close(held);
+            ThrowBusy();
+        }
+        db.Close();
+        if (::rename(fresh.c_str(), path.c_str()) != 0) {
+            const int error = errno;
+            ::close(held);
+            db.Open(path);
+            throw DatabaseError(DatabaseError::Kind::Engine, "Couldn't replace '" + path + "': " + std::strerror(error),
+                                DatabaseError::kBusyNumber);
+        }
+        lock.Release();
+        lock.fd_ = held;
+        SyncFile(library::FolderOf(path));
+    } catch (...) {
+        ::unlink(fresh.c_str());
+        throw;
+    }
+    db.Open(path);
+}
 
 // --- MovesTable ----------------------------------------------------------------
 

@@ -26,6 +26,8 @@ public:
     static constexpr int kNoTableNumber = 3078;
     // The database could not grow: "Disk full".
     static constexpr int kDiskFullNumber = 61;
+    // Another program works on the database (SQLite's SQLITE_BUSY).
+    static constexpr int kBusyNumber = 5;
 
     DatabaseError(Kind kind, const std::string& what, int number)
         : std::runtime_error(what), kind_(kind), number_(number) {}
@@ -80,7 +82,8 @@ public:
     ~WorkingDatabase() { Close(); }
 
     // Throws DatabaseError: MissingDatabase if the file isn't there or isn't
-    // a database, MissingTable if it has no table Moves.
+    // a database, MissingTable if it has no table Moves, Engine (with the
+    // engine's "database is locked") while another program holds it.
     void Open(const std::string& path);
     // Commits a transaction that is still open, then closes. Failures on the
     // way are ignored: an operation that must know its work was kept calls
@@ -95,13 +98,41 @@ public:
     // Throws DatabaseError when the work can't be kept (a reader holds the
     // file, the disk is full, the file is read-only); nothing is kept then.
     void Commit();
-    // Gives the room of deleted records back to the file system. Outside a
-    // transaction only.
-    void Reclaim();
 
 private:
     sqlite3* db_ = nullptr;
 };
+
+// An import's hold on the working database, from the emptying of the table
+// to the last record the library writer reads, so that a library is only
+// ever written from its own import's records. A second import meanwhile is
+// refused as busy; the hold goes with the process, however it ends.
+class ImportLock {
+public:
+    ImportLock() = default;
+    ImportLock(const ImportLock&) = delete;
+    ImportLock& operator=(const ImportLock&) = delete;
+    ~ImportLock() { Release(); }
+
+    // Takes the hold on the database at `path`. Throws DatabaseError:
+    // MissingDatabase if there is no such file, Engine "database is locked"
+    // while another import holds it.
+    void Acquire(const std::string& path);
+    void Release() noexcept;
+    bool Held() const { return fd_ >= 0; }
+
+private:
+    friend void EmptyWorkingDatabase(WorkingDatabase& db, const std::string& path, ImportLock& lock);
+    int fd_ = -1;
+};
+
+// Leaves the database at `path`, open in `db` and held by `lock`, with the
+// table Moves empty and the file no larger than what stays in it. An empty
+// copy of the database (its schema and its other tables) is made beside it
+// and takes its place, so that the emptying needs room only for what stays,
+// and a process killed at any moment leaves either the old file or the new
+// one, each of them sound. `db` is open on the new file afterwards.
+void EmptyWorkingDatabase(WorkingDatabase& db, const std::string& path, ImportLock& lock);
 
 // One record of Moves as the tree store adds it.
 struct MoveRow {

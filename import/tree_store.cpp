@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -28,6 +29,8 @@ std::string Trim(std::string_view s) {
 
 // The import file or the library file couldn't be opened.
 struct FileNotOpened {};
+// A write cancelled that leaves no library behind.
+struct Cancelled {};
 
 // Error numbers the program's error dialog shows for failures that don't
 // bring a number of their own.
@@ -69,14 +72,16 @@ public:
         tags_.chkIgnoreQuestion = options.ignoreQuestion;
     }
 
-    // Steps 1 to 6. Returns the result; throws on failure.
-    bool Run(WorkingDatabase& db, LineSource& file, ImportState& state) {
-        db.Open(DatabasePath(options_));
-        MovesTable table(db);
+    // The whole import. Returns the result; throws on failure.
+    bool Run(WorkingDatabase& db, ImportLock& hold, LineSource& file, ImportState& state) {
+        const std::string path = DatabasePath(options_);
+        hold.Acquire(path);
+        db.Open(path);
         // The emptied table gives its room back before the import grows it
         // again, so the file holds no more than the last import needs.
+        EmptyWorkingDatabase(db, path, hold);
+        MovesTable table(db);
         table.Clear();
-        db.Reclaim();
         // One transaction for the whole import. Its commit is the import's
         // last step, on a cancel too: an import whose records didn't reach
         // the file has failed.
@@ -242,15 +247,17 @@ std::string DatabasePath(const ImportOptions& options) {
 bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& session) {
     session.ImportRemarks.clear();
     session.recordCount = 0;
+    session.hold.reset();  // a new import of the same session
 
     WorkingDatabase db;
     LineSource file;
     ImportState state;
     // The builder holds a whole game record; keep it off the stack.
     auto builder = std::make_unique<TreeBuilder>(options, host);
+    auto hold = std::make_shared<ImportLock>();
     bool result = false;
     try {
-        result = builder->Run(db, file, state);
+        result = builder->Run(db, *hold, file, state);
     } catch (...) {
         result = false;
         // Texts for the host are library text, like the names in them.
@@ -260,6 +267,8 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
     // close can keep them; nothing reads them.
     file.Close();
     db.Close();
+    // The records stay this import's until its library is written.
+    if (result) session.hold = std::move(hold);
 
     session.ImportRemarks = state.ImportRemarks;
     session.recordCount = builder->RecordCount();
@@ -283,10 +292,29 @@ void NoteCut(ImportHost& host, const std::string& text, const char* what, int32_
     host.Notice(note);
 }
 
-bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session) {
+std::string LibraryNameProblem(const std::string& name) {
+    if (name.find('/') != std::string::npos) return "A library name can't contain '/'";
+    if (name.find_first_not_of('.') == std::string::npos) return "A library name can't be made of dots alone";
+    if (name.size() + 4 > NAME_MAX) return "A library name can't be longer than " + std::to_string(NAME_MAX - 4) + " bytes";
+    return {};
+}
+
+bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession& session) {
     const std::string name = Trim(options.bookName);
     const std::string path = LibraryPath(options);
     const std::string fileName = name + ".vnb";
+    // Whatever happens here, the working database is free afterwards.
+    struct EndHold {
+        ImportSession& session;
+        ~EndHold() { session.hold.reset(); }
+    } endHold{session};
+
+    const std::string problem =
+        LibraryNameProblem(options.libraryFile.empty() ? text::Cp1252ToUtf8(name) : Trim(options.libraryFile));
+    if (!problem.empty()) {
+        host.Message(problem, "");
+        return false;
+    }
 
     // An existing library is replaced only if the user agrees; an empty file
     // of that name is simply written over. Either way the old file stays
@@ -300,6 +328,12 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
     WorkingDatabase db;
     library::LibraryWriter writer;
     try {
+        // A write of its own, with no import before it in the session,
+        // holds the database for itself.
+        if (!session.hold) {
+            session.hold = std::make_shared<ImportLock>();
+            session.hold->Acquire(DatabasePath(options));
+        }
         db.Open(DatabasePath(options));
 
         library::LibraryHeader header;
@@ -350,6 +384,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
             host.Yield();
             if (!host.Running()) {
                 result = false;
+                if (!host.KeepCancelledLibrary()) throw Cancelled{};
                 break;
             }
             record.index = static_cast<int32_t>(rows.Int(0));
@@ -368,6 +403,8 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
         // A cancelled write still puts in place what it has: a library of
         // the records so far, which loads.
         if (!writer.Close()) ThrowWriteError(writer.Error(), fileName);
+    } catch (const Cancelled&) {
+        result = false;
     } catch (...) {
         result = false;
         Report(host, "Couldn't open " + fileName);

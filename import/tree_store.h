@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "chess/board.h"
@@ -59,16 +60,25 @@ public:
     // `lastPly` plies; the moves are about to be played. Nothing to do for
     // the wizard; the command line uses it to name games in its reports.
     virtual void GameRead(int32_t /*number*/, int16_t /*lastPly*/, const GameRecord& /*game*/) {}
+    // Whether a write of the library that is cancelled puts in place the
+    // records so far (a library that loads), as the wizard does; otherwise
+    // it leaves the library that stood there, as an interrupted command does.
+    virtual bool KeepCancelledLibrary() const { return true; }
     // Something the user may want to know that changes nothing of the run,
     // such as a text cut to the 65,535 bytes a library can hold. The window
     // keeps quiet; the command line says it on stderr.
     virtual void Notice(const std::string& /*text*/) {}
 };
 
+class ImportLock;
+
 // State that lives from BuildTree on into WriteLibrary.
 struct ImportSession {
     std::string ImportRemarks;  // text ahead of the first game: the library's remarks
     int32_t recordCount = 0;    // records added by BuildTree
+    // The hold on the working database from a BuildTree that succeeded to
+    // the end of WriteLibrary.
+    std::shared_ptr<ImportLock> hold;
 };
 
 // Plays every game of the file and merges it into the table Moves of
@@ -77,8 +87,13 @@ struct ImportSession {
 bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& session);
 
 // Dumps the table into programDir/<name>.vnb. True if the whole table
-// stands in the file.
-bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSession& session);
+// stands in the file. Ends the session's hold on the working database.
+bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession& session);
+
+// Why `name` (trimmed, as the file system spells it) can't name a library,
+// or "" when it can. A library is a file in the program's folder: its name
+// holds no "/", is not made of dots alone, and fits a file name with ".vnb".
+std::string LibraryNameProblem(const std::string& name);
 
 // The path WriteLibrary writes to: programDir + "/" + the trimmed name + ".vnb",
 // the name as libraryFile spells it, if given.

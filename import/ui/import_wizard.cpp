@@ -1,5 +1,7 @@
 #include "import/ui/import_wizard.h"
 
+#include <unistd.h>
+
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -21,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include "import/ui/fix_move_dialog.h"
+#include "library/files.h"
 #include "import/ui/tab_chain.h"
 #include "shell/dialogs.h"
 #include "shell/forms.h"
@@ -342,9 +345,10 @@ void frmImportWizard::optImportType_Click(int index) {
 // ---- the file page ----------------------------------------------------------
 
 bool frmImportWizard::CanOpenInFile() const {
-    QFile file(txtInFile->text());
-    if (!file.open(QIODevice::ReadOnly)) return false;
-    file.close();
+    // Only a plain file: the open of a FIFO would wait for a writer.
+    const int fd = library::OpenPlainFile(QFile::encodeName(txtInFile->text()).toStdString());
+    if (fd < 0) return false;
+    ::close(fd);
     return true;
 }
 
@@ -364,6 +368,13 @@ bool frmImportWizard::ValidateFilesPage() {
     if (TrimBlanks(txtBookName->text()).isEmpty()) {
         ui::MsgBox(QStringLiteral("Please enter a name for the new library"), ui::Buttons::Ok,
                    ui::Icon::Exclamation);
+        txtBookName->setFocus();
+        return false;
+    }
+    const std::string nameProblem =
+        import::LibraryNameProblem(QFile::encodeName(TrimBlanks(txtBookName->text())).toStdString());
+    if (!nameProblem.empty()) {
+        ui::MsgBox(QString::fromStdString(nameProblem), ui::Buttons::Ok, ui::Icon::Exclamation);
         txtBookName->setFocus();
         return false;
     }

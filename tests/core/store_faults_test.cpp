@@ -3,7 +3,12 @@
 // outside the code page. Real SQLite and the real file system throughout.
 #include <sqlite3.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
+#include <random>
 
 #include "library/loader.h"
 #include "store_test_support.h"
@@ -30,9 +35,9 @@ protected:
 
 // A tmpfs of 512 KB mounted on a folder; Fill leaves about `room` bytes free.
 struct SmallDisk {
-    explicit SmallDisk(const std::string& path) : path(path) {
+    explicit SmallDisk(const std::string& path, const char* size = "size=512k") : path(path) {
         fs::create_directories(path);
-        mounted = ::mount("tmpfs", path.c_str(), "tmpfs", 0, "size=512k") == 0;
+        mounted = ::mount("tmpfs", path.c_str(), "tmpfs", 0, size) == 0;
     }
     ~SmallDisk() {
         if (mounted) ::umount2(path.c_str(), MNT_DETACH);
@@ -52,10 +57,10 @@ TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
     // Another program starts reading the database while the import runs, so
     // the import can't commit: it fails, and claims no records.
     sqlite3* reader = nullptr;
-    ASSERT_EQ(sqlite3_open(DbPath().c_str(), &reader), SQLITE_OK);
     host = RecordingHost{};
     host.onGame = [&](int32_t number) {
         if (number == 1) {
+            ASSERT_EQ(sqlite3_open(DbPath().c_str(), &reader), SQLITE_OK);
             ASSERT_EQ(sqlite3_exec(reader, "BEGIN; SELECT COUNT(*) FROM Moves;", nullptr, nullptr, nullptr), SQLITE_OK);
         }
     };
@@ -98,14 +103,93 @@ TEST_F(StoreFaultTest, AFullDiskIsToldAsDiskFullAndTheOlderLibraryStays) {
     EXPECT_EQ(host.errors, (Errors{{"Disk full", 61}}));
 }
 
+TEST_F(StoreFaultTest, TwoImportsOnOneDatabaseAndAProgramThatHoldsIt) {
+    // The first import holds the database from its emptying to its library's
+    // last record: a second one in between is refused as busy and changes
+    // nothing, and the first writes its own tree.
+    ASSERT_TRUE(Build("[Event \"first\"]\n\ne4 e5\n"));
+    {
+        RecordingHost other;
+        import::ImportSession second;
+        import::ImportOptions secondOptions = options;
+        secondOptions.bookName = "Other";
+        EXPECT_FALSE(import::BuildTree(secondOptions, other, second));
+        EXPECT_EQ(other.errors, (Errors{{"database is locked", SQLITE_BUSY}}));
+        EXPECT_FALSE(import::WriteLibrary(secondOptions, other, second));
+        EXPECT_FALSE(fs::exists(dir / "Other.vnb"));
+    }
+    ASSERT_TRUE(Write());
+    library::LibraryContents contents;
+    ASSERT_EQ(library::LoadLibrary(import::LibraryPath(options), contents), library::LoadResult::Ok);
+    EXPECT_EQ(contents.tree.FullPath(2), "e4: first\\e5");
+    // Another program that holds the file: the engine's own words, not
+    // those of a missing database.
+    sqlite3* holder = nullptr;
+    ASSERT_EQ(sqlite3_open(DbPath().c_str(), &holder), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    host = RecordingHost{};
+    EXPECT_FALSE(Build("[Event \"x\"]\n\nd4\n"));
+    EXPECT_EQ(host.errors, (Errors{{"database is locked", SQLITE_BUSY}}));
+    EXPECT_EQ(host.messages, Messages{});
+    sqlite3_close(holder);
+}
+
+TEST_F(StoreFaultTest, EmptyingNeedsRoomOnlyForWhatStaysAndSurvivesAKillAtAnyMoment) {
+    SmallDisk disk(dir / "disk", "size=4m");
+    if (!disk.mounted && ::geteuid() != 0) GTEST_SKIP() << "mounting a tmpfs needs root";
+    ASSERT_TRUE(disk.mounted) << "no tmpfs could be mounted";
+    options.databasePath = dir / "disk/Tessimo.mdb";
+    fs::copy_file(DbPath(), options.databasePath);
+    const auto fresh = fs::file_size(options.databasePath);
+    ASSERT_TRUE(Import(ManyGames(150)));
+    ASSERT_GT(fs::file_size(options.databasePath), 4 * fresh);
+    disk.Fill(fresh + 64 * 1024);
+    EXPECT_TRUE(Import("[Event \"small\"]\n\ne4\n")) << (host.errors.empty() ? "" : host.errors[0].first);
+    EXPECT_EQ(fs::file_size(options.databasePath), fresh);
+    fs::remove(dir / "disk/filler");
+    // Killed at random moments of the import, the database stays sound and
+    // the next import runs.
+    std::mt19937 random(5);
+    for (int round = 0; round < 12; ++round) {
+        WriteFile(options.inFile, ManyGames(60));
+        const pid_t child = ::fork();
+        if (child == 0) {
+            RecordingHost quiet;
+            import::ImportSession own;
+            ::_exit(import::BuildTree(options, quiet, own) && import::WriteLibrary(options, quiet, own) ? 0 : 1);
+        }
+        ::usleep(std::uniform_int_distribution<unsigned>(0, 60000)(random));
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        sqlite3* check = nullptr;
+        ASSERT_EQ(sqlite3_open(options.databasePath.c_str(), &check), SQLITE_OK);
+        std::string verdict;
+        sqlite3_exec(check, "PRAGMA integrity_check", [](void* out, int, char** values, char**) {
+            *static_cast<std::string*>(out) += values[0] ? values[0] : "";
+            return 0;
+        }, &verdict, nullptr);
+        sqlite3_close(check);
+        ASSERT_EQ(verdict, "ok") << "round " << round;
+    }
+    EXPECT_TRUE(Import("[Event \"after\"]\n\nc4\n"));
+    EXPECT_EQ(Briefs(Db(options.databasePath).Rows()), (Strings{"1<0 c4 (c4: after) *"}));
+}
+
 TEST_F(StoreFaultTest, FoldersWhereFilesShouldBe) {
     // As a library to open, and as the file to import.
     library::LibraryContents contents;
     EXPECT_EQ(library::LoadLibrary(dir.str(), contents), library::LoadResult::Problem);
     EXPECT_EQ(library::LoadLibrary("/dev/zero", contents), library::LoadResult::Problem);
+    // A FIFO no program writes is refused at once, as a library and as games.
+    ASSERT_EQ(::mkfifo((dir / "fifo").c_str(), 0600), 0);
+    EXPECT_EQ(library::LoadLibrary(dir / "fifo", contents), library::LoadResult::Problem);
+    options.inFile = dir / "fifo";
+    EXPECT_FALSE(import::BuildTree(options, host, session));
+    options.inFile = dir / "games.pgn";
     fs::create_directories(options.inFile);
     EXPECT_FALSE(import::BuildTree(options, host, session));
-    EXPECT_EQ(host.messages, (Messages{{"Couldn't open " + options.inFile, ""}}));
+    EXPECT_EQ(host.messages,
+              (Messages{{"Couldn't open " + dir / "fifo", ""}, {"Couldn't open " + options.inFile, ""}}));
     // Where the library would go: the folder stays, and the user is told why.
     fs::remove(options.inFile);
     fs::create_directories(dir / "Demo.vnb");
@@ -132,6 +216,17 @@ TEST_F(StoreFaultTest, LibraryNamesAreTrimmedAndTheFileNameKeepsTheirSpelling) {
         EXPECT_EQ(contents.header.book + "|" + std::to_string(contents.tree.Count()), book + std::string("|2"));
     }
     EXPECT_EQ(FilesIn(dir.str()), 6u);  // database, game file, four libraries
+    // A name is a file's in the program's folder, never a path, nor made of
+    // dots alone, and it fits a file name.
+    for (const std::string& bad : Strings{"sub/L", "../escaped", ".", "...", std::string(252, 'n')}) {
+        options.libraryFile = options.bookName = bad;
+        host = RecordingHost{};
+        EXPECT_TRUE(Build("[Event \"a\"]\n\ne4\n"));
+        EXPECT_FALSE(Write());
+        EXPECT_EQ(host.messages.size(), 1u) << bad;
+    }
+    EXPECT_EQ(FilesIn(dir.str()), 6u);
+    EXPECT_EQ(import::LibraryNameProblem(std::string(251, 'n')), "");
 }
 
 }  // namespace
