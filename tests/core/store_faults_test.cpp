@@ -175,6 +175,39 @@ TEST_F(StoreFaultTest, EmptyingNeedsRoomOnlyForWhatStaysAndSurvivesAKillAtAnyMom
     EXPECT_EQ(Briefs(Db(options.databasePath).Rows()), (Strings{"1<0 c4 (c4: after) *"}));
 }
 
+TEST_F(StoreFaultTest, AReplacedFileFollowsItsLinkKeepsWhatMayNotBeWrittenAndLeavesNoTemporaryBehind) {
+    const auto replace = [](const std::string& path, const std::string& text) {
+        library::AtomicFile file;
+        return file.Open(path) && file.Write(text) && file.Close();
+    };
+    WriteFile(dir / "target", "old");
+    fs::create_symlink("target", dir / "link");
+    ASSERT_TRUE(replace(dir / "link", "new"));
+    EXPECT_TRUE(fs::is_symlink(dir / "link"));
+    EXPECT_EQ(ReadFile(dir / "target"), "new");
+    fs::permissions(dir / "target", fs::perms::owner_read);
+    library::AtomicFile refused;
+    EXPECT_FALSE(refused.Open(dir / "link"));
+    EXPECT_EQ(refused.Error(), EACCES);
+    EXPECT_EQ(ReadFile(dir / "target"), "new");
+    // Temporary files of writers that died go; a running writer's stay, and
+    // so do files that only look alike. A name as long as a file name may
+    // be still gets a temporary file.
+    const pid_t dead = ::fork();
+    if (dead == 0) ::_exit(0);
+    ::waitpid(dead, nullptr, 0);
+    const std::string d = std::to_string(dead);
+    const Strings left = {".vantrel." + d + "-1.tmp", ".L.vnb." + d + "-2.tmp", ".vantrel.1-1.tmp",
+                          ".notes." + d + "-1.tmp", "L.vnb"};
+    for (const std::string& name : left) WriteFile(dir / name, "x");
+    ASSERT_TRUE(replace(dir / std::string(255, 'n'), "long"));
+    Strings names;
+    for (const auto& entry : fs::directory_iterator(dir.str())) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (Strings{".notes." + d + "-1.tmp", ".vantrel.1-1.tmp", "L.vnb", "Tessimo.mdb", "link",
+                              std::string(255, 'n'), "target"}));
+}
+
 TEST_F(StoreFaultTest, FoldersWhereFilesShouldBe) {
     // As a library to open, and as the file to import.
     library::LibraryContents contents;
