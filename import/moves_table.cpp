@@ -243,9 +243,12 @@ void WorkingDatabase::Open(const std::string& path) {
     // One thread uses a connection: SQLite needs no locks of its own.
     int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     if (rc != SQLITE_OK) {
+        struct stat st{};
+        const std::string why = ::stat(path.c_str(), &st) != 0 ? "' is missing"
+                                : S_ISDIR(st.st_mode)         ? "' is a folder"
+                                                              : "' can't be opened: " + std::string(sqlite3_errmsg(db));
         sqlite3_close_v2(db);
-        throw DatabaseError(DatabaseError::Kind::MissingDatabase, "Couldn't find file '" + path + "'",
-                            DatabaseError::kNoDatabaseNumber);
+        throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + why, DatabaseError::kNoDatabaseNumber);
     }
     db_ = db;
     sqlite3_busy_timeout(db_, 2000);
@@ -265,13 +268,16 @@ void WorkingDatabase::Open(const std::string& path) {
     }
     if (rc == SQLITE_DONE) {
         Close();
-        throw DatabaseError(DatabaseError::Kind::MissingTable, "Couldn't find table 'Moves'",
+        struct stat st{};
+        const bool empty = ::stat(path.c_str(), &st) == 0 && st.st_size == 0;
+        throw DatabaseError(DatabaseError::Kind::MissingTable,
+                            "'" + path + (empty ? "' is empty" : "' has no table Moves"),
                             DatabaseError::kNoTableNumber);
     }
     if (rc != SQLITE_ROW) {
         // Not a database at all (or one the engine can't read).
         Close();
-        throw DatabaseError(DatabaseError::Kind::MissingDatabase, "Unrecognized database format '" + path + "'",
+        throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + "' is not a database",
                             DatabaseError::kNoDatabaseNumber);
     }
 
@@ -340,7 +346,7 @@ void ImportLock::Acquire(const std::string& path) {
     for (int attempt = 0; attempt < 8; ++attempt) {
         const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
         if (fd < 0)
-            throw DatabaseError(DatabaseError::Kind::MissingDatabase, "Couldn't find file '" + path + "'",
+            throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + "' is missing",
                                 DatabaseError::kNoDatabaseNumber);
         if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
             ::close(fd);

@@ -51,10 +51,12 @@ void Report(ImportHost& host, const std::string& fileText) {
     } catch (const FileNotOpened&) {
         host.Message(fileText, "");
     } catch (const DatabaseError& e) {
-        if (e.kind() == DatabaseError::Kind::Engine)
+        if (e.kind() == DatabaseError::Kind::Engine) {
             host.ShowError(e.what(), e.number());
-        else
+        } else {
+            host.Notice(e.what());  // which file, and what is wrong with it
             host.Message(kTroubleText, kTroubleTitle);
+        }
     } catch (const ImportError& e) {
         host.ShowError(e.what(), e.number());
     } catch (const std::bad_alloc&) {

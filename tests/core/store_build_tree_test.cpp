@@ -175,6 +175,9 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     EXPECT_TRUE(Rows().empty());
     // Neither the import nor the writing of the library gets past a database
     // that is not there or not fit, and neither creates one.
+    // The window says no more; the notice names the file and the cause.
+    const char* causes[kSpoiledDatabases] = {"' is missing", "' is empty", "' is not a database",
+                                             "' has no table Moves"};
     for (int k = 0; k < kSpoiledDatabases; ++k) {
         SpoilDatabase(k);
         for (bool write : {false, true}) {
@@ -182,6 +185,7 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
             EXPECT_FALSE(write ? Write() : Build(kThreeGames));
             EXPECT_EQ(host.errors, Errors{});
             EXPECT_EQ(host.messages, kTrouble) << k;
+            EXPECT_EQ(host.notices, Strings{"'" + DbPath() + causes[k]});
             EXPECT_FALSE(fs::exists(dir / "Demo.vnb"));
             EXPECT_EQ(fs::exists(DbPath()), k != 0);
         }
