@@ -52,6 +52,7 @@ void LineSource::Close() {
     memory_ = false;
     bomChecked_ = false;
     path_.clear();
+    lines_ = 0;
 }
 
 bool LineSource::IsOpen() const { return file_ != nullptr || memory_; }
@@ -95,6 +96,7 @@ bool LineSource::Eof() {
 
 void LineSource::ReadLine(std::string& line) {
     if (Eof()) throw ImportError("Input past end of file", 62);
+    ++lines_;
     raw_.clear();
     for (;;) {
         const char* begin = buffer_.data() + pos_;

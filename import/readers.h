@@ -36,6 +36,8 @@ public:
     // True as soon as the last line has been read (at once for an empty file).
     // A line end at the very end of the file makes no extra empty line.
     bool Eof();
+    // How many lines have been handed out: the number of the last one.
+    int64_t LineNumber() const { return lines_; }
 
 private:
     bool Fill();
@@ -51,6 +53,7 @@ private:
     bool bomChecked_ = false;
     std::string raw_;  // the line's bytes as they stand in the file
     std::string path_;
+    int64_t lines_ = 0;
 };
 
 // The import state that lives from game to game.

@@ -98,9 +98,11 @@ public:
 
         bool result = false;
         int32_t gameNumber = 0;
+        int32_t current = 0;  // the game being read or played
         try {
             while (!state.ImportAtEnd) {
                 board_.ResetImportBoard();
+                current = gameNumber + 1;
                 const int16_t n = options_.pgn
                                       ? ReadPgnGame(state, game_, tags_)
                                       : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
@@ -113,6 +115,7 @@ public:
                 }
             }
         } catch (...) {
+            host_.FailedInGame(current, file.LineNumber(), game_);
             // The records so far go to the table all the same, as far as it
             // takes them.
             try {

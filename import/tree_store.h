@@ -60,6 +60,10 @@ public:
     // `lastPly` plies; the moves are about to be played. Nothing to do for
     // the wizard; the command line uses it to name games in its reports.
     virtual void GameRead(int32_t /*number*/, int16_t /*lastPly*/, const GameRecord& /*game*/) {}
+    // The import fails while game `number` is being read or played, at line
+    // `line` of the file; `game` holds what was read of it. Comes before the
+    // failure is told.
+    virtual void FailedInGame(int32_t /*number*/, int64_t /*line*/, const GameRecord& /*game*/) {}
     // Whether a write of the library that is cancelled puts in place the
     // records so far (a library that loads), as the wizard does; otherwise
     // it leaves the library that stood there, as an interrupted command does.

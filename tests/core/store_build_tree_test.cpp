@@ -160,6 +160,7 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
     EXPECT_FALSE(Build(text));
     EXPECT_EQ(host.messages, Messages{});
     EXPECT_EQ(host.errors, (Errors{{"Subscript out of range", 9}}));
+    EXPECT_EQ(host.failedIn, "2 long 69");  // the 251st ply stands on line 69
     EXPECT_EQ(Rows().size(), 2u);
     host = RecordingHost{};
     EXPECT_FALSE(Build(""));  // an empty file: the first read fails

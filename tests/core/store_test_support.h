@@ -85,10 +85,14 @@ public:
         if (onGame) onGame(number);
     }
 
+    void FailedInGame(int32_t number, int64_t line, const import::GameRecord& game) override {
+        failedIn = std::to_string(number) + " " + game.GameMoves[0] + " " + std::to_string(line);
+    }
     // Nothing was told to the user.
     bool Silent() const { return messages.empty() && errors.empty(); }
     Strings counts, notices, overwriteQuestions;
     Strings games;  // "number name lastPly" of each game read
+    std::string failedIn;  // "number name line" of the game the import failed in
     int yields = 0;
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count
