@@ -27,8 +27,6 @@ std::string Trim(std::string_view s) {
     return std::string(s.substr(first, last - first + 1));
 }
 
-// The import file or the library file couldn't be opened.
-struct FileNotOpened {};
 // A write cancelled that leaves no library behind.
 struct Cancelled {};
 
@@ -43,8 +41,8 @@ constexpr int kInternalError = 51;
 constexpr const char* kTroubleText = "Trouble with 'Tessimo.Mdb'";
 constexpr const char* kTroubleTitle = "Couldn't parse book";
 
-// The one handler of a whole operation: tells the user what went wrong.
-// `fileText` is the "Couldn't open ..." text for a file that can't be opened.
+}  // namespace
+
 void Report(ImportHost& host, const std::string& fileText) {
     try {
         throw;
@@ -65,6 +63,8 @@ void Report(ImportHost& host, const std::string& fileText) {
         host.ShowError(e.what(), kInternalError);
     }
 }
+
+namespace {
 
 // One run of BuildTree, with the state that lives from game to game.
 class TreeBuilder {

@@ -94,6 +94,14 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 // stands in the file. Ends the session's hold on the working database.
 bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession& session);
 
+// The import file or the library file couldn't be opened.
+struct FileNotOpened {};
+
+// The one handler of a whole operation, called while its failure is being
+// handled: tells the user what went wrong. `fileText` is the "Couldn't open
+// ..." text for a FileNotOpened.
+void Report(ImportHost& host, const std::string& fileText);
+
 // Why `name` (trimmed, as the file system spells it) can't name a library,
 // or "" when it can. A library is a file in the program's folder: its name
 // holds no "/", is not made of dots alone, and fits a file name with ".vnb".

@@ -71,15 +71,14 @@ struct Game {
     std::vector<std::string> layouts;
 };
 
-// Plays `plies` plies (fewer if the game ends in mate or stalemate). Early
-// moves come from the few best-looking ones, so that games share openings;
-// later moves are freer.
-inline Game PlayGame(Rng& rng, int plies) {
-    Game game;
-    Position pos;
+// Plays on from `pos`, at ply `from` + 1, up to ply `plies` (fewer if the
+// game ends in mate or stalemate), adding to `game`. Early moves come from
+// the few best-looking ones, so that games share openings; later moves are
+// freer.
+inline void PlayOn(Rng& rng, Position pos, int from, int plies, Game& game) {
     std::vector<Move> legal;
     std::vector<std::pair<int, size_t>> ranked;
-    for (int ply = 1; ply <= plies; ++ply) {
+    for (int ply = from + 1; ply <= plies; ++ply) {
         pos.LegalMoves(legal);
         ranked.clear();
         for (size_t i = 0; i < legal.size(); ++i) ranked.push_back({-MoveScore(pos, legal[i]), i});
@@ -101,6 +100,11 @@ inline Game PlayGame(Rng& rng, int plies) {
         pos.Apply(chosen);
         game.layouts.push_back(pos.Layout());
     }
+}
+
+inline Game PlayGame(Rng& rng, int plies) {
+    Game game;
+    PlayOn(rng, Position(), 0, plies, game);
     return game;
 }
 
