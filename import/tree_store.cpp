@@ -361,6 +361,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, const ImportSe
             NoteCut(host, record.description, "The move text", record.index);
             NoteCut(host, record.remarks, "The comment", record.index);
             if (!writer.WriteRecord(record)) ThrowWriteError(writer.Error(), fileName);
+            host.RecordWritten(record.index, record.parent);
             more = rows.Step();
         }
         rows.Reset();
