@@ -401,6 +401,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
             NoteCut(host, record.description, "The move text", record.index);
             NoteCut(host, record.remarks, "The comment", record.index);
             if (!writer.WriteRecord(record)) ThrowWriteError(writer.Error(), fileName);
+            host.RecordWritten(record.index, record.parent);
             more = rows.Step();
         }
         rows.Reset();

@@ -72,6 +72,9 @@ public:
     // such as a text cut to the 65,535 bytes a library can hold. The window
     // keeps quiet; the command line says it on stderr.
     virtual void Notice(const std::string& /*text*/) {}
+    // WriteLibrary has just written the record `index` under `parent`. The
+    // command line counts the tree's depths with it.
+    virtual void RecordWritten(int32_t /*index*/, int32_t /*parent*/) {}
 };
 
 class ImportLock;

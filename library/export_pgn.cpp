@@ -49,17 +49,6 @@ private:
 
 }  // namespace
 
-std::vector<bool> ReadNewBranchFlags(const std::string& path) {
-    std::vector<bool> flags;
-    LibraryReader reader;
-    LibraryHeader header;
-    if (!reader.Open(path)) return flags;
-    reader.ReadHeader(header);
-    LibraryNodeRecord record;
-    while (reader.ReadRecord(record)) flags.push_back(record.new_branch);
-    return flags;
-}
-
 std::vector<ExportGame> ExportGames(const TreeModel& tree, const std::vector<bool>& newBranch) {
     const int n = tree.Count();
     auto opens = [&](int node) { return static_cast<size_t>(node - 1) < newBranch.size() && newBranch[node - 1]; };

@@ -10,9 +10,13 @@
 
 namespace vantrel::library {
 
-// The new_branch flag of every node record, in load order; empty if the file
-// can't be read. LibraryContents keeps only what the window shows.
-std::vector<bool> ReadNewBranchFlags(const std::string& path);
+// The new_branch flag of every node record, in load order, gathered while
+// the library loads: LibraryContents keeps only what the window shows.
+class NewBranchFlags : public LoadObserver {
+public:
+    void OnRecord(const LibraryNodeRecord& record) override { flags.push_back(record.new_branch); }
+    std::vector<bool> flags;
+};
 
 // One game of an export: its line of node numbers from the top of the tree
 // down, and the place in it of the first node the game itself added (the

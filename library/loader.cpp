@@ -35,6 +35,7 @@ LoadResult Load(LibraryReader& reader, LibraryContents& out, LoadObserver* obser
     LibraryNodeRecord record;
     try {
         while (reader.ReadRecord(record)) {
+            if (observer) observer->OnRecord(record);
             if (++counter > 100) {
                 total += counter;
                 counter = 0;
@@ -80,6 +81,10 @@ LoadResult LoadGuarded(LibraryReader& reader, LibraryContents& out, LoadObserver
 LoadResult LoadLibrary(const std::string& path, LibraryContents& out, LoadObserver* observer) {
     LibraryReader reader;
     if (!reader.Open(path)) return LoadResult::Problem;
+    return LoadGuarded(reader, out, observer);
+}
+
+LoadResult LoadLibrary(LibraryReader& reader, LibraryContents& out, LoadObserver* observer) {
     return LoadGuarded(reader, out, observer);
 }
 

@@ -41,6 +41,9 @@ public:
     virtual void OnProgress(double /*percent*/) {}
     // A node has just been added (with its comment and game entry in place).
     virtual void OnNode(int /*number*/) {}
+    // A record has just been read, before the loader looks at it: every
+    // record the load reads comes here, also the one a failed load stops at.
+    virtual void OnRecord(const LibraryNodeRecord&) {}
 };
 
 inline constexpr const char* kNoComments = "No comments";
@@ -52,6 +55,10 @@ NodeImage ChooseImage(const LibraryNodeRecord& record);
 // Reads the file at `path` into `out`, which must be empty. All or nothing:
 // on any result but Ok the contents are to be thrown away.
 LoadResult LoadLibrary(const std::string& path, LibraryContents& out, LoadObserver* observer = nullptr);
+
+// The same from a reader already open. The reader is left where the load
+// stopped, so that a caller can read on past a failure.
+LoadResult LoadLibrary(LibraryReader& reader, LibraryContents& out, LoadObserver* observer = nullptr);
 
 // The same from bytes in memory.
 LoadResult LoadLibraryBytes(std::string bytes, LibraryContents& out, LoadObserver* observer = nullptr);

@@ -2,12 +2,20 @@
 #include <QApplication>
 #include <QIcon>
 #include <QScreen>
+#include <cstdio>
+#include <cstring>
 
 #include "shell/dialogs.h"
 #include "shell/forms.h"
 #include "shell/main_frame.h"
 
 int main(int argc, char** argv) {
+    // --version alone is answered without a window; anything else on the
+    // command line is the path of a library, as it always was.
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        std::printf("vantrel %s\n", VANTREL_VERSION);
+        return 0;
+    }
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Vantrel"));
     QCoreApplication::setApplicationName(QStringLiteral("Vantrel"));

@@ -21,9 +21,9 @@ protected:
         std::string error;
         ASSERT_TRUE(import::CreateDatabaseFromSchema(dir / "Tessimo.mdb", VANTREL_SCHEMA, &error)) << error;
     }
-    Ran Cli(const std::string& args) {
+    Ran Cli(const std::string& args, const std::string& program = VANTREL_CLI) {
         Ran ran{-1, {}, {}};
-        FILE* pipe = ::popen((std::string(VANTREL_CLI) + " " + args + " 2>" + (dir / "err")).c_str(), "r");
+        FILE* pipe = ::popen((program + " " + args + " 2>" + (dir / "err")).c_str(), "r");
         char buffer[4096];
         for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) ran.out.append(buffer, n);
         const int wait = ::pclose(pipe);
@@ -145,6 +145,16 @@ TEST_F(CliTest, PrintGivesThePagesOfTheMovesList) {
         EXPECT_EQ(Cli(args).status, status) << args;
     const Ran missing = Cli("export " + Lib("missing"));
     EXPECT_EQ(std::to_string(missing.status) + " " + missing.err, "1 Problem loading library " + Lib("missing") + "\n");
+}
+
+TEST_F(CliTest, VersionAndAMissingValue) {
+    EXPECT_EQ(Cli("--version").out, "vantrel-cli " VANTREL_VERSION "\n");
+#ifdef VANTREL_PROGRAM
+    EXPECT_EQ(Cli("--version", VANTREL_PROGRAM).out, "vantrel " VANTREL_VERSION "\n");
+#endif
+    const Ran ran = Cli("import x.pgn --name");
+    EXPECT_EQ(std::to_string(ran.status) + " " + ran.err.substr(0, ran.err.find('\n')),
+              "2 vantrel-cli: --name needs a value");
 }
 
 std::string Put(const std::string& file, const std::string& text = "empty") {
