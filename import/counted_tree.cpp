@@ -62,11 +62,13 @@ bool IsBlankText(std::string_view s) { return s.find_first_not_of(' ') == std::s
 // the lines that share a start of moves stand together once sorted.
 constexpr char kEndOfMove = '\0';
 
-// One game as the merge meets it: its line of moves, its number, its result.
+// One game as the merge meets it: its line of moves, its number, its
+// result, and where its name and comments stand in the side file.
 struct LineRecord {
     std::string_view line;
     uint32_t game = 0;
     uint8_t result = kNone;
+    uint64_t side = 0;
 };
 
 bool Before(const LineRecord& a, const LineRecord& b) {
@@ -74,49 +76,118 @@ bool Before(const LineRecord& a, const LineRecord& b) {
     return order != 0 ? order < 0 : a.game < b.game;
 }
 
-// A sorted run set aside in an anonymous temporary file, which goes with the
-// process however it ends. On disk a record is its line's length (2 bytes),
-// the line, the game (4 bytes) and the result (1 byte).
-class RunFile {
+// An anonymous temporary file, which goes with the process however it ends.
+class TemporaryFile {
 public:
-    RunFile() : file_(std::tmpfile()) {
+    TemporaryFile() : file_(std::tmpfile()) {
         if (!file_) throw ImportError("Couldn't make a temporary file: " + std::string(std::strerror(errno)), 75);
         std::setvbuf(file_, nullptr, _IOFBF, 1 << 16);
     }
-    ~RunFile() { std::fclose(file_); }
-    RunFile(const RunFile&) = delete;
-    RunFile& operator=(const RunFile&) = delete;
+    ~TemporaryFile() { std::fclose(file_); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    void Put(const LineRecord& r) {
+protected:
+    void Put(const void* bytes, size_t n) {
+        if (n > 0 && std::fwrite(bytes, 1, n, file_) != n) Failed();
+        written_ += n;
+    }
+    void Get(void* bytes, size_t n) {
+        if (n > 0 && std::fread(bytes, 1, n, file_) != n) Failed();
+    }
+    void Seek(uint64_t at) {
+        if (std::fflush(file_) != 0 || std::fseek(file_, static_cast<long>(at), SEEK_SET) != 0) Failed();
+    }
+    [[noreturn]] static void Failed() {
+        if (errno == ENOSPC) throw ImportError("Disk full", 61);
+        throw ImportError("Couldn't use a temporary file: " + std::string(std::strerror(errno)), 75);
+    }
+    std::FILE* file_;
+    uint64_t written_ = 0;
+};
+
+// A sorted run set aside. On disk a record is its line's length (2 bytes),
+// the line, the game (4 bytes), the result (1 byte) and the place of the
+// game's side record (8 bytes).
+class RunFile : public TemporaryFile {
+public:
+    void Add(const LineRecord& r) {
         const auto length = static_cast<uint16_t>(r.line.size());
-        bool ok = std::fwrite(&length, 2, 1, file_) == 1;
-        ok = ok && std::fwrite(r.line.data(), 1, r.line.size(), file_) == r.line.size();
-        ok = ok && std::fwrite(&r.game, 4, 1, file_) == 1 && std::fwrite(&r.result, 1, 1, file_) == 1;
-        if (!ok) Failed();
+        record_.assign(reinterpret_cast<const char*>(&length), 2);
+        record_.append(r.line);
+        record_.append(reinterpret_cast<const char*>(&r.game), 4);
+        record_.append(reinterpret_cast<const char*>(&r.result), 1);
+        record_.append(reinterpret_cast<const char*>(&r.side), 8);
+        Put(record_.data(), record_.size());
     }
-    void Rewind() {
-        if (std::fflush(file_) != 0) Failed();
-        std::rewind(file_);
-    }
+    void Rewind() { Seek(0); }
     // The next record, valid until the next call; false at the end.
     bool Next(LineRecord& r) {
         uint16_t length = 0;
-        if (std::fread(&length, 2, 1, file_) != 1) return false;
+        if (std::fread(&length, 2, 1, file_) != 1) {
+            if (std::ferror(file_)) Failed();
+            return false;
+        }
         line_.resize(length);
-        if (std::fread(line_.data(), 1, length, file_) != length || std::fread(&r.game, 4, 1, file_) != 1 ||
-            std::fread(&r.result, 1, 1, file_) != 1)
-            Failed();
+        Get(line_.data(), length);
+        Get(&r.game, 4);
+        Get(&r.result, 1);
+        Get(&r.side, 8);
         r.line = line_;
         return true;
     }
 
 private:
-    [[noreturn]] void Failed() {
-        if (errno == ENOSPC) throw ImportError("Disk full", 61);
-        throw ImportError("Couldn't use a temporary file: " + std::string(std::strerror(errno)), 75);
+    std::string line_, record_;
+};
+
+// What a kept node shows of the first game that reached it: the game's name
+// and the comment of each of its plies.
+struct FirstGame {
+    std::string name;
+    std::vector<std::string> comments;  // of plies 1, 2, ...
+};
+
+// The names and comments of all games, each read back only if its game
+// is the first to reach a kept node. A text is its length (4 bytes) and its
+// bytes; a record is the name, the number of plies (2 bytes) and a comment
+// for each.
+class SideFile : public TemporaryFile {
+public:
+    uint64_t Add(const GameRecord& game, int16_t plies) {
+        const uint64_t at = written_;
+        record_.clear();
+        Text(game.GameMoves[0]);
+        record_.append(reinterpret_cast<const char*>(&plies), 2);
+        for (int16_t i = 1; i <= plies; ++i) Text(game.GameComments[i]);
+        Put(record_.data(), record_.size());
+        return at;
     }
-    std::FILE* file_;
-    std::string line_;
+    FirstGame Read(uint64_t at) {
+        Seek(at);
+        FirstGame g;
+        g.name = Text();
+        int16_t plies = 0;
+        Get(&plies, 2);
+        for (int16_t i = 1; i <= plies; ++i) g.comments.push_back(Text());
+        std::fseek(file_, 0, SEEK_END);
+        return g;
+    }
+
+private:
+    void Text(const std::string& s) {
+        const auto n = static_cast<uint32_t>(s.size());
+        record_.append(reinterpret_cast<const char*>(&n), 4);
+        record_.append(s);
+    }
+    std::string Text() {
+        uint32_t n = 0;
+        Get(&n, 4);
+        std::string s(n, '\0');
+        Get(s.data(), n);
+        return s;
+    }
+    std::string record_;
 };
 
 // The lines of all games, in runs of bounded size.
@@ -124,8 +195,8 @@ class LineRuns {
 public:
     explicit LineRuns(size_t runBytes) : runBytes_(runBytes) {}
 
-    void Add(std::string_view line, uint32_t game, uint8_t result) {
-        held_.push_back({static_cast<uint32_t>(arena_.size()), static_cast<uint32_t>(line.size()), game, result});
+    void Add(std::string_view line, uint32_t game, uint8_t result, uint64_t side) {
+        held_.push_back({static_cast<uint32_t>(arena_.size()), static_cast<uint32_t>(line.size()), game, result, side});
         arena_.append(line);
         if (arena_.size() >= runBytes_) SetAside();
     }
@@ -170,9 +241,10 @@ private:
     struct Held {
         uint32_t start, length, game;
         uint8_t result;
+        uint64_t side;
     };
     LineRecord Record(const Held& h) const {
-        return {std::string_view(arena_).substr(h.start, h.length), h.game, h.result};
+        return {std::string_view(arena_).substr(h.start, h.length), h.game, h.result, h.side};
     }
     void SortHeld() {
         std::sort(held_.begin(), held_.end(), [&](const Held& a, const Held& b) { return Before(Record(a), Record(b)); });
@@ -180,7 +252,7 @@ private:
     void SetAside() {
         SortHeld();
         auto file = std::make_unique<RunFile>();
-        for (const Held& h : held_) file->Put(Record(h));
+        for (const Held& h : held_) file->Add(Record(h));
         files_.push_back(std::move(file));
         held_.clear();
         arena_.clear();
@@ -197,6 +269,7 @@ struct KeptNode {
     std::string move;
     int64_t games = 0, wins = 0, draws = 0, losses = 0;
     uint32_t firstGame = 0;
+    uint64_t firstSide = 0;  // the first game's side record
     int16_t depth = 0;
     std::vector<int32_t> children;  // places in the kept list
 };
@@ -224,6 +297,7 @@ public:
             frame.start = at;
             frame.end = end + 1;
             frame.node.firstGame = r.game;
+            frame.node.firstSide = r.side;
             frame.node.depth = static_cast<int16_t>(open_.size() + 1);
             open_.push_back(std::move(frame));
         }
@@ -234,7 +308,10 @@ public:
             n.wins += r.result == kWhiteWins;
             n.draws += r.result == kDraw;
             n.losses += r.result == kBlackWins;
-            n.firstGame = std::min(n.firstGame, r.game);
+            if (r.game < n.firstGame) {
+                n.firstGame = r.game;
+                n.firstSide = r.side;
+            }
         }
     }
     void Finish() {
@@ -271,13 +348,6 @@ private:
     std::string previous_;
 };
 
-// What a kept node shows of the first game that reached it.
-struct FirstGame {
-    std::string name;
-    std::string comment;                // the game's own: its tag lines
-    std::vector<std::string> comments;  // of plies 1, 2, ... as far as needed
-};
-
 class CountedImport {
 public:
     CountedImport(const ImportOptions& options, const CountingOptions& counting, ImportHost& host)
@@ -299,7 +369,8 @@ public:
         roots_ = std::move(counter.roots);
         Order(roots_);
         for (KeptNode& n : kept_) Order(n.children);
-        if (!ReadFirstGames()) return false;
+        for (const KeptNode& n : kept_)
+            if (!first_.count(n.firstGame)) first_.emplace(n.firstGame, side_.Read(n.firstSide));
         report.minGames = static_cast<int32_t>(minGames);
         report.nodes = static_cast<int64_t>(kept_.size());
         return Write();
@@ -364,10 +435,22 @@ private:
             ++games_;
             board_.ResetImportBoard();
             line.clear();
+            uint64_t hash = kHashStart;
             for (int16_t i = 1; i <= n; ++i) {
+                // A line played before is not resolved again.
+                hash = HashOn(hash, game_.GameMoves[i]);
+                PlayedLine& played = played_[hash & (kPlayedLines - 1)];
+                if (played.hash == hash) {
+                    board_ = played.board;
+                    line += played.move;
+                    line += kEndOfMove;
+                    continue;
+                }
                 move = game_.GameMoves[i];
+                bool asked = false;
                 int16_t rc = chess::ResolveMove(board_, move, i);
                 while (rc != chess::kResolved) {
+                    asked = true;
                     const int16_t action = host_.AskFixMove(i, n, rc, game_, board_);
                     if (action == kFixAccept) {
                         move = game_.GameMoves[i];
@@ -379,33 +462,33 @@ private:
                     }
                 }
                 if (rc != chess::kResolved) break;  // the game counts up to its last resolved move
+                // A move that needed the repair dialog is asked about each time.
+                if (!asked) played = {hash, board_, move};
                 line += move;
                 line += kEndOfMove;
             }
-            if (!line.empty()) runs_.Add(line, number, ResultOf(game_.GameComments[0]));
+            if (!line.empty()) {
+                const auto plies = static_cast<int16_t>(std::count(line.begin(), line.end(), kEndOfMove));
+                runs_.Add(line, number, ResultOf(game_.GameComments[0]), side_.Add(game_, plies));
+            }
             return true;
         });
     }
 
-    // Reads the file again, without playing it, for the names and comments
-    // of the games that first reached a kept node.
-    bool ReadFirstGames() {
-        std::unordered_map<uint32_t, int16_t> deepest;  // game -> deepest ply it is wanted for
-        for (const KeptNode& n : kept_) {
-            int16_t& d = deepest[n.firstGame];
-            d = std::max(d, n.depth);
-        }
-        return ForEachGame([&](uint32_t number, int16_t n) {
-            const auto wanted = deepest.find(number);
-            if (wanted == deepest.end()) return true;
-            FirstGame& g = first_[number];
-            g.name = game_.GameMoves[0];
-            g.comment = game_.GameComments[0];
-            const int16_t plies = std::min(wanted->second, n);
-            for (int16_t i = 1; i <= plies; ++i) g.comments.push_back(game_.GameComments[i]);
-            return true;
-        });
+    // The hash of a line of moves as the file spells them, move by move.
+    static constexpr uint64_t kHashStart = 0xcbf29ce484222325ull;
+    static uint64_t HashOn(uint64_t hash, std::string_view move) {
+        for (const char c : move) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3ull;
+        return (hash ^ 0x100) * 0x100000001b3ull;  // the end of the move
     }
+    // The boards after lines of moves played lately, by the line's hash.
+    struct PlayedLine {
+        uint64_t hash = 0;
+        chess::ImportBoard board;
+        std::string move;  // as the resolver left it
+    };
+    static constexpr size_t kPlayedLines = size_t{1} << 15;
+    std::vector<PlayedLine> played_ = std::vector<PlayedLine>(kPlayedLines);
 
     std::string Description(const KeptNode& n, bool newBranch) const {
         std::string text = n.move;
@@ -420,12 +503,10 @@ private:
         return text;
     }
 
-    std::string Remarks(const KeptNode& n, bool newBranch) const {
+    std::string Remarks(const KeptNode& n) const {
         const FirstGame& g = first_.at(n.firstGame);
         const size_t ply = static_cast<size_t>(n.depth);
-        const std::string moveComment = ply <= g.comments.size() ? g.comments[ply - 1] : std::string();
-        if (!newBranch || IsBlankText(g.comment)) return moveComment;
-        return g.comment + "\r\n" + moveComment;
+        return ply <= g.comments.size() ? g.comments[ply - 1] : std::string();
     }
 
     bool Write() {
@@ -474,7 +555,7 @@ private:
                 record.parent = parent;
                 record.new_branch = newBranch;
                 record.description = Description(n, newBranch);
-                record.remarks = Remarks(n, newBranch);
+                record.remarks = Remarks(n);
                 boards[depth + 1].BoardToLayout(record.BoardLayout);
                 if (!writer.WriteRecord(record)) ThrowWrite(writer, fileName);
                 self(self, n.children, record.index, depth + 1);
@@ -507,6 +588,7 @@ private:
     chess::ImportBoard board_;
     GameRecord game_;
     LineRuns runs_;
+    SideFile side_;
     int64_t games_ = 0;
     std::string remarks_;
     std::vector<KeptNode> kept_;

@@ -7,8 +7,8 @@
 // in anonymous temporary files; a merge of the runs then meets every line in
 // order, so that the count of a node is the length of a run of keys that
 // share its line. Memory thus grows with the nodes kept, not with the games.
-// A second, lighter read of the file (no moves resolved) fetches the names
-// and comments of the games that first reached a kept node.
+// The names and comments of the games wait in a temporary file of their own,
+// from which those of the games that first reached a kept node are read.
 #pragma once
 
 #include <cstddef>

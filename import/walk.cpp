@@ -64,6 +64,9 @@ size_t MoveWalker::Matches(const std::string& mark, size_t i) const {
 }
 
 void MoveWalker::WalkLine(std::string_view text) {
+    // Past the plies kept nothing of the game is stored any more: its lines
+    // need no walk.
+    if (cut_) return;
     // The blank behind the line ends a token standing at its end, and every
     // line of a comment ends in a blank.
     line_.assign(text);
@@ -120,9 +123,10 @@ void MoveWalker::WalkLine(std::string_view text) {
             Attach(std::string_view(line_).substr(i + 1));
             return;
         }
-        if (c == ' ')
+        if (c == ' ') {
             EndToken();
-        else
+            if (cut_) return;
+        } else
             token_.push_back(c);
     }
 }

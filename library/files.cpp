@@ -74,6 +74,15 @@ std::string FolderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+int CanReplace(const std::string& path) {
+    const std::string target = FollowLinks(path);
+    struct stat st{};
+    if (::stat(target.c_str(), &st) != 0) return 0;
+    if (S_ISDIR(st.st_mode)) return EISDIR;
+    if (!S_ISREG(st.st_mode)) return EINVAL;
+    return MayWrite(target, st) ? 0 : EACCES;
+}
+
 int OpenPlainFile(const std::string& path) {
     // Without O_NONBLOCK the open of a FIFO waits for a writer.
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -120,16 +129,9 @@ bool AtomicFile::Open(const std::string& path) {
     error_ = 0;
     buffer_.clear();
     target_ = FollowLinks(path);
+    if (const int refused = CanReplace(target_)) return Fail(refused);
     struct stat st{};
-    mode_t mode = 0666;
-    bool replaces = false;
-    if (::stat(target_.c_str(), &st) == 0) {
-        if (S_ISDIR(st.st_mode)) return Fail(EISDIR);
-        if (!S_ISREG(st.st_mode)) return Fail(EINVAL);
-        if (!MayWrite(target_, st)) return Fail(EACCES);
-        mode = st.st_mode & 07777;
-        replaces = true;
-    }
+    const bool replaces = ::stat(target_.c_str(), &st) == 0;
     const std::string folder = FolderOf(target_);
     RemoveStaleTemporaries(folder);
     // A short hidden name, unique to this process and call, that fits the
@@ -145,7 +147,7 @@ bool AtomicFile::Open(const std::string& path) {
         temporary_.clear();
         return Fail(errno);
     }
-    if (replaces) ::fchmod(fd_, mode);
+    if (replaces) ::fchmod(fd_, st.st_mode & 07777);
     buffer_.reserve(kWriteBlock + 4096);
     return true;
 }

@@ -58,6 +58,11 @@ private:
     int error_ = 0;
 };
 
+// Whether AtomicFile may put a file at `path`: 0 when it may (nothing stands
+// there, or a plain file the user may write), else the errno Open would
+// give: EISDIR, EINVAL for something else than a plain file, EACCES.
+int CanReplace(const std::string& path);
+
 // The folder part of a path: "." for a bare name, "/" for a name at the root.
 std::string FolderOf(const std::string& path);
 

@@ -55,7 +55,8 @@ protected:
         EXPECT_TRUE(import::BuildCountedLibrary(options, counting, host, report));
         taken = report.minGames;
         library::LibraryContents contents;
-        EXPECT_EQ(library::LoadLibrary(import::LibraryPath(options), contents), library::LoadResult::Ok);
+        branch = library::NewBranchFlags{};
+        EXPECT_EQ(library::LoadLibrary(import::LibraryPath(options), contents, &branch), library::LoadResult::Ok);
         return contents;
     }
     int64_t NodesFrom(int64_t minGames) const {
@@ -65,6 +66,7 @@ protected:
     }
     std::map<std::string, Tally> tally;  // by line of moves, blank-separated
     int32_t taken = 0;
+    library::NewBranchFlags branch;
 };
 
 TEST_F(CountedTreeTest, CountsScoresOrderAndBranchesMatchAnIndependentCount) {
@@ -73,7 +75,6 @@ TEST_F(CountedTreeTest, CountsScoresOrderAndBranchesMatchAnIndependentCount) {
     const library::TreeModel& tree = contents.tree;
     ASSERT_EQ(tree.Count(), NodesFrom(3));
     EXPECT_EQ(contents.header.LibRemarks, "Remarks ahead of the games.\r\n\r\n");
-    const std::vector<bool> branch = library::ReadNewBranchFlags(import::LibraryPath(options));
     for (int n = 1; n <= tree.Count(); ++n) {
         std::string line;
         for (const int at : tree.LineTo(n)) {
@@ -90,7 +91,7 @@ TEST_F(CountedTreeTest, CountsScoresOrderAndBranchesMatchAnIndependentCount) {
         const library::TreeNode& node = tree.Node(n);
         const std::vector<int>& siblings = node.parent ? tree.Node(node.parent).children : tree.TopLevel();
         const size_t place = std::find(siblings.begin(), siblings.end(), n) - siblings.begin();
-        EXPECT_EQ(branch[static_cast<size_t>(n - 1)], node.parent == 0 || place > 0) << line;
+        EXPECT_EQ(branch.flags[static_cast<size_t>(n - 1)], node.parent == 0 || place > 0) << line;
         if (place == 0) continue;
         const std::string& before = tree.Node(siblings[place - 1]).Text;
         const Tally& e = tally[line.substr(0, line.size() - move.size()) + before.substr(0, before.find(": "))];

@@ -1,9 +1,13 @@
 #include "tools/cli/common.h"
 
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <cstdio>
-#include <fstream>
+#include <cstring>
 #include <memory>
 
+#include "library/files.h"
 #include "library/text_codec.h"
 
 namespace vantrel::cli {
@@ -69,17 +73,49 @@ std::optional<int> Arguments::Parse(int argc, char** argv) {
     return Usage();
 }
 
-bool WriteResult(const std::string& text, const std::string& outPath) {
+namespace {
+
+bool SameFile(const std::string& a, const std::string& b) {
+    struct stat x{}, y{};
+    return ::stat(a.c_str(), &x) == 0 && ::stat(b.c_str(), &y) == 0 && x.st_dev == y.st_dev && x.st_ino == y.st_ino;
+}
+
+bool CantWrite(const std::string& outPath, int error) {
+    std::fprintf(stderr, "vantrel-cli: couldn't write %s: %s\n", outPath.c_str(), std::strerror(error));
+    return false;
+}
+
+}  // namespace
+
+bool WriteResult(const std::string& text, const std::string& outPath, const std::string& library) {
     if (outPath.empty()) {
         if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return true;
-        std::fprintf(stderr, "vantrel-cli: couldn't write the result to stdout\n");
+        std::fprintf(stderr, "vantrel-cli: couldn't write the result to stdout: %s\n", std::strerror(errno));
         return false;
     }
-    std::ofstream out(outPath, std::ios::binary | std::ios::trunc);
-    out << text;
-    out.close();
-    if (out) return true;
-    std::fprintf(stderr, "vantrel-cli: couldn't write %s\n", outPath.c_str());
+    if (!library.empty() && SameFile(outPath, library)) {
+        std::fprintf(stderr, "vantrel-cli: %s is the library itself; it is not written over\n", outPath.c_str());
+        return false;
+    }
+    struct stat st{};
+    if (::stat(outPath.c_str(), &st) == 0 && !S_ISREG(st.st_mode) && !S_ISDIR(st.st_mode)) {
+        std::FILE* out = std::fopen(outPath.c_str(), "wb");
+        if (!out) return CantWrite(outPath, errno);
+        const bool ok = std::fwrite(text.data(), 1, text.size(), out) == text.size();
+        const int error = errno;
+        if (std::fclose(out) != 0 || !ok) return CantWrite(outPath, ok ? errno : error);
+        return true;
+    }
+    library::AtomicFile file;
+    if (!file.Open(outPath) || !file.Write(text) || !file.Close()) return CantWrite(outPath, file.Error());
+    return true;
+}
+
+bool FinishOutput() {
+    const bool ok = std::fflush(stdout) == 0 && !std::ferror(stdout);
+    const int error = errno;
+    if (std::fclose(stdout) == 0 && ok) return true;
+    std::fprintf(stderr, "vantrel-cli: couldn't write to stdout: %s\n", std::strerror(ok ? errno : error));
     return false;
 }
 

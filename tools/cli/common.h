@@ -51,9 +51,15 @@ private:
     CLI::App app_;
 };
 
-// Writes a result to stdout, or to the file named. False, with the cause
-// told, if it couldn't be written.
-bool WriteResult(const std::string& text, const std::string& outPath);
+// Writes a result to stdout, or to the file named, which then takes the
+// place of what stood there only once it is whole; a device or a FIFO is
+// written as it is. `library` is the file the result was made of, which is
+// never written over. False, with the cause told, if it couldn't be written.
+bool WriteResult(const std::string& text, const std::string& outPath, const std::string& library = "");
+
+// The last of the output: stdout flushed and closed. False, with the cause
+// told, if anything written there was lost (a full disk, a closed pipe).
+bool FinishOutput();
 
 // Loads a library through the window's loader; false, with the window's
 // message on stderr, if the window couldn't show it.

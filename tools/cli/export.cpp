@@ -39,7 +39,7 @@ int Export(int argc, char** argv) {
     library::NewBranchFlags newBranch;
     library::LibraryContents contents;
     if (!Load(path, contents, &newBranch)) return 1;
-    return WriteResult(Out(library::ExportPgn(contents, newBranch.flags)), outPath) ? 0 : 1;
+    return WriteResult(Out(library::ExportPgn(contents, newBranch.flags)), outPath, path) ? 0 : 1;
 }
 
 }  // namespace vantrel::cli

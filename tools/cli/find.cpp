@@ -50,9 +50,11 @@ int Find(int argc, char** argv) {
         std::fprintf(stderr, "No match found\n");
         return 1;
     }
-    std::string text;
-    for (const int n : found) text += std::to_string(n) + " " + library::LineOfMoves(contents.tree, n) + "\n";
-    return WriteResult(Out(text), "") ? 0 : 1;
+    // Line by line, as each is made: the lines of a large tree together
+    // could be more than memory holds.
+    for (const int n : found)
+        if (!WriteResult(std::to_string(n) + " " + Out(library::LineOfMoves(contents.tree, n)) + "\n", "")) return 1;
+    return 0;
 }
 
 }  // namespace vantrel::cli

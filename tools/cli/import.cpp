@@ -2,9 +2,15 @@
 // does, but never asking: a move that can't be resolved is reported and the
 // rest of its game skipped, unless --repair finds the spelling the rules of
 // chess allow.
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <array>
 #include <cctype>
+#include <cerrno>
+#include <climits>
 #include <csignal>
+#include <cstring>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -12,7 +18,9 @@
 
 #include "chess/move_repair.h"
 #include "chess/resolver.h"
+#include "import/counted_tree.h"
 #include "import/program_dir.h"
+#include "library/files.h"
 #include "import/tree_store.h"
 #include "library/text_codec.h"
 #include "library/tree_model.h"
@@ -22,6 +30,13 @@ namespace vantrel::cli {
 namespace {
 
 volatile std::sig_atomic_t gInterrupted = 0;
+
+// Error numbers of the import that the command line explains.
+constexpr int kBusy = 5;
+constexpr int kBrokenTag = 5;
+constexpr int kTooManyPlies = 9;
+constexpr int kPastEnd = 62;
+constexpr int kNothingStored = 94;
 
 void OnInterrupt(int) { gInterrupted = 1; }
 
@@ -51,6 +66,17 @@ constexpr const char* kImportHelp =
     "                       long. Afterwards a line tells whether the library fits\n"
     "                       a window (at most 32767 nodes) and, if not, the largest\n"
     "                       N that would fit\n"
+    "  --min-games K        counting mode: a move stays in the tree only where at\n"
+    "                       least K games of the file reach it (K from 1); the\n"
+    "                       children of a node come most-played first\n"
+    "  --fit                counting mode: the smallest K for which the tree opens\n"
+    "                       in a window (at most 32767 nodes); stderr tells the K\n"
+    "  --counts             counting mode: every node reads \"move: N games, S%\",\n"
+    "                       S being White's score in the games with a result\n"
+    "\n"
+    "Counting mode reads the games once, keeps no working database and writes the\n"
+    "library at once; a branch names the first game that reached it (without\n"
+    "--counts) and every node keeps that game's comment.\n"
     "\n"
     "A move that can't be resolved (or, with --repair, mended) is reported on stderr\n"
     "with the game, the ply, the move and the reason, and the rest of that game is\n"
@@ -70,10 +96,17 @@ const char* ReasonText(int16_t code) {
 
 class CliHost : public import::ImportHost {
 public:
-    CliHost(bool overwrite, bool repair) : overwrite_(overwrite), repair_(repair) {}
+    CliHost(bool overwrite, bool repair, std::string file) : overwrite_(overwrite), repair_(repair), file_(std::move(file)) {}
 
     void ShowCount(const std::string&) override {}
     bool Running() const override { return gInterrupted == 0; }
+    // An interrupt is no Cancel button: the library that stood there stays.
+    bool KeepCancelledLibrary() const override { return false; }
+    void FailedInGame(int32_t number, int64_t line, const import::GameRecord& game) override {
+        where_ = "game " + std::to_string(number);
+        if (!game.GameMoves[0].empty()) where_ += " (" + Out(game.GameMoves[0]) + ")";
+        where_ += ", line " + std::to_string(line) + " of " + file_;
+    }
 
     void GameRead(int32_t number, int16_t, const import::GameRecord& game) override {
         gameNumber_ = number;
@@ -115,6 +148,27 @@ public:
 
     void ShowError(const std::string& description, int number) override {
         std::fprintf(stderr, "The following Error occurred: %s (Number: %d)\n", Out(description).c_str(), number);
+        // What the window leaves at that, the command line explains.
+        std::string why;
+        if (number == kPastEnd && gameNumber_ == 0)
+            why = file_ + " holds no games" + (FileSize() == 0 ? ": it is empty" : "");
+        else if (number == kTooManyPlies)
+            why = where_ + ": a game of more than 250 plies; --plies N keeps the first N plies of each game";
+        else if (number == kBrokenTag && description == "Invalid procedure call or argument")
+            why = where_ + ": a tag line without its closing quote and bracket";
+        else if (number == kNothingStored)
+            why = "none of the " + std::to_string(gameNumber_) + " games of " + file_ +
+                  " gave a move to store: each was skipped at its first move, or had none";
+        else if (number == kBusy && description == "database is locked")
+            why = "the working database is in use by another import; try again once it is done";
+        else if (!where_.empty())
+            why = where_;
+        if (!why.empty()) std::fprintf(stderr, "vantrel-cli: %s\n", why.c_str());
+    }
+
+    int64_t FileSize() const {
+        struct stat st{};
+        return ::stat(file_.c_str(), &st) == 0 ? static_cast<int64_t>(st.st_size) : -1;
     }
 
     void Notice(const std::string& text) override { std::fprintf(stderr, "%s\n", Out(text).c_str()); }
@@ -137,6 +191,8 @@ public:
 private:
     bool overwrite_;
     bool repair_;
+    std::string file_;
+    std::string where_;  // the game and the line an import failed in
     int repaired_ = 0;
     int32_t lastGame_ = 0;
     int16_t lastPly_ = 0;
@@ -214,7 +270,20 @@ int Import(int argc, char** argv) {
     args.Flag("--overwrite", overwrite);
     args.Flag("--repair", repair);
     const CLI::Option* pliesGiven = args.Value("--plies", plies);
+    std::string minGames;
+    import::CountingOptions counting;
+    const CLI::Option* minGamesGiven = args.Value("--min-games", minGames);
+    args.Flag("--fit", counting.fit);
+    args.Flag("--counts", counting.counts);
     if (const auto status = args.Parse(argc, argv)) return *status;
+    const bool countingMode = minGamesGiven->count() > 0 || counting.fit || counting.counts;
+    if (minGamesGiven->count() > 0) {
+        char* end = nullptr;
+        const long k = std::strtol(minGames.c_str(), &end, 10);
+        if (minGames.empty() || *end || k < 1 || k > INT32_MAX)
+            return UsageError("--min-games takes a number from 1, not '" + minGames + "'");
+        counting.minGames = static_cast<int32_t>(k);
+    }
 
     if (options.inFile == "-") return UsageError("unknown option -");
     options.pgn = !san;
@@ -249,22 +318,78 @@ int Import(int argc, char** argv) {
     options.programDir = outDir.empty() ? folders.programDir : outDir;
     options.databasePath = dbPath.empty() ? folders.programDir + "/Tessimo.mdb" : dbPath;
 
-    std::signal(SIGINT, OnInterrupt);
-    CliHost host(overwrite, repair);
+    // What can be known before the games are read is checked first: the
+    // name, the file, and the library that a run would replace.
+    const std::string problem = import::LibraryNameProblem(options.libraryFile);
+    if (!problem.empty()) return UsageError(problem);
+    const std::string library = import::LibraryPath(options);
+    if (const int fd = library::OpenPlainFile(options.inFile); fd >= 0) {
+        ::close(fd);
+    } else {
+        std::fprintf(stderr, "Couldn't open %s: %s\n", options.inFile.c_str(),
+                     errno == EINVAL ? "not a plain file" : std::strerror(errno));
+        return 1;
+    }
+    struct stat st{};
+    if (::stat(library.c_str(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0 && !overwrite) {
+        std::fprintf(stderr, "%s.vnb already exists.  Not overwritten (use --overwrite).\n",
+                     options.libraryFile.c_str());
+        return 1;
+    }
+    if (const int refused = library::CanReplace(library)) {
+        std::fprintf(stderr, "Couldn't create library '%s': %s\n", library.c_str(), std::strerror(refused));
+        return 1;
+    }
+
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, OnInterrupt);
+    CliHost host(overwrite, repair, options.inFile);
+    const int64_t sizeBefore = host.FileSize();
+    const auto warnIfCut = [&] {
+        const int64_t sizeAfter = host.FileSize();
+        if (sizeAfter < sizeBefore)
+            std::fprintf(stderr, "vantrel-cli: warning: %s was cut from %lld to %lld bytes while it was read\n",
+                         options.inFile.c_str(), static_cast<long long>(sizeBefore),
+                         static_cast<long long>(sizeAfter));
+    };
+    if (countingMode) {
+        import::CountingReport report;
+        const bool built = import::BuildCountedLibrary(options, counting, host, report);
+        warnIfCut();
+        if (!built) {
+            std::fprintf(stderr, "%s\n", gInterrupted ? "Import cancelled by user" : "Couldn't create library");
+            return 1;
+        }
+        if (counting.fit)
+            std::fprintf(stderr, "--fit took --min-games %d: %lld nodes\n", report.minGames,
+                         static_cast<long long>(report.nodes));
+        std::printf("%s\n%lld nodes from %d games, each reached by at least %d; unresolved moves: %d", library.c_str(),
+                    static_cast<long long>(report.nodes), report.games, report.minGames, host.Unresolved());
+        if (repair) std::printf("; repaired moves: %d", host.Repaired());
+        std::printf("\n");
+        return 0;
+    }
     import::ImportSession session;
     if (!import::BuildTree(options, host, session)) {
+        warnIfCut();
         std::fprintf(stderr, "%s\n", gInterrupted ? "Import cancelled by user" : "Couldn't parse moves list");
         return 1;
     }
+    warnIfCut();
     if (!import::WriteLibrary(options, host, session)) {
-        std::fprintf(stderr, "Couldn't create library '%s.vnb'\n", Out(options.bookName).c_str());
+        if (gInterrupted)
+            std::fprintf(stderr, "Import cancelled by user; %s was left as it was\n", library.c_str());
+        else
+            std::fprintf(stderr, "Couldn't create library '%s.vnb'\n", Out(options.bookName).c_str());
         return 1;
     }
     std::printf("%s\n%d records from %d games; unresolved moves: %d", import::LibraryPath(options).c_str(),
                 session.recordCount, host.Games(), host.Unresolved());
     if (repair) std::printf("; repaired moves: %d", host.Repaired());
     std::printf("\n");
-    if (options.plyLimit > 0) TellFit(host.AtDepth());
+    // Whether it fits a window, told with --plies and whenever it doesn't.
+    int64_t total = 0;
+    for (const auto& [depth, count] : host.AtDepth()) total += count;
+    if (options.plyLimit > 0 || total > library::TreeModel::kMaxNodes) TellFit(host.AtDepth());
     return 0;
 }
 

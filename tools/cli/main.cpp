@@ -9,6 +9,7 @@
 //
 // Each command reads its arguments through CLI11 (see common.h) and reads a
 // library file once. Nothing ever waits for an answer.
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -52,7 +53,11 @@ int main(int argc, char** argv) {
         std::printf("vantrel-cli %s\n", VANTREL_VERSION);
         return 0;
     }
-    for (const Command& c : kCommands)
-        if (command == c.name) return c.run(argc - 1, argv + 1);
+    for (const Command& c : kCommands) {
+        if (command != c.name) continue;
+        const int status = c.run(argc - 1, argv + 1);
+        // What went to stdout must have arrived there, or the run failed.
+        return FinishOutput() ? status : std::max(status, 1);
+    }
     return UsageError("unknown command '" + command + "'");
 }

@@ -45,7 +45,7 @@ int Print(int argc, char** argv) {
     }
     try {
         const auto pages = print::MoveListPages(contents.tree, contents.NodeComments, static_cast<int>(number));
-        return WriteResult(Out(print::PagesText(pages)), outPath) ? 0 : 1;
+        return WriteResult(Out(print::PagesText(pages)), outPath, path) ? 0 : 1;
     } catch (const print::PrintError& e) {
         std::fprintf(stderr, "The following Error occurred: %s (Number: %d)\n", e.what(), e.number());
         return 1;
