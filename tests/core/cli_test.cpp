@@ -3,11 +3,16 @@
 // keeps its files: beside itself when it may write there, otherwise in the
 // user's folder, with the working database copied in once.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include <cstdio>
 
 #include "import/program_dir.h"
+#include "library/loader.h"
 #include "store_test_support.h"
 
 namespace vantrel::storetest {
@@ -155,6 +160,63 @@ TEST_F(CliTest, VersionAndAMissingValue) {
     const Ran ran = Cli("import x.pgn --name");
     EXPECT_EQ(std::to_string(ran.status) + " " + ran.err.substr(0, ran.err.find('\n')),
               "2 vantrel-cli: --name needs a value");
+}
+
+TEST_F(CliTest, FaultsLeaveTheUsersFilesAndSayWhatHappened) {
+    const std::string games = "[Event \"a\"]\n\n1. e4 e5\n";
+    ASSERT_EQ(Import("Old", games).status, 0);
+    const std::string old = ReadFile(Lib("Old"));
+    // Output that can't be what it says fails, and the library stays.
+    EXPECT_EQ(Cli("export " + Lib("Old") + " -o " + Lib("Old")).status, 1);
+    EXPECT_EQ(Cli("info " + Lib("Old") + " >/dev/full").status, 1);
+    EXPECT_EQ(ReadFile(Lib("Old")), old);
+    // A FIFO no one writes is refused at once, as library and as games.
+    ASSERT_EQ(::mkfifo((dir / "fifo").c_str(), 0600), 0);
+    EXPECT_EQ(Cli("info " + dir / "fifo").status, 1);
+    const Ran fifo = Cli("import " + dir / "fifo" + " --name F --out-dir " + dir.str() + " --db " + dir / "Tessimo.mdb");
+    EXPECT_EQ(std::to_string(fifo.status) + " " + fifo.err, "1 Couldn't open " + dir / "fifo" + ": not a plain file\n");
+    // Names that would be paths or hidden files.
+    for (const char* name : {"sub/L", "../L", ".", "..."}) EXPECT_EQ(Import(name, games).status, 2) << name;
+    // --overwrite follows a link and refuses a library the user may not write.
+    fs::create_symlink("Old.vnb", Lib("Link"));
+    ASSERT_EQ(Import("Link", "[Event \"b\"]\n\n1. d4\n").status, 0);
+    EXPECT_TRUE(fs::is_symlink(Lib("Link")));
+    const std::string linked = ReadFile(Lib("Old"));
+    EXPECT_NE(linked, old);
+    fs::permissions(Lib("Old"), fs::perms::owner_read);
+    EXPECT_EQ(Import("Old", games).status, 1);
+    EXPECT_EQ(ReadFile(Lib("Old")), linked);
+    fs::permissions(Lib("Old"), fs::perms::owner_all);
+    ASSERT_EQ(Import("Old", games).status, 0);
+    // An interrupt while the games are read, and one once the new library
+    // is being written: the older library stays, and no temporary file.
+    gen::Rng rng(9);
+    std::string many;
+    for (int g = 1; g <= 2000; ++g) gen::AppendPgn(many, "G" + std::to_string(g), "W", "B", gen::PlayGame(rng, 70), rng, false);
+    WriteFile(dir / "many.pgn", many);
+    const auto writing = [&] {
+        for (const auto& entry : fs::directory_iterator(dir.str()))
+            if (entry.path().filename().string().starts_with(".vantrel.")) return true;
+        return false;
+    };
+    for (const bool atTheWrite : {false, true}) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::freopen("/dev/null", "w", stderr);
+            ::execl(VANTREL_CLI, VANTREL_CLI, "import", (dir / "many.pgn").c_str(), "--name", "Old", "--out-dir",
+                    dir.str().c_str(), "--db", (dir / "Tessimo.mdb").c_str(), "--overwrite", nullptr);
+            ::_exit(127);
+        }
+        ::usleep(100000);
+        for (int wait = 0; atTheWrite && !writing() && wait < 20000; ++wait) ::usleep(500);
+        EXPECT_EQ(writing(), atTheWrite);
+        ::kill(child, SIGINT);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 1) << status;
+        EXPECT_EQ(ReadFile(Lib("Old")), old) << atTheWrite;
+        EXPECT_FALSE(writing());
+    }
 }
 
 std::string Put(const std::string& file, const std::string& text = "empty") {
