@@ -1,6 +1,9 @@
 // The whole import, end to end: BuildTree over a PGN file of made-up games
 // (legal moves, 60 to 80 plies each, some comments and marks), then
 // WriteLibrary. Reports plies per second and the peak resident memory.
+// BM_ImportBookGames does the same over a game database: games that open
+// with lines of pgn-extract's eco.pgn drawn by a Zipf law, so that most
+// moves walk down nodes the tree has already.
 //
 //   bench_import --benchmark_counters_tabular=true
 #include <benchmark/benchmark.h>
@@ -60,10 +63,15 @@ double CpuSeconds() {
     return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) * 1e-9;
 }
 
+constexpr const char* kBook = "/usr/share/pgn-extract/eco.pgn";
+
+// Games of a size; a negative size asks for games that open with book lines.
 const Workload& MakeWorkload(int games) {
     static Workloads made;
     auto it = made.find(games);
     if (it != made.end()) return it->second;
+    const bool book = games < 0;
+    games = book ? -games : games;
 
     Workload w;
     w.dir = (fs::temp_directory_path() / ("vantrel-bench-import-" + std::to_string(::getpid()) + "-" +
@@ -78,18 +86,24 @@ const Workload& MakeWorkload(int games) {
     w.pgn = w.dir + "/games.pgn";
     std::FILE* out = std::fopen(w.pgn.c_str(), "wb");
     gen::Rng rng(12345);
-    std::string text = "Made-up games for the import benchmark.\n\n";
+    gen::Book lines;
+    if (book && !lines.Read(kBook, rng)) {
+        std::fprintf(stderr, "bench_import: no book lines in %s (Debian's pgn-extract has it)\n", kBook);
+        std::abort();
+    }
+    std::string text = book ? "" : "Made-up games for the import benchmark.\n\n";
     for (int g = 1; g <= games; ++g) {
-        const gen::Game game = gen::PlayGame(rng, 60 + static_cast<int>(rng.Below(21)));
+        const gen::Game game = book ? lines.Play(rng, 30 + static_cast<int>(rng.Below(21)))
+                                    : gen::PlayGame(rng, 60 + static_cast<int>(rng.Below(21)));
         w.plies += static_cast<int64_t>(game.moves.size());
-        gen::AppendPgn(text, "Game " + std::to_string(g), "Player " + std::to_string(rng.Below(500)),
+        gen::AppendPgn(text, (book ? "Event " : "Game ") + std::to_string(book ? g % 50 : g), "Player " + std::to_string(rng.Below(500)),
                        "Player " + std::to_string(rng.Below(500)), game, rng, true);
         std::fwrite(text.data(), 1, text.size(), out);
         w.bytes += static_cast<int64_t>(text.size());
         text.clear();
     }
     std::fclose(out);
-    return made.emplace(games, std::move(w)).first->second;
+    return made.emplace(book ? -games : games, std::move(w)).first->second;
 }
 
 double PeakRssMegabytes() {
@@ -135,5 +149,9 @@ void BM_ImportEndToEnd(benchmark::State& state) {
 }
 
 BENCHMARK(BM_ImportEndToEnd)->Arg(10000)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
+
+// A database of 100,000 games (the argument's sign asks for book openings).
+void BM_ImportBookGames(benchmark::State& state) { BM_ImportEndToEnd(state); }
+BENCHMARK(BM_ImportBookGames)->Arg(-100000)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 
 }  // namespace

@@ -4,7 +4,13 @@
 # against pgn-extract reading and checking every move of the same file, and,
 # with --scid, Scid's importer storing the same games.
 #
-#   bench/compare.sh [--scid] [--runs N] [--games N]
+# With --book the file is a game database (vantrel-gen-games --book over
+# pgn-extract's eco.pgn: openings shared by a Zipf law, 100,000 games unless
+# --games says otherwise), and the opening tree of counting mode
+# (--plies 16 --min-games 5 --counts) is timed against polyglot's make-book
+# with the same limits.
+#
+#   bench/compare.sh [--scid] [--book] [--runs N] [--games N]
 #
 # Runs each program in turn, N times (default 5), and prints each one's
 # median wall time and the median ratio vantrel / peer.
@@ -12,17 +18,20 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 RUNS=5
-GAMES=10000
+GAMES=
 SCID=0
+BOOK=0
 while (($#)); do
   case "$1" in
     --scid) SCID=1 ;;
+    --book) BOOK=1 ;;
     --runs) RUNS=$2; shift ;;
     --games) GAMES=$2; shift ;;
-    *) echo "usage: bench/compare.sh [--scid] [--runs N] [--games N]" >&2; exit 2 ;;
+    *) echo "usage: bench/compare.sh [--scid] [--book] [--runs N] [--games N]" >&2; exit 2 ;;
   esac
   shift
 done
+if [[ -z "$GAMES" ]]; then ((BOOK)) && GAMES=100000 || GAMES=10000; fi
 
 SUDO=""
 [[ $(id -u) -ne 0 ]] && SUDO="sudo"
@@ -33,6 +42,7 @@ need() {  # need PACKAGE FILE
   DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "$1" >/dev/null
 }
 need pgn-extract /usr/games/pgn-extract
+((BOOK)) && need polyglot /usr/games/polyglot
 if ((SCID)); then
   need scid /usr/games/tkscid
   need xvfb /usr/bin/xvfb-run
@@ -44,9 +54,19 @@ BUILD=${BUILD_DIR:-build}
 WORK=$(mktemp -d)
 trap 'rm -rf "$WORK"' EXIT
 PGN="$WORK/games.pgn"
-"$BUILD/bin/vantrel-gen-games" "$PGN" "$GAMES"
+if ((BOOK)); then
+  # Two halves at once, on the two cores, with seeds of their own.
+  half=$((GAMES / 2))
+  "$BUILD/bin/vantrel-gen-games" "$WORK/a.pgn" "$half" 1 --book /usr/share/pgn-extract/eco.pgn &
+  "$BUILD/bin/vantrel-gen-games" "$WORK/b.pgn" "$((GAMES - half))" 2 --book /usr/share/pgn-extract/eco.pgn
+  wait
+  cat "$WORK/a.pgn" "$WORK/b.pgn" >"$PGN"
+  rm -f "$WORK/a.pgn" "$WORK/b.pgn"
+else
+  "$BUILD/bin/vantrel-gen-games" "$PGN" "$GAMES"
+fi
 cp "$BUILD/bin/Tessimo.mdb" "$WORK/Tessimo.mdb"
-echo "File: $GAMES made-up games, $(stat -c %s "$PGN") bytes; $RUNS runs each" >&2
+echo "File: $GAMES made-up games$( ((BOOK)) && echo ' opening by book lines'), $(stat -c %s "$PGN") bytes; $RUNS runs each" >&2
 
 now() { date +%s.%N; }
 elapsed() {  # elapsed COMMAND...: wall seconds of one run
@@ -63,6 +83,10 @@ vantrel() {
   "$BUILD/bin/vantrel-cli" import "$PGN" --name Compare --out-dir "$WORK" --db "$WORK/Tessimo.mdb" --overwrite
 }
 pgnextract() { /usr/games/pgn-extract -s -o /dev/null "$PGN"; }
+tree() {
+  "$BUILD/bin/vantrel-cli" import "$PGN" --name Tree --out-dir "$WORK" --overwrite --plies 16 --min-games 5 --counts
+}
+makebook() { /usr/games/polyglot make-book -pgn "$PGN" -bin "$WORK/book.bin" -max-ply 16 -min-game 5; }
 # Scid is timed inside its own interpreter: creating the database, importing
 # and closing it, without the start of Tk and of the virtual screen it needs.
 cat > "$WORK/scid.tcl" <<'TCL'
@@ -80,7 +104,15 @@ scid() {
 
 vantrel >/dev/null 2>&1 || { echo "vantrel-cli import failed" >&2; exit 1; }  # warm the caches
 : >"$WORK/v"; : >"$WORK/p"; : >"$WORK/s"; : >"$WORK/rp"; : >"$WORK/rs"
+: >"$WORK/t"; : >"$WORK/b"; : >"$WORK/rb"
 for ((i = 1; i <= RUNS; i++)); do
+  if ((BOOK)); then
+    t=$(elapsed tree)
+    b=$(elapsed makebook)
+    echo "$t" >>"$WORK/t"
+    echo "$b" >>"$WORK/b"
+    ratio "$t" "$b" >>"$WORK/rb"
+  fi
   v=$(elapsed vantrel)
   p=$(elapsed pgnextract)
   echo "$v" >>"$WORK/v"
@@ -95,6 +127,11 @@ done
 printf 'vantrel-cli import   %.3f s (median)\n' "$(median <"$WORK/v")"
 printf 'pgn-extract -s       %.3f s (median)\n' "$(median <"$WORK/p")"
 printf 'ratio vantrel / pgn-extract  %.2f (median of runs)\n' "$(median <"$WORK/rp")"
+if ((BOOK)); then
+  printf 'vantrel-cli tree     %.3f s (median; --plies 16 --min-games 5 --counts)\n' "$(median <"$WORK/t")"
+  printf 'polyglot make-book   %.3f s (median; -max-ply 16 -min-game 5)\n' "$(median <"$WORK/b")"
+  printf 'ratio vantrel / polyglot  %.2f (median of runs)\n' "$(median <"$WORK/rb")"
+fi
 if ((SCID)); then
   printf 'Scid sc_base import  %.3f s (median, inside Scid)\n' "$(median <"$WORK/s")"
   printf 'ratio vantrel / Scid  %.2f (median of runs)\n' "$(median <"$WORK/rs")"

@@ -9,7 +9,10 @@
 #pragma once
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -144,5 +147,91 @@ inline void AppendPgn(std::string& out, const std::string& event, const std::str
     }
     out += "\n\n";
 }
+
+// The lines of moves of a book such as pgn-extract's eco.pgn, drawn by a
+// Zipf law over the lines in a shuffled order, so that openings are shared
+// as in a real database: a few lines are played by many games, most by few.
+class Book {
+public:
+    // False if the file holds no line that can be played out.
+    bool Read(const std::string& path, Rng& rng) {
+        std::ifstream in(path, std::ios::binary);
+        std::string moves;
+        int depth = 0;  // inside braces
+        for (std::string row; std::getline(in, row);) {
+            for (const char c : row) depth += c == '{' ? 1 : c == '}' ? -1 : 0;
+            if (depth > 0 || row.find('}') != std::string::npos) continue;
+            if (row.starts_with("[")) {
+                Finish(moves);
+                moves.clear();
+            } else {
+                moves += " " + row;
+            }
+        }
+        Finish(moves);
+        for (size_t i = lines_.size(); i > 1; --i) std::swap(lines_[i - 1], lines_[rng.Below(static_cast<uint32_t>(i))]);
+        double sum = 0;
+        for (size_t r = 1; r <= lines_.size(); ++r) cumulative_.push_back(sum += 1.0 / static_cast<double>(r));
+        return !lines_.empty();
+    }
+
+    // A game opening with a line drawn from the book and going on with
+    // made-up moves up to `plies`.
+    Game Play(Rng& rng, int plies) const {
+        const double draw = static_cast<double>(rng.Next() % 1000000) / 1000000.0 * cumulative_.back();
+        const auto pick = static_cast<size_t>(std::lower_bound(cumulative_.begin(), cumulative_.end(), draw) -
+                                              cumulative_.begin());
+        const Line& line = lines_[std::min(pick, lines_.size() - 1)];
+        Game game = line.game;
+        PlayOn(rng, line.end, static_cast<int>(game.moves.size()), plies, game);
+        return game;
+    }
+
+private:
+    struct Line {
+        Game game;
+        Position end;
+    };
+
+    static std::string Plain(const std::string& s) {
+        std::string out;
+        for (const char c : s)
+            if (c != '+' && c != '#' && c != 'x' && c != '=' && c != '!' && c != '?') out += c;
+        return out;
+    }
+    // The move of `pos` that the token names, or false.
+    static bool FindMove(const Position& pos, const std::string& token, Move& found) {
+        std::vector<Move> legal;
+        pos.LegalMoves(legal);
+        const std::string want = Plain(token);
+        int matches = 0;
+        for (const Move& m : legal) {
+            const std::string san = Plain(pos.San(m));
+            // The writer names a source wherever the resolver wants one; the book may not.
+            if (san == want || (san.size() == want.size() + 1 && san[0] == want[0] &&
+                                std::isupper(static_cast<unsigned char>(san[0])) && san.substr(2) == want.substr(1))) {
+                found = m;
+                ++matches;
+            }
+        }
+        return matches == 1;
+    }
+    void Finish(const std::string& moves) {
+        std::istringstream tokens(moves);
+        Line line;
+        for (std::string t; tokens >> t;) {
+            if (t == "*" || std::isdigit(static_cast<unsigned char>(t[0]))) continue;
+            Move m;
+            if (!FindMove(line.end, t, m)) return;
+            line.game.moves.push_back(line.end.San(m));
+            line.end.Apply(m);
+            line.game.layouts.push_back(line.end.Layout());
+        }
+        if (!line.game.moves.empty()) lines_.push_back(std::move(line));
+    }
+
+    std::vector<Line> lines_;
+    std::vector<double> cumulative_;  // Zipf weights 1/r
+};
 
 }  // namespace vantrel::gen

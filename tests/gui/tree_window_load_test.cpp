@@ -148,7 +148,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(LoadTest, ClosingAWindowWhileItLoadsIsRefusedAndTheLoadGoesOn) {
     StartFrame();
-    LibraryBuilder lib = Chain(450, "Long");
+    LibraryBuilder lib = Chain(250, "Long");
     bool tried = false, closed = true, loadingSeen = false;
     // Runs at the first point at which the load lets events run.
     QMetaObject::invokeMethod(
@@ -165,7 +165,7 @@ TEST_F(LoadTest, ClosingAWindowWhileItLoadsIsRefusedAndTheLoadGoesOn) {
     EXPECT_TRUE(loadingSeen);
     EXPECT_FALSE(closed);
     ASSERT_NE(form, nullptr);
-    EXPECT_EQ(form->Contents().tree.Count(), 450);
+    EXPECT_EQ(form->Contents().tree.Count(), 250);
     EXPECT_EQ(forms::TreeViews().Count(), 1);
     // After the load the window goes through its unload.
     EXPECT_TRUE(CloseByUser(form));
