@@ -73,7 +73,10 @@ TEST_F(CountedTreeTest, CountsScoresOrderAndBranchesMatchAnIndependentCount) {
     const library::TreeModel& tree = contents.tree;
     ASSERT_EQ(tree.Count(), NodesFrom(3));
     EXPECT_EQ(contents.header.LibRemarks, "Remarks ahead of the games.\r\n\r\n");
-    const std::vector<bool> branch = library::ReadNewBranchFlags(import::LibraryPath(options));
+    library::NewBranchFlags flags;
+    library::LibraryContents again;
+    ASSERT_EQ(library::LoadLibrary(import::LibraryPath(options), again, &flags), library::LoadResult::Ok);
+    const std::vector<bool>& branch = flags.flags;
     for (int n = 1; n <= tree.Count(); ++n) {
         std::string line;
         for (const int at : tree.LineTo(n)) {
