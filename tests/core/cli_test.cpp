@@ -110,6 +110,35 @@ TEST_F(CliTest, PliesKeepTheStartOfALongGameAndTellTheDepthThatFitsAWindow) {
     EXPECT_NE(Import("Big", pgn, "--plies " + std::to_string(fits + 1)).out.find("Too large"), std::string::npos);
 }
 
+TEST_F(CliTest, EveryPackingGivesTheSameLibraryAndADamagedOneFailsByName) {
+    gen::Rng rng(17);
+    std::string first, second;  // the halves of the file, for the entries of a zip
+    for (int g = 1; g <= 60; ++g)
+        gen::AppendPgn(g <= 30 ? first : second, "G" + std::to_string(g), "W", "B", gen::PlayGame(rng, 30), rng, true);
+    const std::string file = dir / "games";
+    const auto import = [&] {
+        return Cli("import " + file + " --name Packed --out-dir " + dir.str() + " --db " + (dir / "Tessimo.mdb") +
+                   " --overwrite");
+    };
+    WritePacked(file, "", {first + second});
+    ASSERT_EQ(import().status, 0);
+    const std::string library = ReadFile(Lib("Packed"));
+    for (const char* how : {"gzip", "bzip2", "xz", "zstd", "zip"}) {
+        WritePacked(file, how, how == std::string("zip") ? Strings{first, second} : Strings{first + second});
+        EXPECT_EQ(import().status, 0) << how;
+        EXPECT_EQ(ReadFile(Lib("Packed")), library) << how;
+    }
+    // Cut short, an archive fails the import, named; the library stays as it was.
+    for (const char* how : {"gzip", "zip"}) {
+        WritePacked(file, how, {first + second});
+        WriteFile(file, ReadFile(file).substr(0, first.size() / 2));
+        const Ran ran = import();
+        EXPECT_EQ(ran.status, 1) << how;
+        EXPECT_NE(ran.err.find("Couldn't read " + file + ": "), std::string::npos) << ran.err;
+        EXPECT_EQ(ReadFile(Lib("Packed")), library) << how;
+    }
+}
+
 TEST_F(CliTest, FindListsEveryNodeOfAPosition) {
     ASSERT_EQ(Import("Two", "[Event \"a\"]\n\n1. e4 e5 2. Nf3 Nc6\n\n[Event \"b\"]\n\n1. Nf3 Nc6 2. e4 e5\n").status,
               0);
