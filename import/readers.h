@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "import/game_record.h"
 
@@ -96,6 +97,11 @@ struct ImportState {
 struct PgnTagChoice {
     std::array<bool, 7> chkTag{};
     bool chkIgnoreQuestion = true;
+    // Tags of any name, in the order in which their values make up the name;
+    // when there are any they take the place of chkTag. A name matches the
+    // tag's whole name in any case, and the value is the text between the
+    // quotes.
+    std::vector<std::string> byName;
 };
 
 // Each returns LastPly: the number of plies, 0 for a game with a name and no

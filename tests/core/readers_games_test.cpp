@@ -255,6 +255,31 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "|e4|", nullptr}}}, Pgn);
 }
 
+TEST(PgnReader, TagsChosenByNameMakeTheNameInTheirOrder) {
+    const std::string eco = "[ECO \"B90\"]\n[Opening \"Sicilian\"]\n[Variation \"Najdorf, 6.Be3\"]";
+    struct Case { std::vector<std::string> names; std::string section; const char* name; };
+    const Case cases[] = {
+        {{"ECO", "Opening", "Variation"}, eco, "B90 Sicilian Najdorf, 6.Be3"},
+        {{"Variation", "ECO"}, eco, "Najdorf, 6.Be3 B90"},
+        // Whole names in any case; the seven too, so WhiteElo leaves White alone.
+        {{"eco"}, "[Eco \"A00\"]\n[ECOx \"no\"]\n[EC \"no\"]", "A00"},
+        {{"White", "ECO"}, "[White \"Tal\"]\n[WhiteElo \"2700\"]\n[ECO \"B90\"]", "Tal B90"},
+        // Missing or empty tags leave no gap; a later line replaces the value.
+        {{"ECO", "Opening", "Variation"}, "[ECO \"\"]\n[Variation \" V \"]", "V"},
+        {{"ECO"}, "[ECO \"A00\"]\n[ECO \"B00\"]", "B00"},
+        // The value runs from the first quote to the last; without two there is none.
+        {{"Annotator", "ECO"}, "[Annotator \"Mr \"X\" Y\"]\n[ECO B00]\n[ECO \"]", "Mr \"X\" Y"},
+        {{"Date", "Round"}, "[Date \"1999.??.??\"]\n[Round \"?\"]", "1999"},
+    };
+    for (const Case& c : cases) {
+        PgnTagChoice tags = Tags("1000000");
+        tags.byName = c.names;
+        const std::string text = c.section + "\n\n1. e4\n";
+        ExpectReads({c.name, text.c_str(), {{1, (c.name + std::string("|e4|")).c_str(), nullptr}}},
+                    [&](ImportState& st, GameRecord& g) { return ReadPgnGame(st, g, tags); });
+    }
+}
+
 TEST(SanReader, WhereGamesStartAndEndAndWhatTheyHold) {
     const FileCase cases[] = {
         // The first name isn't trimmed behind the "!"; later ones are.
