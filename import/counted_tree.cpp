@@ -354,6 +354,7 @@ public:
         : options_(options), counting_(counting), host_(host), runs_(counting.runBytes) {
         tags_.chkTag = options.tags;
         tags_.chkIgnoreQuestion = options.ignoreQuestion;
+        tags_.byName = options.tagNames;
     }
 
     bool Run(CountingReport& report) {

@@ -1,10 +1,15 @@
 // The import file, handed out line by line in Windows-1252. A file is read
 // in blocks, so that only the current block and the line being cut stay in
-// memory, however long the file is.
+// memory, however long the file is. A compressed file or a zip archive is
+// unpacked block by block on the way, by libarchive; a plain file never
+// meets it.
+#include <archive.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <new>
+#include <string_view>
 
 #include "import/readers.h"
 #include "library/files.h"
@@ -17,6 +22,23 @@ bool HasHighBytes(const std::string& s) {
     for (char c : s)
         if (static_cast<unsigned char>(c) >= 0x80) return true;
     return false;
+}
+
+// Whether the file starts as a compressed stream or a zip archive does (a
+// local header, an empty archive's end record, or the mark of a split one).
+// Text never starts with these bytes, and bzip2's "BZh" must be followed by
+// the block size and the magic of a block or of the stream's end.
+bool LooksPacked(std::string_view head) {
+    static constexpr std::string_view kMagic[] = {
+        {"\x1F\x8B", 2},                      // gzip
+        {"\xFD" "7zXZ\0", 6},                // xz
+        {"\x28\xB5\x2F\xFD", 4},             // zstd
+        {"PK\x03\x04", 4}, {"PK\x05\x06", 4}, {"PK\x07\x08", 4},  // zip
+    };
+    for (std::string_view magic : kMagic)
+        if (head.starts_with(magic)) return true;
+    return head.size() >= 10 && head.starts_with("BZh") && head[3] >= '1' && head[3] <= '9' &&
+           (head.substr(4, 6) == "\x31\x41\x59\x26\x53\x59" || head.substr(4, 6) == "\x17\x72\x45\x38\x50\x90");
 }
 
 }  // namespace
@@ -35,6 +57,9 @@ bool LineSource::Open(const std::string& path) {
         return false;
     }
     path_ = path;
+    char head[10];
+    const ssize_t got = ::pread(fd, head, sizeof head, 0);
+    packed_ = got > 0 && LooksPacked(std::string_view(head, static_cast<size_t>(got)));
     return true;
 }
 
@@ -45,8 +70,12 @@ void LineSource::OpenText(std::string text) {
 }
 
 void LineSource::Close() {
+    if (archive_) archive_read_free(archive_);
+    archive_ = nullptr;
+    packed_ = inEntry_ = entryFresh_ = bomPending_ = lineEndOwed_ = packedAtEnd_ = false;
     if (file_) std::fclose(file_);
     file_ = nullptr;
+    bytesRead_ = 0;
     buffer_.clear();
     pos_ = 0;
     memory_ = false;
@@ -56,6 +85,8 @@ void LineSource::Close() {
 }
 
 bool LineSource::IsOpen() const { return file_ != nullptr || memory_; }
+
+int64_t LineSource::BytesRead() const { return archive_ ? archive_filter_bytes(archive_, -1) : bytesRead_; }
 
 // Drops what has been handed out and appends the next block of the file.
 // False if the file has nothing more.
@@ -67,14 +98,80 @@ bool LineSource::Fill() {
     }
     size_t had = buffer_.size();
     buffer_.resize(had + kBlock);
+    if (packed_) {
+        const size_t got = ReadPacked(buffer_.data() + had, kBlock);
+        buffer_.resize(had + got);
+        return got > 0;
+    }
     size_t got = std::fread(buffer_.data() + had, 1, kBlock, file_);
     buffer_.resize(had + got);
+    bytesRead_ += static_cast<int64_t>(got);
     if (got == 0 && std::ferror(file_)) {
         // A file that can't be read on is an error, not the end of the games.
         const int error = errno;
         throw ImportError("Couldn't read " + text::AnyToCp1252(path_) + ": " + std::strerror(error), kReadErrorNumber);
     }
     return got > 0;
+}
+
+// The next bytes unpacked, at most `room` of them and none only at the end of
+// the last entry. An entry's byte-order mark is dropped, and a line end is
+// put between an entry that lacks one at its end and the next entry's text.
+size_t LineSource::ReadPacked(char* out, size_t room) {
+    if (!archive_) {
+        archive_ = archive_read_new();
+        if (!archive_) throw std::bad_alloc();
+        archive_read_support_filter_all(archive_);
+        archive_read_support_format_raw(archive_);  // a single compressed file
+        archive_read_support_format_zip(archive_);
+        archive_read_support_format_empty(archive_);  // a compressed empty file
+        if (archive_read_open_fd(archive_, ::fileno(file_), kBlock) != ARCHIVE_OK) ThrowPackedError();
+    }
+    while (!packedAtEnd_) {
+        if (!inEntry_) {
+            archive_entry* entry = nullptr;
+            const int status = archive_read_next_header(archive_, &entry);
+            if (status == ARCHIVE_EOF) {
+                packedAtEnd_ = true;
+                break;
+            }
+            if (status < ARCHIVE_WARN) ThrowPackedError();
+            inEntry_ = entryFresh_ = bomPending_ = true;
+        }
+        const size_t lead = entryFresh_ && lineEndOwed_ ? 1 : 0;
+        char* data = out + lead;
+        size_t got = 0;
+        bool ended = false;
+        // The entry's first read goes on until there are bytes enough to
+        // tell a byte-order mark.
+        for (;;) {
+            const la_ssize_t n = archive_read_data(archive_, data + got, room - lead - got);
+            if (n < 0) ThrowPackedError();
+            got += static_cast<size_t>(n);
+            ended = n == 0;
+            if (ended || !bomPending_ || got >= 3) break;
+        }
+        if (bomPending_ && got >= 3 && std::memcmp(data, "\xEF\xBB\xBF", 3) == 0) {
+            std::memmove(data, data + 3, got - 3);
+            got -= 3;
+        }
+        bomPending_ = false;
+        if (got == 0) {
+            if (ended) inEntry_ = false;
+            continue;
+        }
+        if (lead) out[0] = '\n';
+        entryFresh_ = false;
+        lineEndOwed_ = data[got - 1] != '\n' && data[got - 1] != '\r';
+        return lead + got;
+    }
+    return 0;
+}
+
+void LineSource::ThrowPackedError() {
+    const char* why = archive_error_string(archive_);
+    throw ImportError("Couldn't read " + text::AnyToCp1252(path_) + ": " + (why ? why : "damaged archive"),
+                      kReadErrorNumber);
 }
 
 // A UTF-8 byte-order mark is taken off the start of the file.

@@ -1,9 +1,11 @@
 // The PGN game reader: the tag section, the game's name made of the chosen
 // tags, and the move text up to the next tag line or the end of the file.
 // It goes by the first character of each trimmed line and by fixed columns
-// of the tag lines, not by the full PGN grammar.
+// of the tag lines, not by the full PGN grammar; only tags chosen by name
+// are taken apart at their quotes.
 #include <array>
 #include <string_view>
+#include <vector>
 
 #include "import/readers.h"
 #include "import/walk.h"
@@ -26,13 +28,19 @@ constexpr std::array<TagColumn, 7> kTags = {{
     {"[RESULT", 10},
 }};
 
+char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
 bool FrontIs(std::string_view line, std::string_view upperFront) {
     if (line.size() < upperFront.size()) return false;
-    for (size_t k = 0; k < upperFront.size(); ++k) {
-        char c = line[k];
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-        if (c != upperFront[k]) return false;
-    }
+    for (size_t k = 0; k < upperFront.size(); ++k)
+        if (Upper(line[k]) != upperFront[k]) return false;
+    return true;
+}
+
+bool SameInAnyCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (size_t k = 0; k < a.size(); ++k)
+        if (Upper(a[k]) != Upper(b[k])) return false;
     return true;
 }
 
@@ -50,6 +58,19 @@ void TakeTag(const std::string& line, std::array<std::string, 7>& values) {
         values[k] = line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length));
         return;
     }
+}
+
+// Takes the value of a tag chosen by name: the line's tag name runs from
+// behind the bracket up to a blank or a quote, and its value from the first
+// quote to the last. A line without two quotes gives nothing.
+void TakeNamedTag(std::string_view line, const std::vector<std::string>& names, std::vector<std::string>& values) {
+    const size_t nameEnd = line.find_first_of(" \t\"", 1);
+    const size_t open = line.find('"', 1);
+    const size_t close = line.rfind('"');
+    if (nameEnd == std::string_view::npos || close == open) return;
+    const std::string_view name = line.substr(1, nameEnd - 1);
+    for (size_t k = 0; k < names.size(); ++k)
+        if (SameInAnyCase(name, names[k])) values[k].assign(line.substr(open + 1, close - open - 1));
 }
 
 // "1999.??.??" keeps "1999", "a.?.b" becomes "ab": a question mark goes
@@ -78,13 +99,22 @@ void CollapseBlanks(std::string& s) {
     s.resize(out);
 }
 
-std::string MakeName(const std::array<std::string, 7>& values, const PgnTagChoice& tags) {
+std::string MakeName(const std::array<std::string, 7>& values, const std::vector<std::string>& named,
+                     const PgnTagChoice& tags) {
     std::string name;
-    if (tags.chkTag[0]) name = values[0];
-    for (size_t i = 1; i < values.size(); ++i) {
-        if (tags.chkTag[i] && !values[i].empty()) {
-            name += ' ';
-            name += values[i];
+    if (!tags.byName.empty()) {
+        for (const std::string& value : named) {
+            if (value.empty()) continue;
+            if (!name.empty()) name += ' ';
+            name += value;
+        }
+    } else {
+        if (tags.chkTag[0]) name = values[0];
+        for (size_t i = 1; i < values.size(); ++i) {
+            if (tags.chkTag[i] && !values[i].empty()) {
+                name += ' ';
+                name += values[i];
+            }
         }
     }
     if (tags.chkIgnoreQuestion) RemoveQuestionMarks(name);
@@ -111,10 +141,12 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     // The tag section. Every line of it goes into the game's comment; the
     // line that ends it is dropped.
     std::array<std::string, 7> values;
+    std::vector<std::string> named(tags.byName.size());
     std::string& pending = walk.Pending();
     line = state.ImportLine;
     for (;;) {
         TakeTag(line, values);
+        if (!named.empty()) TakeNamedTag(line, tags.byName, named);
         pending += "\r\n";
         pending += line;
         in.ReadLine(line);
@@ -125,7 +157,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
         }
         if (!line.starts_with('[')) break;
     }
-    std::string name = MakeName(values, tags);
+    std::string name = MakeName(values, named, tags);
     if (state.ImportAtEnd) return -1;
 
     walk.SetPly(0);

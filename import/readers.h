@@ -6,14 +6,23 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "import/game_record.h"
+
+struct archive;
 
 namespace vantrel::import {
 
 // The import file, read line by line. Lines end in CR LF, LF or CR; a line
 // comes back without its end and in Windows-1252, whether the file was
 // written in UTF-8 (with or without a byte-order mark) or in 1252.
+//
+// The file may also be compressed (gzip, bzip2, xz, zstd) or a zip archive,
+// as its first bytes tell, whatever its name. It is then unpacked as it is
+// read, and the entries of a zip follow one another in the archive's order,
+// each read as a file of its own would be: a byte-order mark comes off its
+// start, and its last line ends with it.
 class LineSource {
 public:
     LineSource() = default;
@@ -22,7 +31,8 @@ public:
     ~LineSource();
 
     // False if the file can't be opened or is no plain file. A read that fails
-    // later throws ImportError naming the file and the cause.
+    // later, a damaged archive among them, throws ImportError naming the file
+    // and the cause.
     bool Open(const std::string& path);
     void OpenText(std::string text);  // from memory (tests, fuzzing)
     void Close();
@@ -38,15 +48,31 @@ public:
     bool Eof();
     // How many lines have been handed out: the number of the last one.
     int64_t LineNumber() const { return lines_; }
+    // How much of the file on disk has been read so far, in bytes: of a
+    // compressed file or an archive its packed bytes, which may run a block
+    // ahead of the lines handed out. The directory at the end of a zip is
+    // never read, so there the count stops short of the file's size.
+    int64_t BytesRead() const;
 
 private:
     bool Fill();
     void CheckBom();
+    size_t ReadPacked(char* out, size_t room);
+    [[noreturn]] void ThrowPackedError();
 
     static constexpr size_t kBlock = 64 * 1024;
     static constexpr int kReadErrorNumber = 57;  // "Device I/O error"
 
     std::FILE* file_ = nullptr;
+    int64_t bytesRead_ = 0;  // of a plain file
+    // A packed file: libarchive's reader, opened at the first read.
+    bool packed_ = false;
+    struct ::archive* archive_ = nullptr;
+    bool inEntry_ = false;        // between an entry's header and the end of its data
+    bool entryFresh_ = false;     // no byte of the entry handed on yet
+    bool bomPending_ = false;     // the entry's start not yet looked at for a byte-order mark
+    bool lineEndOwed_ = false;    // the entry before ended without a line end
+    bool packedAtEnd_ = false;
     std::string buffer_;  // bytes read but not yet handed out start at pos_
     size_t pos_ = 0;
     bool memory_ = false;
@@ -71,6 +97,11 @@ struct ImportState {
 struct PgnTagChoice {
     std::array<bool, 7> chkTag{};
     bool chkIgnoreQuestion = true;
+    // Tags of any name, in the order in which their values make up the name;
+    // when there are any they take the place of chkTag. A name matches the
+    // tag's whole name in any case, and the value is the text between the
+    // quotes.
+    std::vector<std::string> byName;
 };
 
 // Each returns LastPly: the number of plies, 0 for a game with a name and no

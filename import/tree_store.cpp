@@ -72,6 +72,7 @@ public:
     TreeBuilder(const ImportOptions& options, ImportHost& host) : options_(options), host_(host) {
         tags_.chkTag = options.tags;
         tags_.chkIgnoreQuestion = options.ignoreQuestion;
+        tags_.byName = options.tagNames;
     }
 
     // The whole import. Returns the result; throws on failure.

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "chess/board.h"
 #include "import/game_record.h"
@@ -25,6 +26,9 @@ struct ImportOptions {
     std::string commentStart = "//";  // txtCommentStart, untrimmed (SAN only)
     std::string commentEnd = "//";    // txtCommentEnd, untrimmed (SAN only)
     std::array<bool, 7> tags{};       // chkTag(0..6): Event Site Date Round White Black Result
+    // Tags of any name that make the name in their order, in place of tags
+    // (see PgnTagChoice::byName); the wizard leaves it empty.
+    std::vector<std::string> tagNames;
     bool ignoreQuestion = true;       // chkIgnoreQuestion
     // The working database; empty means programDir + "/Tessimo.mdb".
     std::string databasePath;

@@ -9,7 +9,7 @@ set -euo pipefail
 PACKAGES=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-  libsqlite3-dev libcli11-dev
+  libsqlite3-dev libcli11-dev libarchive-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core
   xvfb xauth poppler-utils

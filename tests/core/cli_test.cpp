@@ -115,6 +115,58 @@ TEST_F(CliTest, PliesKeepTheStartOfALongGameAndTellTheDepthThatFitsAWindow) {
     EXPECT_NE(Import("Big", pgn, "--plies " + std::to_string(fits + 1)).out.find("Too large"), std::string::npos);
 }
 
+TEST_F(CliTest, EveryPackingGivesTheSameLibraryAndADamagedOneFailsByName) {
+    gen::Rng rng(17);
+    std::string first, second;  // the halves of the file, for the entries of a zip
+    for (int g = 1; g <= 60; ++g)
+        gen::AppendPgn(g <= 30 ? first : second, "G" + std::to_string(g), "W", "B", gen::PlayGame(rng, 30), rng, true);
+    const std::string file = dir / "games";
+    const auto import = [&] {
+        return Cli("import " + file + " --name Packed --out-dir " + dir.str() + " --db " + (dir / "Tessimo.mdb") +
+                   " --overwrite");
+    };
+    WritePacked(file, "", {first + second});
+    ASSERT_EQ(import().status, 0);
+    const std::string library = ReadFile(Lib("Packed"));
+    for (const char* how : {"gzip", "bzip2", "xz", "zstd", "zip"}) {
+        WritePacked(file, how, how == std::string("zip") ? Strings{first, second} : Strings{first + second});
+        EXPECT_EQ(import().status, 0) << how;
+        EXPECT_EQ(ReadFile(Lib("Packed")), library) << how;
+    }
+    // Cut short, an archive fails the import, named; the library stays as it was.
+    for (const char* how : {"gzip", "zip"}) {
+        WritePacked(file, how, {first + second});
+        WriteFile(file, ReadFile(file).substr(0, first.size() / 2));
+        const Ran ran = import();
+        EXPECT_EQ(ran.status, 1) << how;
+        EXPECT_NE(ran.err.find("Couldn't read " + file + ": "), std::string::npos) << ran.err;
+        EXPECT_EQ(ReadFile(Lib("Packed")), library) << how;
+    }
+}
+
+TEST_F(CliTest, TagsOfAnyNameMakeTheNamesInTheListsOrder) {
+    const std::string games =
+        "[ECO \"B90\"]\n[Opening \"Sicilian\"]\n[Variation \"Najdorf\"]\n\n1. e4 c5 *\n\n"
+        "[eco \"C00\"]\n[OPENING \"French defence\"]\n\n1. e4 e6 *\n\n[White \"W\"]\n[Event \"E\"]\n[ECO \"A00\"]\n\n1. b4 *\n";
+    // The seven alone keep the wizard's order.
+    for (const auto& [tags, names] : {std::pair{"ECO,Opening,Variation", "B90 Sicilian Najdorf|C00 French defence|A00"},
+                                      {"Variation,eco", "Najdorf B90|C00|A00"}, {"White,Event", "||E W"},
+                                      {"White,Event,ECO", "B90|C00|W E A00"}}) {
+        ASSERT_EQ(Import("Eco", games, std::string("--tags ") + tags).status, 0) << tags;
+        std::string got = "-";
+        std::istringstream lines(Nodes("Eco"));
+        for (std::string line; std::getline(lines, line);) {  // index, parent, picture, text, layout
+            std::istringstream fields(line);
+            std::string text;
+            for (int i = 0; i < 4; ++i) std::getline(fields, text, '\t');
+            const size_t colon = text.find(": ");
+            if (text != "c5") got += "|" + (colon == std::string::npos ? "" : text.substr(colon + 2));
+        }
+        EXPECT_EQ(got, "-|" + std::string(names)) << tags;
+    }
+    EXPECT_EQ(Import("Eco", games, "--tags ECO,,Opening").status, 2);
+}
+
 TEST_F(CliTest, FindListsEveryNodeOfAPosition) {
     ASSERT_EQ(Import("Two", "[Event \"a\"]\n\n1. e4 e5 2. Nf3 Nc6\n\n[Event \"b\"]\n\n1. Nf3 Nc6 2. e4 e5\n").status,
               0);

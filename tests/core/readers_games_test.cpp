@@ -11,11 +11,13 @@
 
 #include "import/readers.h"
 #include "library/text_codec.h"
+#include "store_test_support.h"
 
 namespace {
 
 using namespace vantrel::import;
 using namespace vantrel::text;
+using vantrel::storetest::WritePacked;
 using Lines = std::vector<std::string>;
 
 // Reads all lines; past the last one Eof is true and a read fails with error 62.
@@ -81,6 +83,41 @@ TEST(LineSource, AFileReadAcrossManyBlocks) {
     EXPECT_EQ(Cp1252ToUtf8("R\xE9ti \x80 \x93q\x94"), "R\xC3\xA9ti \xE2\x82\xAC \xE2\x80\x9Cq\xE2\x80\x9D");
     for (int b = 0; b < 256; ++b)
         EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(std::string(1, static_cast<char>(b)))), std::string(1, static_cast<char>(b)));
+}
+
+TEST(LineSource, CompressedFilesAndZipEntriesAreReadAsTheirText) {
+    const vantrel::storetest::TempDir dir;
+    const std::string path = dir / "games";
+    struct Case { const char* how; std::vector<std::string> entries; Lines lines; };
+    const Case cases[] = {
+        // Each entry as a file of its own: the mark comes off, the last line ends.
+        {"zip", {"\xEF\xBB\xBF" "a\nR\xC3\xA9ti", "\xEF\xBB\xBF" "c\xE9\r", "", "\rd\r\n"}, {"a", "R\xE9ti", "c\xE9", "", "d"}},
+        {"zip", {}, {}}, {"zip", {"", ""}, {}}, {"gzip", {""}, {}}, {"xz", {"\xEF\xBB\xBF"}, {}},
+        {"gzip", {"\xEF\xBB\xBF" "a\r\nR\xC3\xA9ti\r\n"}, {"a", "R\xE9ti"}}, {"bzip2", {"a\rb"}, {"a", "b"}},
+        {"xz", {"a\n\nb\n"}, {"a", "", "b"}}, {"zstd", {"a\r\nb"}, {"a", "b"}},
+        // Text that begins like a packed file's magic is text.
+        {"", {"BZh9 PK\x03\x04 \x1F"}, {"BZh9 PK\x03\x04 \x1F"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.how + (" " + std::to_string(c.entries.size())));
+        WritePacked(path, c.how, c.entries);
+        LineSource src;
+        ASSERT_TRUE(src.Open(path));
+        EXPECT_EQ(AllLines(src), c.lines);
+        // The packed bytes, all of them; the directory at a zip's end is not read.
+        const auto size = static_cast<int64_t>(std::filesystem::file_size(path));
+        EXPECT_TRUE(c.how == std::string("zip") ? src.BytesRead() <= size : src.BytesRead() == size) << src.BytesRead();
+    }
+    // A file of many blocks, each line across a CR LF split where it may be.
+    std::string big;
+    for (int i = 0; i < 30000; ++i) big += std::string(static_cast<size_t>(i % 23), 'x') + (i % 2 ? "\r\n" : "\n");
+    for (const char* how : {"gzip", "zip"}) {
+        WritePacked(path, how, {big});
+        LineSource packed, plain;
+        ASSERT_TRUE(packed.Open(path));
+        plain.OpenText(big);
+        EXPECT_EQ(AllLines(packed), AllLines(plain)) << how;
+    }
 }
 
 // Slots 0..last of a game record, joined by "|".
@@ -216,6 +253,31 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
     // Lines that are no known tag are never taken apart.
     for (const char* line : {"[Foo]", "[Ev", "[", "[Whit \"x\"]"})
         ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "|e4|", nullptr}}}, Pgn);
+}
+
+TEST(PgnReader, TagsChosenByNameMakeTheNameInTheirOrder) {
+    const std::string eco = "[ECO \"B90\"]\n[Opening \"Sicilian\"]\n[Variation \"Najdorf, 6.Be3\"]";
+    struct Case { std::vector<std::string> names; std::string section; const char* name; };
+    const Case cases[] = {
+        {{"ECO", "Opening", "Variation"}, eco, "B90 Sicilian Najdorf, 6.Be3"},
+        {{"Variation", "ECO"}, eco, "Najdorf, 6.Be3 B90"},
+        // Whole names in any case; the seven too, so WhiteElo leaves White alone.
+        {{"eco"}, "[Eco \"A00\"]\n[ECOx \"no\"]\n[EC \"no\"]", "A00"},
+        {{"White", "ECO"}, "[White \"Tal\"]\n[WhiteElo \"2700\"]\n[ECO \"B90\"]", "Tal B90"},
+        // Missing or empty tags leave no gap; a later line replaces the value.
+        {{"ECO", "Opening", "Variation"}, "[ECO \"\"]\n[Variation \" V \"]", "V"},
+        {{"ECO"}, "[ECO \"A00\"]\n[ECO \"B00\"]", "B00"},
+        // The value runs from the first quote to the last; without two there is none.
+        {{"Annotator", "ECO"}, "[Annotator \"Mr \"X\" Y\"]\n[ECO B00]\n[ECO \"]", "Mr \"X\" Y"},
+        {{"Date", "Round"}, "[Date \"1999.??.??\"]\n[Round \"?\"]", "1999"},
+    };
+    for (const Case& c : cases) {
+        PgnTagChoice tags = Tags("1000000");
+        tags.byName = c.names;
+        const std::string text = c.section + "\n\n1. e4\n";
+        ExpectReads({c.name, text.c_str(), {{1, (c.name + std::string("|e4|")).c_str(), nullptr}}},
+                    [&](ImportState& st, GameRecord& g) { return ReadPgnGame(st, g, tags); });
+    }
 }
 
 TEST(SanReader, WhereGamesStartAndEndAndWhatTheyHold) {

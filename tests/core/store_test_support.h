@@ -4,6 +4,8 @@
 // and direct access to the table Moves.
 #pragma once
 
+#include <archive.h>
+#include <archive_entry.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <unistd.h>
@@ -33,6 +35,32 @@ inline std::string ReadFile(const std::string& path) {
     return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 inline void WriteFile(const std::string& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+
+// Writes a file as libarchive packs it: "zip" makes an archive of the
+// entries, a compression ("gzip", "bzip2", "xz", "zstd") one compressed
+// stream of the single entry, and "" the entry as it stands.
+inline void WritePacked(const std::string& path, const std::string& how, const std::vector<std::string>& entries) {
+    if (how.empty()) return WriteFile(path, entries.at(0));
+    archive* a = archive_write_new();
+    const bool zip = how == "zip";
+    ASSERT_EQ(zip ? archive_write_set_format_zip(a) : archive_write_set_format_raw(a), ARCHIVE_OK);
+    if (!zip) {
+        ASSERT_EQ(archive_write_add_filter_by_name(a, how.c_str()), ARCHIVE_OK) << how;
+    }
+    ASSERT_EQ(archive_write_open_filename(a, path.c_str()), ARCHIVE_OK);
+    for (size_t i = 0; i < entries.size(); ++i) {
+        archive_entry* entry = archive_entry_new();
+        archive_entry_set_pathname(entry, ("part" + std::to_string(i) + ".pgn").c_str());
+        archive_entry_set_filetype(entry, AE_IFREG);
+        archive_entry_set_perm(entry, 0644);
+        archive_entry_set_size(entry, static_cast<la_int64_t>(entries[i].size()));
+        ASSERT_EQ(archive_write_header(a, entry), ARCHIVE_OK);
+        ASSERT_EQ(archive_write_data(a, entries[i].data(), entries[i].size()), static_cast<la_ssize_t>(entries[i].size()));
+        archive_entry_free(entry);
+    }
+    ASSERT_EQ(archive_write_close(a), ARCHIVE_OK);
+    archive_write_free(a);
+}
 
 // A fresh directory that is removed again at the end of the test.
 class TempDir {

@@ -14,7 +14,7 @@ deb=$(ls "$scratch"/out/vantrel_*.deb)
 root=$scratch/root
 dpkg-deb -x "$deb" "$root"
 depends=$(dpkg-deb -f "$deb" Depends)
-for lib in libqt6widgets6 libqt6printsupport6 libsqlite3-0 libc6; do
+for lib in libqt6widgets6 libqt6printsupport6 libsqlite3-0 libarchive13 libc6; do
   [[ $depends == *"$lib"* ]] || fail "Depends lacks $lib: $depends"
 done
 

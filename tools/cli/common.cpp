@@ -31,7 +31,7 @@ int Usage() {
     std::fprintf(stderr,
                  "usage:\n"
                  "  vantrel-cli import FILE --name NAME [--san [--start S] [--end E]]\n"
-                 "              [--tags Event,Site,Date,Round,White,Black,Result]\n"
+                 "              [--tags TAG,...]\n"
                  "              [--keep-question-marks] [--out-dir DIR] [--db PATH] [--overwrite]\n"
                  "              [--repair] [--plies N]\n"
                  "  vantrel-cli info LIB [--nodes]\n"

@@ -2,9 +2,11 @@
 // does, but never asking: a move that can't be resolved is reported and the
 // rest of its game skipped, unless --repair finds the spelling the rules of
 // chess allow.
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cerrno>
@@ -48,9 +50,11 @@ constexpr const char* kImportHelp =
     "  --name NAME          the library's name (required); the file is NAME.vnb\n"
     "  --san                the file is plain SAN: a line \"!name\" starts each game\n"
     "  --start S, --end E   SAN only: the comment indicators (default // and //)\n"
-    "  --tags LIST          PGN only: the tags that make a game's name, from Event,\n"
-    "                       Site, Date, Round, White, Black, Result (default\n"
-    "                       Event,White,Black)\n"
+    "  --tags LIST          PGN only: the tags that make a game's name, separated by\n"
+    "                       commas (default Event,White,Black). Event, Site, Date,\n"
+    "                       Round, White, Black and Result come in that order, as in\n"
+    "                       the wizard; a list with any other tag (ECO, Opening,\n"
+    "                       ...) makes the name of its tags in the list's order\n"
     "  --keep-question-marks  keep the \"?\" of unknown tag values in names\n"
     "  --out-dir DIR        where the library is written (default: beside the program)\n"
     "  --db PATH            the working database (default: Tessimo.mdb beside the program)\n"
@@ -203,24 +207,38 @@ private:
     std::map<int, int64_t> atDepth_;
 };
 
-bool ParseTags(const std::string& list, std::array<bool, 7>& tags) {
-    static constexpr const char* kNames[7] = {"event", "site", "date", "round", "white", "black", "result"};
-    tags.fill(false);
-    size_t start = 0;
-    while (start <= list.size()) {
+// The tags of --tags. A list of the wizard's seven chooses them as its check
+// boxes do, and they keep their fixed order; a list with any other tag makes
+// the name of all its tags in the list's order.
+bool ParseTags(const std::string& list, import::ImportOptions& options) {
+    static constexpr const char* kSeven[7] = {"event", "site", "date", "round", "white", "black", "result"};
+    std::array<bool, 7> seven{};
+    std::vector<std::string> names;
+    bool others = false;
+    for (size_t start = 0; start <= list.size();) {
         size_t comma = list.find(',', start);
         if (comma == std::string::npos) comma = list.size();
-        std::string name = list.substr(start, comma - start);
-        for (auto& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        bool known = false;
-        for (int i = 0; i < 7; ++i)
-            if (name == kNames[i]) tags[i] = known = true;
-        if (!known) {
-            std::fprintf(stderr, "vantrel-cli: unknown tag '%s'\n", name.c_str());
+        const std::string name = list.substr(start, comma - start);
+        start = comma + 1;
+        const bool tagName = !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
+            return std::isalnum(c) || c == '_';
+        });
+        if (!tagName) {
+            std::fprintf(stderr, "vantrel-cli: not a tag name: '%s'\n", name.c_str());
             return false;
         }
-        start = comma + 1;
+        std::string lower = name;
+        for (auto& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        const auto known = std::find(std::begin(kSeven), std::end(kSeven), lower);
+        if (known != std::end(kSeven))
+            seven[static_cast<size_t>(known - std::begin(kSeven))] = true;
+        else
+            others = true;
+        const auto same = [&](const std::string& n) { return strcasecmp(n.c_str(), name.c_str()) == 0; };
+        if (std::none_of(names.begin(), names.end(), same)) names.push_back(name);
     }
+    options.tags = seven;
+    if (others) options.tagNames = std::move(names);
     return true;
 }
 
@@ -289,7 +307,7 @@ int Import(int argc, char** argv) {
     options.pgn = !san;
     options.ignoreQuestion = !keepQuestionMarks;
     options.tags = {true, false, false, false, true, true, false};  // Event, White, Black
-    if (tagsGiven->count() > 0 && !ParseTags(tags, options.tags)) return Usage();
+    if (tagsGiven->count() > 0 && !ParseTags(tags, options)) return Usage();
     if (pliesGiven->count() > 0) {
         char* end = nullptr;
         const long n = std::strtol(plies.c_str(), &end, 10);
