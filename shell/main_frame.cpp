@@ -173,6 +173,22 @@ MDIVantrel::MDIVantrel(QWidget* parent) : QMainWindow(parent) {
     mdiArea_->setBackground(QColor(0x8A, 0x93, 0xA3));
     setCentralWidget(mdiArea_);
     mdiArea_->viewport()->installEventFilter(this);
+    // Whichever way a library window comes to the front (Ctrl+Tab, Ctrl+F6,
+    // a click, the Window menu), its library becomes the active one. The
+    // frame's own return to the front after a dialog changes nothing.
+    connect(mdiArea_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sub) {
+        if (!sub || sub == frontWindow_) return;
+        frontWindow_ = sub;
+        if (auto* form = qobject_cast<frmTreeView*>(sub->widget()); form && !AppClosing) form->Form_Activate();
+    });
+    // Ctrl+F6 and Ctrl+Shift+F6 go round the child windows, as Ctrl+Tab does.
+    auto* nextWindow = new QAction(this);
+    nextWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F6));
+    connect(nextWindow, &QAction::triggered, mdiArea_, &QMdiArea::activateNextSubWindow);
+    auto* previousWindow = new QAction(this);
+    previousWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6));
+    connect(previousWindow, &QAction::triggered, mdiArea_, &QMdiArea::activatePreviousSubWindow);
+    addActions({nextWindow, previousWindow});
 
     BuildMenus();
 

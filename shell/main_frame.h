@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -170,4 +171,5 @@ private:
     QAction* windowListSeparator_ = nullptr;
     QList<QAction*> windowListActions_;
     QString commandLine_;
+    QPointer<QMdiSubWindow> frontWindow_;  // the child window last brought to the front
 };
