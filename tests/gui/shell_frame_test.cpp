@@ -268,3 +268,17 @@ TEST_F(SettingsTest, AFrameClosedMinimizedComesBackSo) {
     frame->showNormal();
     EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible()) << "a restore places the board";
 }
+
+TEST(MessageBoxTest, AShortBoxShowsItsWholeTitleWithOnlyACloseButton) {
+    const auto box = ui::MakeMessageBox({"x", "Select another file", ui::Buttons::Ok, ui::Icon::Exclamation});
+    box->show();
+    const Qt::WindowFlags flags = box->windowHandle()->flags();
+    EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint) && flags.testFlag(Qt::CustomizeWindowHint));
+    EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+    // A title bar draws its title in bold beside the window's icon and the
+    // close button, each a square as high as the bar.
+    QFont bold = box->font();
+    bold.setBold(true);
+    const int bar = QFontMetrics(bold).height() + 8;
+    EXPECT_GE(box->width(), QFontMetrics(bold).horizontalAdvance(box->windowTitle()) + 2 * bar);
+}
