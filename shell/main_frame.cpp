@@ -344,6 +344,7 @@ void MDIVantrel::RefreshWindowList() {
 void MDIVantrel::MDIForm_Load(const QString& commandLine) {
     commandLine_ = commandLine;
     Initialize();
+    TakeRememberedPrinter();
     show();
     ShowBoard();
     ShowCommentMovesWindow();

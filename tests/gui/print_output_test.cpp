@@ -182,3 +182,10 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
     printer.setOutputFileName(QString());
     printer.setOutputFormat(QPrinter::NativeFormat);
 }
+
+TEST_F(PrintTest, ThePrinterChosenInPrintSetupIsKeptForTheNextStartIfTheSystemStillHasIt) {
+    RememberPrinter(QStringLiteral("Office"));  // what an accepted Print Setup keeps
+    StartFrame();  // the next run
+    EXPECT_EQ(RememberedPrinter({"Home", "Office"}), "Office");
+    EXPECT_EQ(RememberedPrinter({"Home"}), "") << "a printer that has gone is not taken";
+}
