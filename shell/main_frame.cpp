@@ -189,6 +189,7 @@ MDIVantrel::MDIVantrel(QWidget* parent) : QMainWindow(parent) {
     previousWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6));
     connect(previousWindow, &QAction::triggered, mdiArea_, &QMdiArea::activatePreviousSubWindow);
     addActions({nextWindow, previousWindow});
+    InstallHelpKey(this);
 
     BuildMenus();
 

@@ -52,3 +52,19 @@ TEST_F(HelpTest, TheMenuOpensTheContentsFromTheHeadingsAndContextNumbersTheirTop
     EXPECT_EQ(HelpWindow::Instance(), help) << "one help window";
     EXPECT_TRUE(messages.messages.empty());
 }
+
+TEST_F(HelpTest, F1OpensTheTopicOfTheWindowWithTheFocusAndTheContentsElsewhere) {
+    ASSERT_TRUE(dir.InstallHelpFile());
+    MDIVantrel frame;
+    frmImportWizard wizard(&frame);
+    QTest::keyClick(wizard.txtInFile, Qt::Key_F1);
+    HelpWindow* help = HelpWindow::Instance();
+    ASSERT_NE(help, nullptr);
+    EXPECT_EQ(help->CurrentTopic(), "Importing games") << "the page's topic, as its Help button gives it";
+    QTest::keyClick(frame.MdiArea(), Qt::Key_F1);
+    EXPECT_EQ(help->CurrentTopic(), help->TopicTitles().first());
+    ShowHelpContext(144);
+    wizard.cmdHelp->setEnabled(false);  // an import runs
+    QTest::keyClick(wizard.txtInFile, Qt::Key_F1);
+    EXPECT_EQ(help->CurrentTopic(), "Importing a PGN file");
+}
