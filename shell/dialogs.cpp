@@ -62,12 +62,14 @@ std::unique_ptr<QMessageBox> MakeMessageBox(const MessageRequest& request) {
     if (request.buttons == Buttons::YesNo) b.setEscapeButton(QMessageBox::No);
     // A short text makes a narrow box, whose title bar would cut the title:
     // the box is made as wide as the title, in a bold face as title bars
-    // draw it, with room for the window's icon and close button.
+    // draw it, with room for the window's icon and its buttons. Some window
+    // managers draw minimize and maximize whatever the box asks for, so the
+    // room is for three.
     if (auto* grid = qobject_cast<QGridLayout*>(b.layout())) {
         QFont titleFont = b.font();
         titleFont.setBold(true);
         const int titleBarHeight = QFontMetrics(titleFont).height() + 12;
-        const int needed = QFontMetrics(titleFont).horizontalAdvance(b.windowTitle()) + 3 * titleBarHeight;
+        const int needed = QFontMetrics(titleFont).horizontalAdvance(b.windowTitle()) + 5 * titleBarHeight;
         grid->addItem(new QSpacerItem(needed, 0, QSizePolicy::Minimum, QSizePolicy::Fixed), grid->rowCount(), 0, 1,
                       grid->columnCount());
     }
