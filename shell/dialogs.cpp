@@ -3,7 +3,10 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QApplication>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QSpacerItem>
+#include <memory>
 
 #include "shell/forms.h"
 
@@ -35,26 +38,49 @@ QMessageBox::StandardButton ToStandard(Answer a) {
 
 }  // namespace
 
+std::unique_ptr<QMessageBox> MakeMessageBox(const MessageRequest& request) {
+    auto box = std::make_unique<QMessageBox>(QApplication::activeWindow());
+    QMessageBox& b = *box;
+    b.setWindowTitle(request.title.isEmpty() ? ProgramTitle() : request.title);
+    // A message box is moved and closed, never minimized or maximized.
+    b.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                     Qt::WindowCloseButtonHint);
+    b.setText(request.text);
+    switch (request.icon) {
+        case Icon::None: b.setIcon(QMessageBox::NoIcon); break;
+        case Icon::Information: b.setIcon(QMessageBox::Information); break;
+        case Icon::Exclamation: b.setIcon(QMessageBox::Warning); break;
+        case Icon::Question: b.setIcon(QMessageBox::Question); break;
+        case Icon::Critical: b.setIcon(QMessageBox::Critical); break;
+    }
+    switch (request.buttons) {
+        case Buttons::Ok: b.setStandardButtons(QMessageBox::Ok); break;
+        case Buttons::OkCancel: b.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
+        case Buttons::YesNo: b.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+    }
+    b.setDefaultButton(ToStandard(request.defaultAnswer));
+    if (request.buttons == Buttons::YesNo) b.setEscapeButton(QMessageBox::No);
+    // A short text makes a narrow box, whose title bar would cut the title:
+    // the box is made as wide as the title, in a bold face as title bars
+    // draw it, with room for the window's icon and its buttons. Some window
+    // managers draw minimize and maximize whatever the box asks for, so the
+    // room is for three.
+    if (auto* grid = qobject_cast<QGridLayout*>(b.layout())) {
+        QFont titleFont = b.font();
+        titleFont.setBold(true);
+        const int titleBarHeight = QFontMetrics(titleFont).height() + 12;
+        const int needed = QFontMetrics(titleFont).horizontalAdvance(b.windowTitle()) + 5 * titleBarHeight;
+        grid->addItem(new QSpacerItem(needed, 0, QSizePolicy::Minimum, QSizePolicy::Fixed), grid->rowCount(), 0, 1,
+                      grid->columnCount());
+    }
+    return box;
+}
+
 Answer MsgBox(const MessageRequest& request) {
     if (messageHandler()) return messageHandler()(request);
 
-    QMessageBox box(QApplication::activeWindow());
-    box.setWindowTitle(request.title.isEmpty() ? ProgramTitle() : request.title);
-    box.setText(request.text);
-    switch (request.icon) {
-        case Icon::None: box.setIcon(QMessageBox::NoIcon); break;
-        case Icon::Information: box.setIcon(QMessageBox::Information); break;
-        case Icon::Exclamation: box.setIcon(QMessageBox::Warning); break;
-        case Icon::Question: box.setIcon(QMessageBox::Question); break;
-        case Icon::Critical: box.setIcon(QMessageBox::Critical); break;
-    }
-    switch (request.buttons) {
-        case Buttons::Ok: box.setStandardButtons(QMessageBox::Ok); break;
-        case Buttons::OkCancel: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
-        case Buttons::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
-    }
-    box.setDefaultButton(ToStandard(request.defaultAnswer));
-    if (request.buttons == Buttons::YesNo) box.setEscapeButton(QMessageBox::No);
+    const std::unique_ptr<QMessageBox> made = MakeMessageBox(request);
+    QMessageBox& box = *made;
     const int pressed = box.exec();
     switch (pressed) {
         case QMessageBox::Ok: return Answer::Ok;

@@ -5,8 +5,10 @@
 
 #include <QString>
 #include <functional>
+#include <memory>
 
 class QDialog;
+class QMessageBox;
 class QWidget;
 
 namespace vantrel::ui {
@@ -28,6 +30,10 @@ struct MessageRequest {
 Answer MsgBox(const MessageRequest& request);
 Answer MsgBox(const QString& text, Buttons buttons = Buttons::Ok, Icon icon = Icon::None,
               const QString& title = QString(), Answer defaultAnswer = Answer::Ok);
+
+// The message box that MsgBox shows: the whole title in view, and only a
+// close button on its title bar.
+std::unique_ptr<QMessageBox> MakeMessageBox(const MessageRequest& request);
 
 // Runs a dialog modally (or hands it to the installed handler, which may
 // drive it and must close it or return a result). Returns QDialog::exec's

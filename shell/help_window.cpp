@@ -6,6 +6,9 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QMetaMethod>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -319,6 +322,44 @@ void ShowHelpContents() {
 void ShowHelpSearch() {
     if (HelpWindow* window = HelpWindow::Open()) window->ShowSearch();
 }
+
+namespace {
+
+// The topic of the nearest window around `w` that has one: > 0 a topic, < 0
+// no help now, 0 the contents.
+int HelpContextOf(QWidget* w) {
+    for (; w; w = w->parentWidget()) {
+        const QMetaObject* meta = w->metaObject();
+        const int index = meta->indexOfMethod("HelpContext()");
+        if (index < 0) continue;
+        int id = 0;
+        meta->method(index).invoke(w, Qt::DirectConnection, Q_RETURN_ARG(int, id));
+        return id;
+    }
+    return 0;
+}
+
+class HelpKey : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress || !watched->isWidgetType()) return false;
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() != Qt::Key_F1 || key->modifiers() != Qt::NoModifier) return false;
+        const int id = HelpContextOf(static_cast<QWidget*>(watched));
+        if (id > 0)
+            ShowHelpContext(id);
+        else if (id == 0)
+            ShowHelpContents();
+        return true;
+    }
+};
+
+}  // namespace
+
+void InstallHelpKey(QObject* owner) { QCoreApplication::instance()->installEventFilter(new HelpKey(owner)); }
 
 void ShowHelpContext(int id) {
     HelpWindow* window = HelpWindow::Open();

@@ -14,6 +14,15 @@ void ShowHelpContents();
 void ShowHelpSearch();
 void ShowHelpContext(int id);
 
+class QObject;
+
+// F1 anywhere in the program: the help window at the topic of the window
+// that has the focus, at the contents where that window has no topic. A
+// window names its topic by a method `int HelpContext()` marked
+// Q_INVOKABLE; a number below 0 there means no help just now. The key stays
+// with the program while `owner` lives.
+void InstallHelpKey(QObject* owner);
+
 class QLineEdit;
 class QListWidget;
 class QTabWidget;

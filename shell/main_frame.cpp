@@ -11,7 +11,9 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QProgressBar>
+#include <QScreen>
 #include <QSettings>
+#include <QGuiApplication>
 #include <algorithm>
 
 #include "board/board_window.h"
@@ -48,7 +50,9 @@ CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight) {
 }
 
 Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight) {
-    return Placement{innerWidth - boardWidth, innerHeight - boardHeight, boardWidth, boardHeight};
+    // A board larger than the inner area keeps its top left corner in view.
+    return Placement{std::max(0, innerWidth - boardWidth), std::max(0, innerHeight - boardHeight), boardWidth,
+                     boardHeight};
 }
 
 QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered) {
@@ -124,6 +128,13 @@ QRect DefaultFrameGeometry(const QRect& room, const QSize& design) {
     return QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size);
 }
 
+QRect FitOnScreen(const QRect& outer, const QRect& available) {
+    QRect fitted(outer.topLeft(), outer.size().boundedTo(available.size()));
+    fitted.moveLeft(std::clamp(fitted.left(), available.left(), available.left() + available.width() - fitted.width()));
+    fitted.moveTop(std::clamp(fitted.top(), available.top(), available.top() + available.height() - fitted.height()));
+    return fitted;
+}
+
 QString JoinCommandLine(const QStringList& arguments) { return arguments.join(QLatin1Char(' ')); }
 
 }  // namespace vantrel
@@ -173,6 +184,23 @@ MDIVantrel::MDIVantrel(QWidget* parent) : QMainWindow(parent) {
     mdiArea_->setBackground(QColor(0x8A, 0x93, 0xA3));
     setCentralWidget(mdiArea_);
     mdiArea_->viewport()->installEventFilter(this);
+    // Whichever way a library window comes to the front (Ctrl+Tab, Ctrl+F6,
+    // a click, the Window menu), its library becomes the active one. The
+    // frame's own return to the front after a dialog changes nothing.
+    connect(mdiArea_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sub) {
+        if (!sub || sub == frontWindow_) return;
+        frontWindow_ = sub;
+        if (auto* form = qobject_cast<frmTreeView*>(sub->widget()); form && !AppClosing) form->Form_Activate();
+    });
+    // Ctrl+F6 and Ctrl+Shift+F6 go round the child windows, as Ctrl+Tab does.
+    auto* nextWindow = new QAction(this);
+    nextWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F6));
+    connect(nextWindow, &QAction::triggered, mdiArea_, &QMdiArea::activateNextSubWindow);
+    auto* previousWindow = new QAction(this);
+    previousWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F6));
+    connect(previousWindow, &QAction::triggered, mdiArea_, &QMdiArea::activatePreviousSubWindow);
+    addActions({nextWindow, previousWindow});
+    InstallHelpKey(this);
 
     BuildMenus();
 
@@ -328,6 +356,10 @@ void MDIVantrel::RefreshWindowList() {
 void MDIVantrel::MDIForm_Load(const QString& commandLine) {
     commandLine_ = commandLine;
     Initialize();
+    TakeRememberedPrinter();
+    // The size in twips follows the font's DPI: a remembered frame, or the
+    // design size, may not fit this screen.
+    KeepOnScreen();
     show();
     ShowBoard();
     ShowCommentMovesWindow();
@@ -383,6 +415,51 @@ void MDIVantrel::changeEvent(QEvent* event) {
         static_cast<QWindowStateChangeEvent*>(event)->oldState().testFlag(Qt::WindowMinimized) && !isMinimized())
         ShowBoard();
     QMainWindow::changeEvent(event);
+}
+
+bool MDIVantrel::KeepOnScreen() {
+    if (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)) return false;
+    const QScreen* on = QGuiApplication::screenAt(frameGeometry().center());
+    if (!on) on = screen();
+    if (!on) return false;
+    // Until the window manager has framed the window, its outer size is its
+    // inner size.
+    const QSize frame = frameGeometry().size() - size();
+    const QRect fitted = FitOnScreen(frameGeometry(), on->availableGeometry());
+    if (fitted == frameGeometry()) return false;
+    resize(fitted.size() - frame);
+    move(fitted.topLeft());
+    return true;
+}
+
+// The first time the window manager's title bar and borders are known, the
+// frame is brought inside the screen once more, and the shared windows are
+// planned again in the inner area the frame really has.
+void MDIVantrel::FitWhenFramed() {
+    if (framed_ || !isVisible() || frameGeometry().size() == size()) return;
+    framed_ = true;
+    const QSize inner = mdiArea_->viewport()->size();
+    replan_ = KeepOnScreen();
+    if (replan_ && mdiArea_->viewport()->size() != inner) {
+        replan_ = false;
+        ShowBoard();
+        ShowCommentMovesWindow();
+    }
+}
+
+void MDIVantrel::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    FitWhenFramed();
+}
+
+void MDIVantrel::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    FitWhenFramed();
+}
+
+void MDIVantrel::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    FitWhenFramed();
 }
 
 void MDIVantrel::closeEvent(QCloseEvent* event) {
@@ -443,6 +520,10 @@ bool MDIVantrel::eventFilter(QObject* watched, QEvent* event) {
     if (watched == mdiArea_->viewport() && event->type() == QEvent::Resize) {
         // MDIForm_Resize: the board keeps to the bottom right corner.
         if (isVisible()) ShowBoard();
+        if (isVisible() && replan_) {
+            replan_ = false;
+            ShowCommentMovesWindow();
+        }
     } else if (event->type() == QEvent::Hide) {
         // A shared window that hides itself takes its sub-window along.
         auto* form = qobject_cast<QWidget*>(watched);
@@ -479,7 +560,7 @@ void MDIVantrel::ShowCommentMovesWindow() {
     const int boardH = PixelsToTwips(board->height());
     const CommentMovesPlan plan = PlanCommentsMoves(ScaleHeight(), boardH);
     CommentsMovesStacked = plan.stacked;
-    const int left = ScaleWidth() - boardW;
+    const int left = std::max(0, ScaleWidth() - boardW);
     SetGeometryTwips(comments, left, 0, boardW, plan.height);
     SetGeometryTwips(moves, left, plan.movesTop, boardW, plan.height);
     ShowInFront(&forms::Comments());

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -46,6 +47,11 @@ QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, 
 // size grown to 85% of the room on a larger screen, centred in it, and never
 // past 32,767 twips a side, so that the position saved from it comes back.
 QRect DefaultFrameGeometry(const QRect& room, const QSize& design);
+
+// A window's outer rectangle, title bar and borders included, brought inside
+// a screen's available area: no larger than the area, and moved no further
+// than it takes to lie wholly within it.
+QRect FitOnScreen(const QRect& outer, const QRect& available);
 
 // The settings store: named values in sections. Each value keeps its kind,
 // text or number, between runs: a text is not read as a number, nor a number
@@ -155,10 +161,20 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void BuildMenus();
+    // Keeps the whole frame, title bar and borders included, inside the
+    // available area of its screen, unless it is minimized or maximized.
+    // True when it had to move or size the frame.
+    bool KeepOnScreen();
+    // Once the window manager's frame is known: KeepOnScreen, and a new plan
+    // of the shared windows if the inner area changed.
+    void FitWhenFramed();
     void AdoptSharedWindow(QWidget* form);
     void RefreshWindowList();
     QString BrowseLibrary();
@@ -170,4 +186,7 @@ private:
     QAction* windowListSeparator_ = nullptr;
     QList<QAction*> windowListActions_;
     QString commandLine_;
+    bool framed_ = false;  // the window manager's frame has been measured once
+    bool replan_ = false;  // the start's plan waits for the inner area's new size
+    QPointer<QMdiSubWindow> frontWindow_;  // the child window last brought to the front
 };

@@ -407,6 +407,8 @@ bool frmImportWizard::eventFilter(QObject* watched, QEvent* event) {
 
 void frmImportWizard::cmdHelp_Click() { ShowHelpContext(PageHelpContext); }
 
+int frmImportWizard::HelpContext() const { return cmdHelp->isEnabled() ? PageHelpContext : -1; }
+
 // ---- the run ------------------------------------------------------------------
 
 import::ImportOptions frmImportWizard::Options() const {

@@ -29,6 +29,9 @@ public:
     int16_t CurrentPage = 0;
     // The help topic of the Help button.
     int16_t PageHelpContext = 137;
+    // F1's topic: the page's, as the Help button gives it; none while the
+    // button is disabled.
+    Q_INVOKABLE int HelpContext() const;
     // Set while an import runs; cleared by a Yes to "Cancel this import?" and
     // by a successful run. A failed run leaves it set.
     bool ImportRunning = false;

@@ -107,6 +107,9 @@ void frmMoves::SetMovelist(const std::string& szFullpath) {
     lstMoves->clear();
     for (const std::string& line : vantrel::library::MoveListLines(szFullpath))
         lstMoves->addItem(vantrel::FromLib(line));
+    // The list selects nothing, but its last line, the move now on the
+    // board, is always in view.
+    lstMoves->scrollToBottom();
 }
 
 void frmMoves::Clear() { lstMoves->clear(); }

@@ -171,6 +171,7 @@ frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
     connect(tvTreeView->verticalScrollBar(), &QScrollBar::valueChanged, this, &frmTreeView::FitColumn);
     connect(model_.get(), &QAbstractItemModel::modelReset, this, &frmTreeView::FitColumn, Qt::QueuedConnection);
     connect(cboListGames, &QComboBox::activated, this, [this](int) { cboListGames_Click(); });
+    cboListGames->installEventFilter(this);
 
     // 4800 x 6000 twips until the frame places the window.
     resize(TwipsToPixels(4800), TwipsToPixels(6000));
@@ -178,6 +179,7 @@ frmTreeView::frmTreeView(QWidget* parent) : QWidget(parent) {
 
 frmTreeView::~frmTreeView() {
     // The views go before the models they show.
+    cboListGames->removeEventFilter(this);
     delete tvTreeView;
     tvTreeView = nullptr;
     delete Picture1;
@@ -334,6 +336,15 @@ void frmTreeView::SelectNode(int node) {
 
 void frmTreeView::FocusTree() { tvTreeView->setFocus(Qt::OtherFocusReason); }
 
+void frmTreeView::Form_Activate() {
+    QWidget* control = lastFocus_ && lastFocus_->isVisibleTo(this) ? lastFocus_.data() : tvTreeView;
+    const bool treeGetsFocus = control == tvTreeView && !tvTreeView->hasFocus();
+    control->setFocus(Qt::ActiveWindowFocusReason);
+    // The tree's focus makes its library the active one; with the focus
+    // elsewhere the window in front still decides which library that is.
+    if (!treeGetsFocus || !tvTreeView->hasFocus()) tvTreeView_GotFocus();
+}
+
 void frmTreeView::EnsureVisible(int node) {
     // Open the ancestors, top down, then bring the node into view.
     std::vector<int> line = contents_.tree.LineTo(node);
@@ -450,6 +461,8 @@ void frmTreeView::UnloadSelf() {
 }
 
 bool frmTreeView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn && (watched == tvTreeView || watched == cboListGames))
+        lastFocus_ = static_cast<QWidget*>(watched);
     if (watched == tvTreeView && event->type() == QEvent::FocusIn) {
         tvTreeView_GotFocus();
     } else if (watched == tvTreeView->viewport() && event->type() == QEvent::MouseButtonPress) {

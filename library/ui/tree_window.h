@@ -1,6 +1,7 @@
 // frmTreeView: the window of one open library.
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 #include <cstdint>
@@ -65,6 +66,11 @@ public:
     void SelectNode(int node);
     void FocusTree();
 
+    // The window has come to the front of the frame: the focus goes back to
+    // the control that last had it, the tree if none has, and its library
+    // becomes the active one.
+    void Form_Activate();
+
     // The caption (library name) as shown in the window's title.
     QString Caption() const;
 
@@ -111,4 +117,5 @@ private:
     bool syncingSelection_ = false;
     bool clickHandled_ = false;  // the press of this click already changed the node
     bool unloading_ = false;
+    QPointer<QWidget> lastFocus_;  // the control of the window that last had the focus
 };

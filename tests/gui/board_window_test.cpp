@@ -78,6 +78,12 @@ TEST_F(SharedWindowsTest, CommentsAndMovesShowLibraryTextInControlsThatFillTheir
     QCoreApplication::processEvents();
     EXPECT_EQ(moves.lstMoves->geometry(), moves.rect());
     EXPECT_EQ(comments.txtComments->geometry(), comments.rect());
+    std::string deep = "e4";
+    for (int i = 0; i < 40; ++i) deep += "\\Nf3";
+    moves.SetMovelist(deep);
+    const QRect last = moves.lstMoves->visualItemRect(moves.lstMoves->item(moves.lstMoves->count() - 1));
+    EXPECT_TRUE(moves.lstMoves->viewport()->rect().contains(last)) << "the end of a deep line is in view";
+    EXPECT_TRUE(moves.lstMoves->selectedItems().isEmpty());
 }
 
 TEST_F(SharedWindowsTest, TheRightButtonOffersTheBoardMenuOnASquareAndTheOtherWindowWhileStacked) {

@@ -22,7 +22,7 @@ TEST_F(HelpTest, AMissingHelpFileIsReported) {
     EXPECT_EQ(HelpWindow::Instance(), nullptr);
 }
 
-TEST_F(HelpTest, TheMenuOpensTheContentsFromTheHeadingsAndContextNumbersTheirTopics) {
+TEST_F(HelpTest, TheMenuAndF1OpenTheContentsFromTheHeadingsAndContextNumbersTheirTopics) {
     ASSERT_TRUE(dir.InstallHelpFile());
     MDIVantrel frame;
     frame.m_help_contents->trigger();
@@ -50,5 +50,16 @@ TEST_F(HelpTest, TheMenuOpensTheContentsFromTheHeadingsAndContextNumbersTheirTop
     frame.m_search_help->trigger();
     EXPECT_EQ(help->tabs->currentIndex(), 1);
     EXPECT_EQ(HelpWindow::Instance(), help) << "one help window";
+    // F1: the wizard's page topic, as its Help button gives it; elsewhere the
+    // contents; nothing while an import runs.
+    frmImportWizard wizard(&frame);
+    QTest::keyClick(wizard.txtInFile, Qt::Key_F1);
+    EXPECT_EQ(help->CurrentTopic(), "Importing games");
+    QTest::keyClick(frame.MdiArea(), Qt::Key_F1);
+    EXPECT_EQ(help->CurrentTopic(), titles.first());
+    ShowHelpContext(144);
+    wizard.cmdHelp->setEnabled(false);
+    QTest::keyClick(wizard.txtInFile, Qt::Key_F1);
+    EXPECT_EQ(help->CurrentTopic(), "Importing a PGN file");
     EXPECT_TRUE(messages.messages.empty());
 }

@@ -150,7 +150,7 @@ TEST_F(PrintTest, ALineOfMoreThan201NodesAFileInTheWayAndAFailingPrinterAreRepor
     EXPECT_FALSE(QFileInfo::exists(Temp()));
 }
 
-TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
+TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialogAndTheNextStartTakesItAgain) {
     print::SetPdfTarget(QString());
     QString title;
     QPrinter* used = nullptr;
@@ -181,4 +181,8 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialog) {
     EXPECT_EQ(PdfPages(chosen), Expected(form, 1));
     printer.setOutputFileName(QString());
     printer.setOutputFormat(QPrinter::NativeFormat);
+    RememberPrinter(QStringLiteral("Office"));  // what an accepted Print Setup keeps
+    StartFrame();  // the next run
+    EXPECT_EQ(RememberedPrinter({"Home", "Office"}), "Office");
+    EXPECT_EQ(RememberedPrinter({"Home"}), "") << "a printer that has gone is not taken";
 }

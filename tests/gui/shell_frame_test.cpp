@@ -224,10 +224,10 @@ TEST_F(SettingsTest, OnlyTRemembersAndUncheckingSavesNothingSoTheOldPositionStay
     CloseFrame();
     EXPECT_EQ(SettingsStore().allKeys().size(), 2) << "nothing saved at exit";
     Remembered({{"MDIVantrelWinState", 0}, {"MDIVantrelLeft", 1200}, {"MDIVantrelTop", 600},
-                {"MDIVantrelWidth", 9600}, {"MDIVantrelHeight", 7200}});
+                {"MDIVantrelWidth", 7200}, {"MDIVantrelHeight", 5400}});
     StartFrame();
     ASSERT_TRUE(frame->mWRememberPositions->isChecked());
-    EXPECT_EQ(QRect(frame->pos(), frame->size()), QRect(100, 50, 800, 600));
+    EXPECT_EQ(QRect(frame->pos(), frame->size()), QRect(100, 50, 600, 450));
     frame->mWRememberPositions->trigger();
     EXPECT_FALSE(SmartForms);
     frame->move(300, 300);
@@ -240,7 +240,7 @@ TEST_F(SettingsTest, ACheckedItemSavesThePositionInTwipsWithinSixteenBitsAndTheN
     StartFrame();
     frame->mWRememberPositions->trigger();
     EXPECT_TRUE(frame->mWRememberPositions->isChecked());
-    frame->setGeometry(40, 50, 900, 700);
+    frame->setGeometry(40, 50, 700, 500);
     QCoreApplication::processEvents();
     const QRect at(frame->pos(), frame->size());
     CloseFrame();
@@ -267,4 +267,36 @@ TEST_F(SettingsTest, AFrameClosedMinimizedComesBackSo) {
     EXPECT_EQ(forms::Board().Board(), kStart) << "Reset still ran";
     frame->showNormal();
     EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible()) << "a restore places the board";
+}
+
+TEST(MessageBoxTest, AShortBoxShowsItsWholeTitleWithOnlyACloseButton) {
+    const auto box = ui::MakeMessageBox({"x", "Select another file", ui::Buttons::Ok, ui::Icon::Exclamation});
+    box->show();
+    const Qt::WindowFlags flags = box->windowHandle()->flags();
+    EXPECT_TRUE(flags.testFlag(Qt::WindowCloseButtonHint) && flags.testFlag(Qt::CustomizeWindowHint));
+    EXPECT_FALSE(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+    // A title bar draws its title in bold beside the window's icon and the
+    // close button, each a square as high as the bar.
+    QFont bold = box->font();
+    bold.setBold(true);
+    const int bar = QFontMetrics(bold).height() + 8;
+    EXPECT_GE(box->width(), QFontMetrics(bold).horizontalAdvance(box->windowTitle()) + 2 * bar);
+}
+
+// Twips follow the font's DPI: a frame remembered, or designed, on a screen
+// of fewer pixels to the inch is larger than this screen.
+TEST_F(SettingsTest, TheFrameAndItsWindowsKeepInsideTheScreensAvailableAreaRememberedOrNot) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const auto inside = [&] {
+        EXPECT_TRUE(screen.contains(frame->frameGeometry())) << "frame";
+        for (QWidget* w : {static_cast<QWidget*>(&forms::Board()), static_cast<QWidget*>(&forms::Comments()), static_cast<QWidget*>(&forms::Moves())})
+            EXPECT_TRUE(frame->MdiArea()->viewport()->rect().contains(forms::OuterWindow(w)->geometry())) << w->windowTitle().toStdString();
+    };
+    StartFrame();
+    inside();
+    Remembered({{"MDIVantrelWinState", 0}, {"MDIVantrelLeft", PixelsToTwips(screen.width() / 2)}, {"MDIVantrelTop", 480},
+                {"MDIVantrelWidth", PixelsToTwips(screen.width() * 7 / 4)}, {"MDIVantrelHeight", PixelsToTwips(screen.height() * 7 / 4)}});
+    StartFrame();
+    inside();
+    EXPECT_EQ(FitOnScreen(QRect(-50, 900, 400, 300), QRect(0, 20, 1000, 700)), QRect(0, 420, 400, 300));
 }

@@ -167,3 +167,25 @@ TEST_F(RegisterTest, ANewLibraryTakesTheLeftOfTheFrameBesideTheBoard) {
     const int boardWidth = forms::OuterWindow(&forms::Board())->width();
     EXPECT_EQ(forms::OuterWindow(form)->geometry(), QRect(0, 0, inner.width() - boardWidth, inner.height()));
 }
+
+TEST_F(RegisterTest, TheLibraryBroughtToTheFrontIsTheActiveOneWithTheFocusGivenBackWhereItWas) {
+    StartFrame();
+    frame->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));
+    frmTreeView* a = Open(Named("A", 'P'), "a.vnb");
+    frmTreeView* b = Open(Named("B", 'N'), "b.vnb");
+    ASSERT_TRUE(a && b);
+    QMdiArea* area = frame->MdiArea();
+    const auto front = [&] { return std::tuple(QApplication::focusWidget(), forms::TreeViews().Active(), forms::Board().Board()); };
+    area->setActiveSubWindow(a->SubWindow());  // the Window menu, a click on the frame
+    EXPECT_EQ(front(), std::tuple(static_cast<QWidget*>(a->tvTreeView), a, Layout('P')));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ControlModifier);
+    EXPECT_EQ(area->activeSubWindow(), b->SubWindow());
+    b->cboListGames->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    ASSERT_EQ(area->activeSubWindow(), a->SubWindow());
+    EXPECT_EQ(front(), std::tuple(static_cast<QWidget*>(a->tvTreeView), a, Layout('P')));
+    area->setActiveSubWindow(b->SubWindow());
+    EXPECT_EQ(front(), std::tuple(static_cast<QWidget*>(b->cboListGames), b, Layout('N')))
+        << "the control that last had the focus, and the library in front is the active one";
+}
