@@ -417,6 +417,7 @@ private:
                 if (!host_.Running()) return false;
                 const int16_t n = options_.pgn ? ReadPgnGame(state, game_, tags_)
                                                : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
+                host_.ReadProgress(file.BytesRead());
                 if (n < 0) continue;
                 if (!play(++number, n)) return false;
             }

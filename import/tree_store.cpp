@@ -109,6 +109,7 @@ public:
                                       : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
                 if (n > 0) result = true;
                 if (n >= 0) host_.GameRead(++gameNumber, n, game_);
+                host_.ReadProgress(file.BytesRead());
 
                 if (PlayGame(table, n) == GameEnd::Cancelled) {
                     result = false;

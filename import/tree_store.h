@@ -64,6 +64,9 @@ public:
     // `lastPly` plies; the moves are about to be played. Nothing to do for
     // the wizard; the command line uses it to name games in its reports.
     virtual void GameRead(int32_t /*number*/, int16_t /*lastPly*/, const GameRecord& /*game*/) {}
+    // After each game: how many bytes of the file (as it lies on disk,
+    // packed or not) have been read so far.
+    virtual void ReadProgress(int64_t /*bytesRead*/) {}
     // The import fails while game `number` is being read or played, at line
     // `line` of the file; `game` holds what was read of it. Comes before the
     // failure is told.

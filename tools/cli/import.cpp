@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cctype>
 #include <cerrno>
 #include <climits>
@@ -75,6 +76,9 @@ constexpr const char* kImportHelp =
     "                       children of a node come most-played first\n"
     "  --fit                counting mode: the smallest K for which the tree opens\n"
     "                       in a window (at most 32767 nodes); stderr tells the K\n"
+    "  --progress           a status line on stderr while the games are read (the\n"
+    "                       default on a terminal): bytes read of the file's\n"
+    "                       size, games, games a second and the time left\n"
     "  --counts             counting mode: every node reads \"move: N games, S%\",\n"
     "                       S being White's score in the games with a result\n"
     "\n"
@@ -100,7 +104,36 @@ const char* ReasonText(int16_t code) {
 
 class CliHost : public import::ImportHost {
 public:
-    CliHost(bool overwrite, bool repair, std::string file) : overwrite_(overwrite), repair_(repair), file_(std::move(file)) {}
+    CliHost(bool overwrite, bool repair, std::string file, bool progress)
+        : overwrite_(overwrite), repair_(repair), file_(std::move(file)), progress_(progress), size_(FileSize()) {}
+
+    // One status line on stderr, drawn again at most ten times a second:
+    // bytes read of the file's size, games, games a second, time left.
+    void ReadProgress(int64_t bytes) override {
+        if (!progress_) return;
+        const auto now = std::chrono::steady_clock::now();
+        if (shown_ && now - drawn_ < std::chrono::milliseconds(100)) return;
+        drawn_ = now;
+        const double seconds = std::chrono::duration<double>(now - start_).count();
+        const double share = size_ > 0 ? std::min(1.0, static_cast<double>(bytes) / static_cast<double>(size_)) : 0;
+        std::string left = "-";
+        if (share > 0.001 && seconds > 0.5) {
+            const auto s = static_cast<long>(seconds * (1 - share) / share + 0.5);
+            left = s >= 3600 ? std::to_string(s / 3600) + " h " + std::to_string(s / 60 % 60) + " min"
+                   : s >= 60 ? std::to_string(s / 60) + " min " + std::to_string(s % 60) + " s"
+                             : std::to_string(s) + " s";
+        }
+        std::fprintf(stderr, "\r%.1f of %.1f MB (%d%%), %d games, %.0f games/s, %s left\033[K",
+                     static_cast<double>(bytes) / 1e6, static_cast<double>(size_) / 1e6, static_cast<int>(share * 100),
+                     gameNumber_, seconds > 0 ? gameNumber_ / seconds : 0.0, left.c_str());
+        std::fflush(stderr);
+        shown_ = true;
+    }
+    // Takes the status line away before anything else is said.
+    void ClearStatus() {
+        if (shown_) std::fputs("\r\033[K", stderr);
+        shown_ = false;
+    }
 
     void ShowCount(const std::string&) override {}
     bool Running() const override { return gInterrupted == 0; }
@@ -133,17 +166,20 @@ public:
             errorCode = fix.result;
         }
         ++unresolved_;
+        ClearStatus();
         std::fprintf(stderr, "game %d (%s), ply %d, move %s: %s; rest of the game skipped\n", gameNumber_,
                      Out(gameName_).c_str(), ply, Out(game.GameMoves[ply]).c_str(), ReasonText(errorCode));
         return import::kFixSkip;
     }
 
     bool AskOverwrite(const std::string& text) override {
+        ClearStatus();
         if (!overwrite_) std::fprintf(stderr, "%s  Not overwritten (use --overwrite).\n", Out(text).c_str());
         return overwrite_;
     }
 
     void Message(const std::string& text, const std::string& title) override {
+        ClearStatus();
         if (title.empty())
             std::fprintf(stderr, "%s\n", Out(text).c_str());
         else
@@ -151,6 +187,7 @@ public:
     }
 
     void ShowError(const std::string& description, int number) override {
+        ClearStatus();
         std::fprintf(stderr, "The following Error occurred: %s (Number: %d)\n", Out(description).c_str(), number);
         // What the window leaves at that, the command line explains.
         std::string why;
@@ -175,7 +212,10 @@ public:
         return ::stat(file_.c_str(), &st) == 0 ? static_cast<int64_t>(st.st_size) : -1;
     }
 
-    void Notice(const std::string& text) override { std::fprintf(stderr, "%s\n", Out(text).c_str()); }
+    void Notice(const std::string& text) override {
+        ClearStatus();
+        std::fprintf(stderr, "%s\n", Out(text).c_str());
+    }
 
     // Parents are written ahead of their children; a record whose parent
     // isn't in the file stands at the top.
@@ -196,6 +236,10 @@ private:
     bool overwrite_;
     bool repair_;
     std::string file_;
+    bool progress_;
+    int64_t size_;
+    bool shown_ = false;
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now(), drawn_;
     std::string where_;  // the game and the line an import failed in
     int repaired_ = 0;
     int32_t lastGame_ = 0;
@@ -293,6 +337,8 @@ int Import(int argc, char** argv) {
     const CLI::Option* minGamesGiven = args.Value("--min-games", minGames);
     args.Flag("--fit", counting.fit);
     args.Flag("--counts", counting.counts);
+    bool progress = false;
+    args.Flag("--progress", progress);
     if (const auto status = args.Parse(argc, argv)) return *status;
     const bool countingMode = minGamesGiven->count() > 0 || counting.fit || counting.counts;
     if (minGamesGiven->count() > 0) {
@@ -360,7 +406,7 @@ int Import(int argc, char** argv) {
     }
 
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, OnInterrupt);
-    CliHost host(overwrite, repair, options.inFile);
+    CliHost host(overwrite, repair, options.inFile, progress || ::isatty(STDERR_FILENO));
     const int64_t sizeBefore = host.FileSize();
     const auto warnIfCut = [&] {
         const int64_t sizeAfter = host.FileSize();
@@ -372,6 +418,7 @@ int Import(int argc, char** argv) {
     if (countingMode) {
         import::CountingReport report;
         const bool built = import::BuildCountedLibrary(options, counting, host, report);
+        host.ClearStatus();
         warnIfCut();
         if (!built) {
             std::fprintf(stderr, "%s\n", gInterrupted ? "Import cancelled by user" : "Couldn't create library");
@@ -387,7 +434,9 @@ int Import(int argc, char** argv) {
         return 0;
     }
     import::ImportSession session;
-    if (!import::BuildTree(options, host, session)) {
+    const bool built = import::BuildTree(options, host, session);
+    host.ClearStatus();
+    if (!built) {
         warnIfCut();
         std::fprintf(stderr, "%s\n", gInterrupted ? "Import cancelled by user" : "Couldn't parse moves list");
         return 1;
