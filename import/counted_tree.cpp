@@ -141,13 +141,6 @@ private:
     std::string line_, record_;
 };
 
-// What a kept node shows of the first game that reached it: the game's name
-// and the comment of each of its plies.
-struct FirstGame {
-    std::string name;
-    std::vector<std::string> comments;  // of plies 1, 2, ...
-};
-
 // The names and comments of all games, each read back only if its game
 // is the first to reach a kept node. A text is its length (4 bytes) and its
 // bytes; a record is the name, the number of plies (2 bytes) and a comment
@@ -163,15 +156,16 @@ public:
         Put(record_.data(), record_.size());
         return at;
     }
-    FirstGame Read(uint64_t at) {
+    // The name of the game at `at`, and its comment of ply `ply`.
+    void Read(uint64_t at, int16_t ply, std::string& name, std::string& comment) {
         Seek(at);
-        FirstGame g;
-        g.name = Text();
+        name = Text();
         int16_t plies = 0;
         Get(&plies, 2);
-        for (int16_t i = 1; i <= plies; ++i) g.comments.push_back(Text());
+        comment.clear();
+        for (int16_t i = 1; i <= std::min(ply, plies); ++i) comment = Text();
+        if (ply > plies) comment.clear();
         std::fseek(file_, 0, SEEK_END);
-        return g;
     }
 
 private:
@@ -370,8 +364,6 @@ public:
         roots_ = std::move(counter.roots);
         Order(roots_);
         for (KeptNode& n : kept_) Order(n.children);
-        for (const KeptNode& n : kept_)
-            if (!first_.count(n.firstGame)) first_.emplace(n.firstGame, side_.Read(n.firstSide));
         report.minGames = static_cast<int32_t>(minGames);
         report.nodes = static_cast<int64_t>(kept_.size());
         return Write();
@@ -492,23 +484,18 @@ private:
     static constexpr size_t kPlayedLines = size_t{1} << 15;
     std::vector<PlayedLine> played_ = std::vector<PlayedLine>(kPlayedLines);
 
-    std::string Description(const KeptNode& n, bool newBranch) const {
+    // The text of a node: its move, and its count and score or the name of
+    // the first game that reached it.
+    std::string Description(const KeptNode& n, bool newBranch, const std::string& name) const {
         std::string text = n.move;
         if (counting_.counts) {
             text += ": " + std::to_string(n.games) + " games";
             const int score = ScorePercent(n.wins, n.draws, n.losses);
             if (score >= 0) text += ", " + std::to_string(score) + "%";
-        } else if (newBranch) {
-            const std::string& name = first_.at(n.firstGame).name;
-            if (!IsBlankText(name)) text += ": " + name;
+        } else if (newBranch && !IsBlankText(name)) {
+            text += ": " + name;
         }
         return text;
-    }
-
-    std::string Remarks(const KeptNode& n) const {
-        const FirstGame& g = first_.at(n.firstGame);
-        const size_t ply = static_cast<size_t>(n.depth);
-        return ply <= g.comments.size() ? g.comments[ply - 1] : std::string();
     }
 
     bool Write() {
@@ -544,7 +531,7 @@ private:
         boards[0].EnPassant = {};
         int32_t counter = 0;
         library::LibraryNodeRecord record;
-        std::string move;
+        std::string move, gameName;
         auto visit = [&](auto&& self, const std::vector<int32_t>& places, int32_t parent, size_t depth) -> void {
             if (boards.size() <= depth + 1) boards.resize(depth + 2);
             for (size_t k = 0; k < places.size(); ++k) {
@@ -556,8 +543,9 @@ private:
                 record.index = ++counter;
                 record.parent = parent;
                 record.new_branch = newBranch;
-                record.description = Description(n, newBranch);
-                record.remarks = Remarks(n);
+                // The first game that reached the node: its name, and its comment there.
+                side_.Read(n.firstSide, n.depth, gameName, record.remarks);
+                record.description = Description(n, newBranch, gameName);
                 boards[depth + 1].BoardToLayout(record.BoardLayout);
                 if (!writer.WriteRecord(record)) ThrowWrite(writer, fileName);
                 self(self, n.children, record.index, depth + 1);
@@ -595,7 +583,6 @@ private:
     std::string remarks_;
     std::vector<KeptNode> kept_;
     std::vector<int32_t> roots_;
-    std::unordered_map<uint32_t, FirstGame> first_;
 };
 
 }  // namespace

@@ -76,9 +76,9 @@ struct Game {
 
 // Plays on from `pos`, at ply `from` + 1, up to ply `plies` (fewer if the
 // game ends in mate or stalemate), adding to `game`. Early moves come from
-// the few best-looking ones, so that games share openings; later moves are
-// freer.
-inline void PlayOn(Rng& rng, Position pos, int from, int plies, Game& game) {
+// the few best-looking ones, so that games share openings; later moves, and
+// all of them when `free`, come from every legal move.
+inline void PlayOn(Rng& rng, Position pos, int from, int plies, Game& game, bool free = false) {
     std::vector<Move> legal;
     std::vector<std::pair<int, size_t>> ranked;
     for (int ply = from + 1; ply <= plies; ++ply) {
@@ -89,7 +89,7 @@ inline void PlayOn(Rng& rng, Position pos, int from, int plies, Game& game) {
         std::sort(ranked.begin(), ranked.end());
         std::string san;
         Move chosen;
-        const size_t width = ply <= 6 ? 2 + ply / 3 : ply <= 16 ? 6 : ranked.size();
+        const size_t width = free ? ranked.size() : ply <= 6 ? 2 + ply / 3 : ply <= 16 ? 6 : ranked.size();
         for (int attempt = 0; attempt < 8 && san.empty() && !ranked.empty(); ++attempt) {
             const size_t pool = std::min(width, ranked.size());
             // Lean towards the front of the pool.
@@ -176,14 +176,15 @@ public:
     }
 
     // A game opening with a line drawn from the book and going on with
-    // made-up moves up to `plies`.
+    // made-up moves up to `plies`, so that what follows the book is the
+    // game's own.
     Game Play(Rng& rng, int plies) const {
         const double draw = static_cast<double>(rng.Next() % 1000000) / 1000000.0 * cumulative_.back();
         const auto pick = static_cast<size_t>(std::lower_bound(cumulative_.begin(), cumulative_.end(), draw) -
                                               cumulative_.begin());
         const Line& line = lines_[std::min(pick, lines_.size() - 1)];
         Game game = line.game;
-        PlayOn(rng, line.end, static_cast<int>(game.moves.size()), plies, game);
+        PlayOn(rng, line.end, static_cast<int>(game.moves.size()), plies, game, true);
         return game;
     }
 
