@@ -451,6 +451,7 @@ bool frmImportWizard::RunImport() {
     import::ImportSession session;
 
     const bool built = Guarded([&] { return import::BuildTree(options, *this, session); });
+    RunPendingEvents();
     ShowPendingCount();
     if (!built) {
         lstStatus->addItem(ImportRunning ? QStringLiteral("Couldn't parse moves list")
@@ -462,6 +463,7 @@ bool frmImportWizard::RunImport() {
     lstStatus->addItem(QStringLiteral("Creating library '") + bookName + QStringLiteral(".vnb'"));
 
     const bool written = Guarded([&] { return import::WriteLibrary(options, *this, session); });
+    RunPendingEvents();
     ShowPendingCount();
     if (!written) {
         lstStatus->addItem(QStringLiteral("Couldn't create library '") + bookName + QStringLiteral(".vnb'"));
@@ -489,13 +491,27 @@ void frmImportWizard::ShowPendingCount() {
     countShown_.start();
 }
 
-void frmImportWizard::Yield() { DoEvents(); }
+// Pending events run at a new record once a millisecond has passed since
+// they last ran, and always before a question, a message and the end of a
+// step: a click on Cancel is still seen at the next record after it, and no
+// event waits longer than a millisecond of work, without a pass through the
+// event loop for every record.
+void frmImportWizard::Yield() {
+    if (yielded_.isValid() && yielded_.nsecsElapsed() < 1000000) return;
+    RunPendingEvents();
+}
+
+void frmImportWizard::RunPendingEvents() {
+    DoEvents();
+    yielded_.start();
+}
 
 bool frmImportWizard::Running() const { return ImportRunning; }
 
 int16_t frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, import::GameRecord& game,
                                     const chess::ImportBoard& board) {
     ShowPendingCount();
+    RunPendingEvents();
     BadMoveIndex = ply;
     GameMoveCount = lastPly;
     MoveErrorCode = errorCode;
@@ -512,17 +528,20 @@ int16_t frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorC
 
 bool frmImportWizard::AskOverwrite(const std::string& text) {
     ShowPendingCount();
+    RunPendingEvents();
     if (closePending_) return false;
     return ui::MsgBox(StoreText(text), ui::Buttons::OkCancel, ui::Icon::Question) == ui::Answer::Ok;
 }
 
 void frmImportWizard::Message(const std::string& text, const std::string& title) {
     ShowPendingCount();
+    RunPendingEvents();
     ui::MsgBox(StoreText(text), ui::Buttons::Ok, ui::Icon::None, StoreText(title));
 }
 
 void frmImportWizard::ShowError(const std::string& description, int number) {
     ShowPendingCount();
+    RunPendingEvents();
     vantrel::ShowError(StoreText(description), number);
 }
 

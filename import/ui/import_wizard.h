@@ -77,6 +77,7 @@ public:
     // ImportHost
     void ShowCount(const std::string& text) override;
     void Yield() override;
+    void RunPendingEvents();
     bool Running() const override;
     int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, vantrel::import::GameRecord& game,
                        const vantrel::chess::ImportBoard& board) override;
@@ -115,6 +116,7 @@ private:
     // at most once a frame, and always before the user is asked or told.
     std::string pendingCount_;
     QElapsedTimer countShown_;
+    QElapsedTimer yielded_;  // since the last time pending events ran
     bool closePending_ = false;
     bool unloading_ = false;
 };
