@@ -261,11 +261,13 @@ private:
 // A node that stays in the tree.
 struct KeptNode {
     std::string move;
-    int64_t games = 0, wins = 0, draws = 0, losses = 0;
+    int32_t games = 0, wins = 0, draws = 0, losses = 0;
     uint32_t firstGame = 0;
     uint64_t firstSide = 0;  // the first game's side record
     int16_t depth = 0;
-    std::vector<int32_t> children;  // places in the kept list
+    // Places in the kept list of the first child and of the next sibling,
+    // in the order the lines were met; -1 for none.
+    int32_t firstChild = -1, nextSibling = -1;
 };
 
 // Walks the merged lines and keeps every node at least `minGames` games
@@ -328,7 +330,10 @@ private:
             ++(*histogram_)[o.node.games];
         } else if (o.node.games >= minGames_) {
             o.node.move.assign(previous_, o.start, o.end - 1 - o.start);
-            o.node.children = std::move(o.children);
+            for (size_t k = 0; k < o.children.size(); ++k) {
+                if (k == 0) o.node.firstChild = o.children[0];
+                if (k + 1 < o.children.size()) kept[static_cast<size_t>(o.children[k])].nextSibling = o.children[k + 1];
+            }
             const auto place = static_cast<int32_t>(kept.size());
             kept.push_back(std::move(o.node));
             (open_.size() > 1 ? open_[open_.size() - 2].children : roots).push_back(place);
@@ -363,7 +368,6 @@ public:
         kept_ = std::move(counter.kept);
         roots_ = std::move(counter.roots);
         Order(roots_);
-        for (KeptNode& n : kept_) Order(n.children);
         report.minGames = static_cast<int32_t>(minGames);
         report.nodes = static_cast<int64_t>(kept_.size());
         return Write();
@@ -548,7 +552,11 @@ private:
                 record.description = Description(n, newBranch, gameName);
                 boards[depth + 1].BoardToLayout(record.BoardLayout);
                 if (!writer.WriteRecord(record)) ThrowWrite(writer, fileName);
-                self(self, n.children, record.index, depth + 1);
+                std::vector<int32_t> children;
+                for (int32_t c = n.firstChild; c >= 0; c = kept_[static_cast<size_t>(c)].nextSibling)
+                    children.push_back(c);
+                Order(children);
+                self(self, children, record.index, depth + 1);
             }
         };
         visit(visit, roots_, 0, 0);
