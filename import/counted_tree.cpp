@@ -278,14 +278,15 @@ public:
         : minGames_(minGames), histogram_(histogram) {}
 
     void Take(const LineRecord& r) {
-        // How many moves this line shares with the one before.
+        // How many moves this line shares with the one before: those that end
+        // before the first byte in which the two differ.
+        const size_t common = static_cast<size_t>(
+            std::mismatch(r.line.begin(), r.line.begin() + static_cast<long>(std::min(r.line.size(), previous_.size())),
+                          previous_.begin())
+                .first -
+            r.line.begin());
         size_t shared = 0, at = 0;
-        while (shared < open_.size()) {
-            const size_t end = open_[shared].end;
-            if (end > r.line.size() || r.line.compare(0, end, previous_, 0, end) != 0) break;
-            at = end;
-            ++shared;
-        }
+        while (shared < open_.size() && open_[shared].end <= common) at = open_[shared++].end;
         while (open_.size() > shared) Close();
         for (size_t end; at < r.line.size(); at = end + 1) {
             end = r.line.find(kEndOfMove, at);
@@ -434,13 +435,19 @@ private:
             board_.ResetImportBoard();
             line.clear();
             uint64_t hash = kHashStart;
+            bool known = true;  // the line so far was found among those played
             for (int16_t i = 1; i <= n; ++i) {
-                // A line played before is not resolved again.
-                hash = HashOn(hash, game_.GameMoves[i]);
-                PlayedLine& played = played_[hash & (kPlayedLines - 1)];
-                if (played.hash == hash) {
-                    board_ = played.board;
-                    line += played.move;
+                // A line played before is not resolved again. Lines are kept
+                // only as far as games share them, so past the first move
+                // not found there is nothing more to look for.
+                PlayedLine* played = nullptr;
+                if (known) {
+                    hash = HashOn(hash, game_.GameMoves[i]);
+                    played = &played_[hash & (kPlayedLines - 1)];
+                }
+                if (played && played->hash == hash) {
+                    board_ = played->board;
+                    line += played->move;
                     line += kEndOfMove;
                     continue;
                 }
@@ -460,8 +467,16 @@ private:
                     }
                 }
                 if (rc != chess::kResolved) break;  // the game counts up to its last resolved move
-                // A move that needed the repair dialog is asked about each time.
-                if (!asked) played = {hash, board_, move};
+                // A line is kept one move past the known part, so that lines
+                // many games share grow deep and a game's own moves don't
+                // push them out. A move that needed the repair dialog is
+                // asked about each time.
+                if (played && !asked) {
+                    played->hash = hash;
+                    played->board = board_;
+                    played->move = move;
+                }
+                known = false;
                 line += move;
                 line += kEndOfMove;
             }
