@@ -3,6 +3,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -400,7 +404,10 @@ private:
         return minimum;
     }
 
-    // Opens the file and reads it game by game, `play` taking each one.
+    // Opens the file and reads it game by game, `play` taking each one. The
+    // games are read on a second thread and handed over in the order of the
+    // file, so that reading and playing overlap; the host hears everything
+    // on this thread, in the same order as from one thread.
     template <typename Play>
     bool ForEachGame(Play&& play) {
         LineSource file;
@@ -408,19 +415,94 @@ private:
         if (!file.Open(inFile_)) throw FileNotOpened{};
         state.ImportFile = &file;
         state.PlyLimit = options_.plyLimit;
-        uint32_t number = 0;
-        try {
-            while (!state.ImportAtEnd) {
-                if (!host_.Running()) return false;
-                const int16_t n = options_.pgn ? ReadPgnGame(state, game_, tags_)
-                                               : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
-                host_.ReadProgress(file.BytesRead());
-                if (n < 0) continue;
-                if (!play(++number, n)) return false;
+
+        struct Slot {
+            GameRecord game;
+            int16_t n = -1;
+            int64_t bytes = 0, line = 0;
+        };
+        constexpr size_t kSlots = 64;
+        std::vector<std::unique_ptr<Slot>> slots;
+        for (size_t k = 0; k < kSlots; ++k) slots.push_back(std::make_unique<Slot>());
+        std::mutex lock;
+        std::condition_variable readable, writable;
+        size_t written = 0, taken = 0;  // slots handed over, and taken
+        bool finished = false, stop = false;
+        std::exception_ptr failure;
+        int64_t failedLine = 0;
+
+        std::thread reader([&] {
+            try {
+                while (!state.ImportAtEnd) {
+                    Slot* slot = nullptr;
+                    {
+                        std::unique_lock<std::mutex> hold(lock);
+                        writable.wait(hold, [&] { return stop || written - taken < kSlots; });
+                        if (stop) break;
+                        slot = slots[written % kSlots].get();
+                    }
+                    slot->n = options_.pgn ? ReadPgnGame(state, slot->game, tags_)
+                                           : ReadSanGame(state, slot->game, options_.commentStart, options_.commentEnd);
+                    slot->bytes = file.BytesRead();
+                    slot->line = file.LineNumber();
+                    {
+                        std::lock_guard<std::mutex> hold(lock);
+                        ++written;
+                    }
+                    readable.notify_one();
+                }
+            } catch (...) {
+                std::lock_guard<std::mutex> hold(lock);
+                failure = std::current_exception();
+                failedLine = file.LineNumber();
             }
-        } catch (...) {
-            host_.FailedInGame(static_cast<int32_t>(number + 1), file.LineNumber(), game_);
-            throw;
+            {
+                std::lock_guard<std::mutex> hold(lock);
+                finished = true;
+            }
+            readable.notify_one();
+        });
+        const auto halt = [&] {
+            {
+                std::lock_guard<std::mutex> hold(lock);
+                stop = true;
+            }
+            writable.notify_one();
+            reader.join();
+        };
+
+        uint32_t number = 0;
+        for (;;) {
+            Slot* slot = nullptr;
+            {
+                std::unique_lock<std::mutex> hold(lock);
+                readable.wait(hold, [&] { return taken < written || finished; });
+                if (taken == written) break;
+                slot = slots[taken % kSlots].get();
+            }
+            bool go = false;
+            try {
+                host_.ReadProgress(slot->bytes);
+                go = host_.Running() && (slot->n < 0 || play(++number, slot->n, slot->game));
+            } catch (...) {
+                halt();
+                host_.FailedInGame(static_cast<int32_t>(number), slot->line, slot->game);
+                throw;
+            }
+            {
+                std::lock_guard<std::mutex> hold(lock);
+                ++taken;
+            }
+            writable.notify_one();
+            if (!go) {
+                halt();
+                return false;
+            }
+        }
+        reader.join();
+        if (failure) {
+            host_.FailedInGame(static_cast<int32_t>(number + 1), failedLine, slots[written % kSlots]->game);
+            std::rethrow_exception(failure);
         }
         remarks_ = state.ImportRemarks;
         return true;
@@ -429,8 +511,8 @@ private:
     // Plays every game and sets its line aside.
     bool ReadLines() {
         std::string line, move;
-        return ForEachGame([&](uint32_t number, int16_t n) {
-            host_.GameRead(static_cast<int32_t>(number), n, game_);
+        return ForEachGame([&](uint32_t number, int16_t n, GameRecord& game) {
+            host_.GameRead(static_cast<int32_t>(number), n, game);
             ++games_;
             board_.ResetImportBoard();
             line.clear();
@@ -442,7 +524,7 @@ private:
                 // not found there is nothing more to look for.
                 PlayedLine* played = nullptr;
                 if (known) {
-                    hash = HashOn(hash, game_.GameMoves[i]);
+                    hash = HashOn(hash, game.GameMoves[i]);
                     played = &played_[hash & (kPlayedLines - 1)];
                 }
                 if (played && played->hash == hash) {
@@ -451,14 +533,14 @@ private:
                     line += kEndOfMove;
                     continue;
                 }
-                move = game_.GameMoves[i];
+                move = game.GameMoves[i];
                 bool asked = false;
                 int16_t rc = chess::ResolveMove(board_, move, i);
                 while (rc != chess::kResolved) {
                     asked = true;
-                    const int16_t action = host_.AskFixMove(i, n, rc, game_, board_);
+                    const int16_t action = host_.AskFixMove(i, n, rc, game, board_);
                     if (action == kFixAccept) {
-                        move = game_.GameMoves[i];
+                        move = game.GameMoves[i];
                         rc = chess::ResolveMove(board_, move, i);
                     } else if (action == kFixSkip) {
                         break;
@@ -482,7 +564,7 @@ private:
             }
             if (!line.empty()) {
                 const auto plies = static_cast<int16_t>(std::count(line.begin(), line.end(), kEndOfMove));
-                runs_.Add(line, number, ResultOf(game_.GameComments[0]), side_.Add(game_, plies));
+                runs_.Add(line, number, ResultOf(game.GameComments[0]), side_.Add(game, plies));
             }
             return true;
         });
@@ -599,7 +681,6 @@ private:
     const std::string bookName_ = TrimBlanks(options_.bookName);
     PgnTagChoice tags_;
     chess::ImportBoard board_;
-    GameRecord game_;
     LineRuns runs_;
     SideFile side_;
     int64_t games_ = 0;

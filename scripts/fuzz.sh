@@ -16,6 +16,7 @@ cmake --build "$BUILD" -j"$(nproc)"
 
 declare -A CORPUS=(
   [fuzz_library_loader]=library
+  [fuzz_packed_file]=packed
   [fuzz_pgn_reader]=pgn
   [fuzz_san_reader]=san
   [fuzz_resolver]=resolver
