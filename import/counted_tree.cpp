@@ -1,6 +1,5 @@
 #include "import/counted_tree.h"
 
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <condition_variable>
@@ -19,6 +18,7 @@
 
 #include "chess/resolver.h"
 #include "import/readers.h"
+#include "import/walk.h"
 #include "library/format.h"
 #include "library/text_codec.h"
 
@@ -600,22 +600,13 @@ private:
     }
 
     bool Write() {
+        if (!MayWriteLibrary(options_, host_)) return false;
         const std::string path = LibraryPath(options_);
-        const std::string name = bookName_;
+        const std::string& name = bookName_;
         const std::string fileName = name + ".vnb";
-        const std::string problem = LibraryNameProblem(
-            options_.libraryFile.empty() ? text::Cp1252ToUtf8(name) : TrimBlanks(options_.libraryFile));
-        if (!problem.empty()) {
-            host_.Message(problem, "");
-            return false;
-        }
-        struct stat st{};
-        if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0 &&
-            !host_.AskOverwrite(fileName + " already exists.  OK to overwrite?"))
-            return false;
 
         library::LibraryWriter writer;
-        if (!writer.Open(path)) ThrowWrite(writer, fileName);
+        if (!writer.Open(path)) ThrowWriteError(writer.Error(), fileName);
         library::LibraryHeader header;
         header.version = 1;
         header.book = name;
@@ -623,7 +614,7 @@ private:
         header.MinIndex = 1;
         header.MaxIndex = header.RecCount;
         header.LibRemarks = remarks_;
-        if (!writer.WriteHeader(header)) ThrowWrite(writer, fileName);
+        if (!writer.WriteHeader(header)) ThrowWriteError(writer.Error(), fileName);
 
         // Depth first, each node after its parent and its elder siblings,
         // with the board of every depth kept on the way down.
@@ -648,7 +639,7 @@ private:
                 side_.Read(n.firstSide, n.depth, gameName, record.remarks);
                 record.description = Description(n, newBranch, gameName);
                 boards[depth + 1].BoardToLayout(record.BoardLayout);
-                if (!writer.WriteRecord(record)) ThrowWrite(writer, fileName);
+                if (!writer.WriteRecord(record)) ThrowWriteError(writer.Error(), fileName);
                 std::vector<int32_t> children;
                 for (int32_t c = n.firstChild; c >= 0; c = kept_[static_cast<size_t>(c)].nextSibling)
                     children.push_back(c);
@@ -658,27 +649,15 @@ private:
         };
         visit(visit, roots_, 0, 0);
         if (!host_.Running()) return false;  // interrupted: the library that stood there stays
-        if (!writer.Close()) ThrowWrite(writer, fileName);
+        if (!writer.Close()) ThrowWriteError(writer.Error(), fileName);
         return true;
-    }
-
-    [[noreturn]] static void ThrowWrite(const library::LibraryWriter& writer, const std::string& fileName) {
-        const int error = writer.Error();
-        if (error == ENOSPC || error == EDQUOT) throw ImportError("Disk full", 61);
-        throw ImportError("Couldn't write " + fileName + ": " + std::strerror(error), 75);
-    }
-
-    static std::string TrimBlanks(std::string s) {
-        const size_t first = s.find_first_not_of(' ');
-        if (first == std::string::npos) return {};
-        return s.substr(first, s.find_last_not_of(' ') - first + 1);
     }
 
     const ImportOptions& options_;
     const CountingOptions& counting_;
     ImportHost& host_;
-    const std::string inFile_ = TrimBlanks(options_.inFile);
-    const std::string bookName_ = TrimBlanks(options_.bookName);
+    const std::string inFile_ = std::string(TrimBlanks(options_.inFile));
+    const std::string bookName_ = std::string(TrimBlanks(options_.bookName));
     PgnTagChoice tags_;
     chess::ImportBoard board_;
     LineRuns runs_;

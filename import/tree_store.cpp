@@ -306,6 +306,24 @@ std::string LibraryNameProblem(const std::string& name) {
     return {};
 }
 
+bool MayWriteLibrary(const ImportOptions& options, ImportHost& host) {
+    const std::string name = Trim(options.bookName);
+    const std::string problem =
+        LibraryNameProblem(options.libraryFile.empty() ? text::Cp1252ToUtf8(name) : Trim(options.libraryFile));
+    if (!problem.empty()) {
+        host.Message(problem, "");
+        return false;
+    }
+    // An existing library is replaced only if the user agrees; an empty file
+    // of that name is simply written over. Either way the old file stays
+    // until the new one is whole.
+    struct stat st{};
+    const std::string path = LibraryPath(options);
+    if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0)
+        return host.AskOverwrite(name + ".vnb already exists.  OK to overwrite?");
+    return true;
+}
+
 bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession& session) {
     const std::string name = Trim(options.bookName);
     const std::string path = LibraryPath(options);
@@ -316,20 +334,7 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
         ~EndHold() { session.hold.reset(); }
     } endHold{session};
 
-    const std::string problem =
-        LibraryNameProblem(options.libraryFile.empty() ? text::Cp1252ToUtf8(name) : Trim(options.libraryFile));
-    if (!problem.empty()) {
-        host.Message(problem, "");
-        return false;
-    }
-
-    // An existing library is replaced only if the user agrees; an empty file
-    // of that name is simply written over. Either way the old file stays
-    // until the new one is whole.
-    struct stat st{};
-    if (::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0) {
-        if (!host.AskOverwrite(fileName + " already exists.  OK to overwrite?")) return false;
-    }
+    if (!MayWriteLibrary(options, host)) return false;
 
     bool result = true;
     WorkingDatabase db;

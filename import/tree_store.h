@@ -107,6 +107,15 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
 // The import file or the library file couldn't be opened.
 struct FileNotOpened {};
 
+// Whether the library of `options` may be written: its name is one (else the
+// host is told why), and a library of that name is replaced only if the
+// host agrees.
+bool MayWriteLibrary(const ImportOptions& options, ImportHost& host);
+
+// Throws the ImportError the user is told for a failed write of the file
+// `fileName`, by the writer's errno: "Disk full", or the cause.
+[[noreturn]] void ThrowWriteError(int error, const std::string& fileName);
+
 // The one handler of a whole operation, called while its failure is being
 // handled: tells the user what went wrong. `fileText` is the "Couldn't open
 // ..." text for a FileNotOpened.
