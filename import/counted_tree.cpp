@@ -60,8 +60,6 @@ Result ResultOf(std::string_view tags) {
     return kNone;
 }
 
-bool IsBlankText(std::string_view s) { return s.find_first_not_of(' ') == std::string_view::npos; }
-
 // The moves of a line end each in this byte, which sorts ahead of any other:
 // the lines that share a start of moves stand together once sorted.
 constexpr char kEndOfMove = '\0';
@@ -593,7 +591,7 @@ private:
             text += ": " + std::to_string(n.games) + " games";
             const int score = ScorePercent(n.wins, n.draws, n.losses);
             if (score >= 0) text += ", " + std::to_string(score) + "%";
-        } else if (newBranch && !IsBlankText(name)) {
+        } else if (newBranch && !IsBlank(name)) {
             text += ": " + name;
         }
         return text;
