@@ -1,29 +1,19 @@
 #include "chess/board.h"
 
 #include <cctype>
+#include <cstring>
 
 namespace vantrel::chess {
 
-ImportBoard::ImportBoard() {
+ImportBoard::ImportBoard(int) {
     for (auto& row : squares_)
         for (auto& sq : row) {
             sq[0] = 'n';
             sq[1] = 'o';
         }
-    ResetImportBoard();
 }
 
-void ImportBoard::Put(int rank, int file, char colour, char piece) {
-    squares_[rank][file][0] = colour;
-    squares_[rank][file][1] = piece;
-    // As CodeToLayoutChar, without the string view and the locale.
-    char c = piece;
-    if (colour == 'n' && piece == 'o')
-        c = '0';
-    else if (colour == 'w' && piece >= 'a' && piece <= 'z')
-        c = static_cast<char>(piece - 'a' + 'A');
-    layout_[(rank - 1) * 8 + (file - 1)] = c;
-}
+ImportBoard::ImportBoard() : ImportBoard(0) { ResetImportBoard(); }
 
 std::string ImportBoard::Code(int rank, int file) const {
     if (!OnBoard(rank, file)) return "no";
@@ -36,17 +26,24 @@ void ImportBoard::SetCode(int rank, int file, std::string_view code) {
 }
 
 void ImportBoard::ResetImportBoard() {
-    static constexpr char kBack[] = "rnbqkbnr";
-    for (int file = 1; file <= 8; ++file) {
-        for (int rank = 1; rank <= 8; ++rank) {
-            if (rank == 1 || rank == 8)
-                Put(rank, file, rank == 1 ? 'w' : 'b', kBack[file - 1]);
-            else if (rank == 2 || rank == 7)
-                Put(rank, file, rank == 2 ? 'w' : 'b', 'p');
-            else
-                Put(rank, file, 'n', 'o');
+    // Every game starts here: the squares are copied from a board set up once.
+    static const ImportBoard kInitial = [] {
+        ImportBoard board(0);
+        static constexpr char kBack[] = "rnbqkbnr";
+        for (int file = 1; file <= 8; ++file) {
+            for (int rank = 1; rank <= 8; ++rank) {
+                if (rank == 1 || rank == 8)
+                    board.Put(rank, file, rank == 1 ? 'w' : 'b', kBack[file - 1]);
+                else if (rank == 2 || rank == 7)
+                    board.Put(rank, file, rank == 2 ? 'w' : 'b', 'p');
+                else
+                    board.Put(rank, file, 'n', 'o');
+            }
         }
-    }
+        return board;
+    }();
+    std::memcpy(squares_, kInitial.squares_, sizeof squares_);
+    std::memcpy(layout_, kInitial.layout_, sizeof layout_);
 }
 
 char CodeToLayoutChar(std::string_view code) {

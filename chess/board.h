@@ -1,6 +1,7 @@
 // The board of the game being imported, and the 64-character layout string.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -50,9 +51,29 @@ public:
 
     EnPassantRecord EnPassant;
 
+    // The codes of all squares, row 0 and column 0 among them: two bytes a
+    // square, (rank * 9 + file) * 2 from the start.
+    static constexpr size_t kRawSize = 9 * 9 * 2;
+    const char* Raw() const { return &squares_[0][0][0]; }
+
+    // Puts the code (colour, piece) on square `index` of the layout, 0..63,
+    // without looking at it: for a move played back.
+    void PutAt(int index, char colour, char piece) { Put(index / 8 + 1, index % 8 + 1, colour, piece); }
+
 private:
+    explicit ImportBoard(int);  // every square "no"
     static bool OnBoard(int rank, int file) { return rank >= 1 && rank <= 8 && file >= 1 && file <= 8; }
-    void Put(int rank, int file, char colour, char piece);
+    void Put(int rank, int file, char colour, char piece) {
+        squares_[rank][file][0] = colour;
+        squares_[rank][file][1] = piece;
+        // As CodeToLayoutChar, without the string view and the locale.
+        char c = piece;
+        if (colour == 'n' && piece == 'o')
+            c = '0';
+        else if (colour == 'w' && piece >= 'a' && piece <= 'z')
+            c = static_cast<char>(piece - 'a' + 'A');
+        layout_[(rank - 1) * 8 + (file - 1)] = c;
+    }
 
     char squares_[9][9][2];
     // The layout, kept up to date square by square: rank 1 first, file a

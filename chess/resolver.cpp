@@ -105,22 +105,11 @@ void CarryOut(ImportBoard& board, char pieceLetter, bool isWhite, int16_t source
 }
 
 int16_t Castle(ImportBoard& board, std::string& move, bool isWhite) {
-    const size_t len = move.size();
-    if (len > 5) return kCantParse;
-    char low[5];
-    for (size_t i = 0; i < len; ++i) low[i] = Lower(move[i]);
-    const std::string_view spelling(low, len);
-
-    bool kingSide;
-    if (spelling == "oo" || spelling == "o-o" || spelling == "00" || spelling == "0-0")
-        kingSide = true;
-    else if (spelling == "ooo" || spelling == "o-o-o" || spelling == "000" || spelling == "0-0-0")
-        kingSide = false;
-    else
-        return kCantParse;
-
+    const char* text = CastlingText(move);
+    if (text == nullptr) return kCantParse;
+    const bool kingSide = text[3] == '\0';
     // Every spelling of one castling shares one tree node.
-    move = kingSide ? "o-o" : "o-o-o";
+    move = text;
 
     const int r = isWhite ? 1 : 8;
     const char colour = isWhite ? 'w' : 'b';
@@ -273,6 +262,23 @@ int16_t PawnMove(ImportBoard& board, const std::string& move, bool isWhite) {
 }
 
 }  // namespace
+
+const char* CastlingText(std::string_view move) {
+    const size_t len = move.size();
+    if (len > 5) return nullptr;
+    char low[5];
+    for (size_t i = 0; i < len; ++i) low[i] = Lower(move[i]);
+    const std::string_view spelling(low, len);
+    if (spelling == "oo" || spelling == "o-o" || spelling == "00" || spelling == "0-0") return "o-o";
+    if (spelling == "ooo" || spelling == "o-o-o" || spelling == "000" || spelling == "0-0-0") return "o-o-o";
+    return nullptr;
+}
+
+std::string_view NodeText(std::string_view move) {
+    if (move.empty() || (move[0] != 'o' && move[0] != 'O' && move[0] != '0')) return move;
+    const char* text = CastlingText(move);
+    return text != nullptr ? std::string_view(text) : std::string_view();
+}
 
 int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply) {
     const bool isWhite = (ply % 2) != 0;

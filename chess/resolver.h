@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "chess/board.h"
 
@@ -31,6 +32,14 @@ struct ReachMap {
 // spelling is recognised. Every call ages board.EnPassant first, failed calls
 // too. Any result but kResolved leaves the squares unchanged.
 int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply);
+
+// "o-o" or "o-o-o" for any spelling of a castling that ResolveMove takes
+// ("O-O", "0-0", "oo", ...), nullptr for anything else.
+const char* CastlingText(std::string_view move);
+
+// The text under which a resolved move stands in the tree: the move itself,
+// or a castling's one spelling. Empty for a text that can only fail.
+std::string_view NodeText(std::string_view move);
 
 // Counts the pieces of that kind and colour within the hints (0 = no hint).
 // Leaves the square of the n-th of them in rank and file (n below 1 counts

@@ -2,10 +2,6 @@
 
 
 #include <algorithm>
-#include <condition_variable>
-#include <exception>
-#include <mutex>
-#include <thread>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -17,6 +13,7 @@
 #include <vector>
 
 #include "chess/resolver.h"
+#include "import/game_feed.h"
 #include "import/readers.h"
 #include "import/walk.h"
 #include "library/format.h"
@@ -413,95 +410,36 @@ private:
         if (!file.Open(inFile_)) throw FileNotOpened{};
         state.ImportFile = &file;
         state.PlyLimit = options_.plyLimit;
-
-        struct Slot {
-            GameRecord game;
-            int16_t n = -1;
-            int64_t bytes = 0, line = 0;
-        };
-        constexpr size_t kSlots = 64;
-        std::vector<std::unique_ptr<Slot>> slots;
-        for (size_t k = 0; k < kSlots; ++k) slots.push_back(std::make_unique<Slot>());
-        std::mutex lock;
-        std::condition_variable readable, writable;
-        size_t written = 0, taken = 0;  // slots handed over, and taken
-        bool finished = false, stop = false;
-        std::exception_ptr failure;
-        int64_t failedLine = 0;
-
-        std::thread reader([&] {
-            try {
-                while (!state.ImportAtEnd) {
-                    Slot* slot = nullptr;
-                    {
-                        std::unique_lock<std::mutex> hold(lock);
-                        writable.wait(hold, [&] { return stop || written - taken < kSlots; });
-                        if (stop) break;
-                        slot = slots[written % kSlots].get();
-                    }
-                    slot->n = options_.pgn ? ReadPgnGame(state, slot->game, tags_)
-                                           : ReadSanGame(state, slot->game, options_.commentStart, options_.commentEnd);
-                    slot->bytes = file.BytesRead();
-                    slot->line = file.LineNumber();
-                    {
-                        std::lock_guard<std::mutex> hold(lock);
-                        ++written;
-                    }
-                    readable.notify_one();
-                }
-            } catch (...) {
-                std::lock_guard<std::mutex> hold(lock);
-                failure = std::current_exception();
-                failedLine = file.LineNumber();
-            }
-            {
-                std::lock_guard<std::mutex> hold(lock);
-                finished = true;
-            }
-            readable.notify_one();
-        });
-        const auto halt = [&] {
-            {
-                std::lock_guard<std::mutex> hold(lock);
-                stop = true;
-            }
-            writable.notify_one();
-            reader.join();
-        };
+        GameFeed feed(
+            file, state,
+            [this](ImportState& s, GameRecord& game) {
+                return options_.pgn ? ReadPgnGame(s, game, tags_)
+                                    : ReadSanGame(s, game, options_.commentStart, options_.commentEnd);
+            },
+            true);
 
         uint32_t number = 0;
         for (;;) {
-            Slot* slot = nullptr;
-            {
-                std::unique_lock<std::mutex> hold(lock);
-                readable.wait(hold, [&] { return taken < written || finished; });
-                if (taken == written) break;
-                slot = slots[taken % kSlots].get();
-            }
-            bool go = false;
+            GameFeed::Game* read = nullptr;
             try {
-                host_.ReadProgress(slot->bytes);
-                go = host_.Running() && (slot->n < 0 || play(++number, slot->n, slot->game));
+                read = feed.Next();
             } catch (...) {
-                halt();
-                host_.FailedInGame(static_cast<int32_t>(number), slot->line, slot->game);
+                host_.FailedInGame(static_cast<int32_t>(number + 1), feed.Current()->line, feed.Current()->record);
                 throw;
             }
-            {
-                std::lock_guard<std::mutex> hold(lock);
-                ++taken;
+            if (read == nullptr) break;
+            bool go = false;
+            try {
+                host_.ReadProgress(read->bytes);
+                go = host_.Running() && (read->lastPly < 0 || play(++number, read->lastPly, read->record));
+            } catch (...) {
+                feed.Stop();
+                host_.FailedInGame(static_cast<int32_t>(number), read->line, read->record);
+                throw;
             }
-            writable.notify_one();
-            if (!go) {
-                halt();
-                return false;
-            }
+            if (!go) return false;
         }
-        reader.join();
-        if (failure) {
-            host_.FailedInGame(static_cast<int32_t>(number + 1), failedLine, slots[written % kSlots]->game);
-            std::rethrow_exception(failure);
-        }
+        feed.Stop();
         remarks_ = state.ImportRemarks;
         return true;
     }

@@ -8,8 +8,11 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <vector>
 
+#include "chess/replay.h"
 #include "chess/resolver.h"
+#include "import/game_feed.h"
 #include "import/moves_table.h"
 #include "import/readers.h"
 #include "library/format.h"
@@ -96,20 +99,28 @@ public:
         state.ImportFirstGame = true;
         state.ImportRemarks.clear();
         state.PlyLimit = options_.plyLimit;
+        GameFeed feed(
+            file, state,
+            [this](ImportState& s, GameRecord& game) {
+                return options_.pgn ? ReadPgnGame(s, game, tags_)
+                                    : ReadSanGame(s, game, options_.commentStart, options_.commentEnd);
+            },
+            options_.readAhead);
 
         bool result = false;
         int32_t gameNumber = 0;
         int32_t current = 0;  // the game being read or played
         try {
-            while (!state.ImportAtEnd) {
-                board_.ResetImportBoard();
+            for (;;) {
                 current = gameNumber + 1;
-                const int16_t n = options_.pgn
-                                      ? ReadPgnGame(state, game_, tags_)
-                                      : ReadSanGame(state, game_, options_.commentStart, options_.commentEnd);
+                GameFeed::Game* read = feed.Next();
+                if (read == nullptr) break;
+                game_ = &read->record;
+                board_.ResetImportBoard();
+                const int16_t n = read->lastPly;
                 if (n > 0) result = true;
-                if (n >= 0) host_.GameRead(++gameNumber, n, game_);
-                host_.ReadProgress(file.BytesRead());
+                if (n >= 0) host_.GameRead(++gameNumber, n, *game_);
+                host_.ReadProgress(read->bytes);
 
                 if (PlayGame(table, n) == GameEnd::Cancelled) {
                     result = false;
@@ -117,7 +128,10 @@ public:
                 }
             }
         } catch (...) {
-            host_.FailedInGame(current, file.LineNumber(), game_);
+            static const GameRecord kNoGame;
+            const GameFeed::Game* failed = feed.Current();
+            host_.FailedInGame(current, failed != nullptr ? failed->line : file.LineNumber(),
+                               failed != nullptr ? failed->record : kNoGame);
             // The records so far go to the table all the same, as far as it
             // takes them.
             try {
@@ -126,6 +140,7 @@ public:
             }
             throw;
         }
+        feed.Stop();
         table.Flush();
         db.Commit();
         return result;
@@ -137,21 +152,33 @@ private:
     enum class GameEnd { Done, Skipped, Cancelled };
 
     GameEnd PlayGame(MovesTable& table, int16_t n) {
-        const std::string& gameName = game_.GameMoves[0];
-        const std::string& gameComment = game_.GameComments[0];
+        GameRecord& game = *game_;
+        const std::string& gameName = game.GameMoves[0];
+        const std::string& gameComment = game.GameComments[0];
         int32_t parent = 0;
         bool branched = false;
         bool addRecord = false;
 
         for (int16_t i = 1; i <= n; ++i) {
+            if (!branched) {
+                // On known ground a move that an earlier game played from
+                // this node is played back as it was resolved then.
+                const int32_t known = table.Find(parent, chess::NodeText(game.GameMoves[i]));
+                if (known != 0 && steps_[static_cast<size_t>(known)] != chess::kNoStep) {
+                    chess::Replay(board_, steps_[static_cast<size_t>(known)], i);
+                    parent = known;
+                    continue;
+                }
+            }
             // The resolver rewrites castling in its own copy; GameMoves keeps
             // what the file said.
-            move_ = game_.GameMoves[i];
+            move_ = game.GameMoves[i];
+            recorder_.Before(board_);
             int16_t rc = chess::ResolveMove(board_, move_, i);
             while (rc != chess::kResolved) {
-                const int16_t action = host_.AskFixMove(i, n, rc, game_, board_);
+                const int16_t action = host_.AskFixMove(i, n, rc, game, board_);
                 if (action == kFixAccept) {
-                    move_ = game_.GameMoves[i];
+                    move_ = game.GameMoves[i];
                     rc = chess::ResolveMove(board_, move_, i);
                 } else if (action == kFixSkip) {
                     return GameEnd::Skipped;
@@ -192,11 +219,11 @@ private:
                     }
                     row.newBranch = true;
                     if (Trim(gameComment).empty()) {
-                        remarks_ = game_.GameComments[i];
+                        remarks_ = game.GameComments[i];
                     } else {
                         remarks_ = gameComment;
                         remarks_ += "\r\n";
-                        remarks_ += game_.GameComments[i];
+                        remarks_ += game.GameComments[i];
                     }
                     row.description = description_;
                     row.remarks = remarks_;
@@ -204,11 +231,12 @@ private:
                 } else {
                     row.description = move_;
                     row.newBranch = false;
-                    row.remarks = game_.GameComments[i];
+                    row.remarks = game.GameComments[i];
                 }
                 board_.BoardToLayout(layout_);
                 row.layout = layout_;
                 table.Add(row);
+                steps_.push_back(recorder_.After(board_));
                 parent = counter_;
             }
         }
@@ -224,7 +252,11 @@ private:
     // One board for the whole import: its en passant record carries over
     // from one game to the next, as ResetImportBoard leaves it alone.
     chess::ImportBoard board_;
-    GameRecord game_;
+    // What the move of each record did to the board, by index; slot 0 is
+    // the start.
+    std::vector<chess::Step> steps_{chess::kNoStep};
+    chess::StepRecorder recorder_;
+    GameRecord* game_ = nullptr;  // the game being played, as the feed holds it
     int32_t counter_ = 0;
     bool firstNew_ = false;
 
@@ -259,7 +291,8 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
     WorkingDatabase db;
     LineSource file;
     ImportState state;
-    // The builder holds a whole game record; keep it off the stack.
+    // The builder holds a whole board and the steps of every record; keep
+    // it off the stack.
     auto builder = std::make_unique<TreeBuilder>(options, host);
     auto hold = std::make_shared<ImportLock>();
     bool result = false;

@@ -35,6 +35,9 @@ struct ImportOptions {
     // Plies kept of each game (1..250); 0 keeps all, and a game of more
     // than 250 plies then fails the import.
     int16_t plyLimit = 0;
+    // Games read on a thread of their own while the ones before them are
+    // played (the command line); the window reads on its one thread.
+    bool readAhead = false;
 };
 
 enum FixMoveAction : int16_t { kFixCancel = 3, kFixAccept = 4, kFixSkip = 5 };

@@ -353,6 +353,7 @@ int Import(int argc, char** argv) {
     options.pgn = !san;
     options.ignoreQuestion = !keepQuestionMarks;
     options.tags = {true, false, false, false, true, true, false};  // Event, White, Black
+    options.readAhead = true;  // games are read on a second thread
     if (tagsGiven->count() > 0 && !ParseTags(tags, options)) return Usage();
     if (pliesGiven->count() > 0) {
         char* end = nullptr;

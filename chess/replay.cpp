@@ -1,0 +1,78 @@
+#include "chess/replay.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace vantrel::chess {
+
+namespace {
+
+// Up to four squares change: castling moves two pieces, an en passant
+// capture takes a third square. Each change is 11 bits: the square (6), the
+// colour (2) and the piece (3); then the count (3 bits) and the file of a
+// pawn's double step (4 bits, 0 for none). The top bit tells a Step from
+// kNoStep.
+constexpr int kMaxChanges = 4;
+constexpr int kChangeBits = 11;
+constexpr int kCountShift = kMaxChanges * kChangeBits;
+constexpr int kFileShift = kCountShift + 3;
+constexpr Step kValid = Step{1} << 63;
+
+constexpr std::string_view kColours = "wbn";
+constexpr std::string_view kPieces = "pnbrqko";
+
+}  // namespace
+
+void StepRecorder::Before(const ImportBoard& board) { std::memcpy(before_, board.Raw(), sizeof before_); }
+
+Step StepRecorder::After(const ImportBoard& board) const {
+    Step step = kValid;
+    int count = 0;
+    const char* after = board.Raw();
+    for (int i = 0; i < 64; ++i) {
+        const size_t at = static_cast<size_t>((i / 8 + 1) * 9 + i % 8 + 1) * 2;
+        if (after[at] == before_[at] && after[at + 1] == before_[at + 1]) continue;
+        const size_t c = kColours.find(after[at]);
+        const size_t p = kPieces.find(after[at + 1]);
+        if (count == kMaxChanges || c == std::string_view::npos || p == std::string_view::npos) return kNoStep;
+        const Step change = static_cast<Step>(i) | static_cast<Step>(c) << 6 | static_cast<Step>(p) << 8;
+        step |= change << (count * kChangeBits);
+        ++count;
+    }
+    step |= static_cast<Step>(count) << kCountShift;
+    // A record that is active and not yet aged after the call was made by it.
+    const EnPassantRecord& ep = board.EnPassant;
+    if (ep.Active && !ep.Aged) {
+        if (ep.PawnFile < 1 || ep.PawnFile > 8) return kNoStep;
+        step |= static_cast<Step>(ep.PawnFile) << kFileShift;
+    }
+    return step;
+}
+
+void Replay(ImportBoard& board, Step step, int16_t ply) {
+    EnPassantRecord& ep = board.EnPassant;
+    if (ep.Active) {
+        if (ep.Aged)
+            ep.Active = false;
+        else
+            ep.Aged = true;
+    }
+    const int count = static_cast<int>(step >> kCountShift & 7);
+    for (int k = 0; k < count; ++k) {
+        const Step change = step >> (k * kChangeBits);
+        const int square = static_cast<int>(change & 63);
+        board.PutAt(square, kColours[change >> 6 & 3], kPieces[change >> 8 & 7]);
+    }
+    const auto file = static_cast<int16_t>(step >> kFileShift & 15);
+    if (file != 0) {
+        const bool white = (ply % 2) != 0;
+        ep.Active = true;
+        ep.Aged = false;
+        ep.Side = white ? 'w' : 'b';
+        ep.PawnFile = file;
+        ep.PawnRank = white ? 4 : 5;
+        ep.PassedRank = white ? 3 : 6;
+    }
+}
+
+}  // namespace vantrel::chess
