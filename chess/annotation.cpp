@@ -213,6 +213,8 @@ std::string_view TrimBlanks(std::string_view s) {
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool IsProtected(std::string_view s) {
+    // Every protected token starts with one of these.
+    if (s.front() != '0' && s.front() != '1' && s.front() != '.') return false;
     if (s.starts_with("00") || s.starts_with("0-0")) return true;
     for (std::string_view p : kProtectedWhole)
         if (s == p) return true;

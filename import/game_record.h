@@ -14,10 +14,15 @@ inline constexpr int kMaxPly = 250;
 struct GameRecord {
     std::array<std::string, kMaxPly + 1> GameMoves;
     std::array<std::string, kMaxPly + 1> GameComments;
+    // The slots past this one are empty: the readers say how far a game went.
+    int16_t used = kMaxPly;
 
     void Clear() {
-        for (auto& s : GameMoves) s.clear();
-        for (auto& s : GameComments) s.clear();
+        for (int i = 0; i <= used; ++i) {
+            GameMoves[static_cast<size_t>(i)].clear();
+            GameComments[static_cast<size_t>(i)].clear();
+        }
+        used = kMaxPly;
     }
 };
 

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -19,8 +20,15 @@ namespace vantrel::import {
 namespace {
 
 bool HasHighBytes(const std::string& s) {
-    for (char c : s)
-        if (static_cast<unsigned char>(c) >= 0x80) return true;
+    // Eight bytes at a time, then the rest.
+    size_t i = 0;
+    for (; i + 8 <= s.size(); i += 8) {
+        uint64_t word;
+        std::memcpy(&word, s.data() + i, 8);
+        if (word & 0x8080808080808080ull) return true;
+    }
+    for (; i < s.size(); ++i)
+        if (static_cast<unsigned char>(s[i]) >= 0x80) return true;
     return false;
 }
 
@@ -198,9 +206,12 @@ void LineSource::ReadLine(std::string& line) {
     for (;;) {
         const char* begin = buffer_.data() + pos_;
         size_t left = buffer_.size() - pos_;
-        const char* end = begin;
         const char* stop = begin + left;
-        while (end < stop && *end != '\n' && *end != '\r') ++end;
+        // The first LF, then the first CR ahead of it.
+        const auto* lf = static_cast<const char*>(std::memchr(begin, '\n', left));
+        const char* end = lf != nullptr ? lf : stop;
+        if (const auto* cr = static_cast<const char*>(std::memchr(begin, '\r', static_cast<size_t>(end - begin))))
+            end = cr;
         raw_.append(begin, end);
         pos_ += static_cast<size_t>(end - begin);
         if (end < stop) {

@@ -127,12 +127,14 @@ std::string MakeName(const std::array<std::string, 7>& values, const std::vector
 
 int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& tags) {
     game.Clear();
-    MoveWalker walk(game);
+    // The walker and the line keep their room from game to game.
+    static thread_local MoveWalker walk;
+    walk.Start(game);
     walk.UsePgnRules();
     walk.SetPlyLimit(state.PlyLimit);
     TrimBlanksInPlace(state.ImportLine);
     LineSource& in = *state.ImportFile;
-    std::string line;
+    static thread_local std::string line;
 
     // Text ahead of the first tag section is the library's remarks; blank
     // lines at the top of the file are skipped.

@@ -9,12 +9,14 @@ namespace vantrel::import {
 int16_t ReadSanGame(ImportState& state, GameRecord& game, const std::string& commentStart,
                     const std::string& commentEnd) {
     game.Clear();
-    MoveWalker walk(game);
+    // The walker and the line keep their room from game to game.
+    static thread_local MoveWalker walk;
+    walk.Start(game);
     walk.UseSanRules(TrimBlanks(commentStart), TrimBlanks(commentEnd));
     walk.SetPlyLimit(state.PlyLimit);
     TrimBlanksInPlace(state.ImportLine);
     LineSource& in = *state.ImportFile;
-    std::string line;
+    static thread_local std::string line;
 
     // Everything ahead of the first "!" line, blank lines too, is the
     // library's remarks.

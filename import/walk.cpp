@@ -38,10 +38,19 @@ bool ReadRemarks(ImportState& state, char head, bool skipLeadingBlanks) {
     }
 }
 
-MoveWalker::MoveWalker(GameRecord& game) : game_(game) {
-    line_.reserve(256);
-    token_.reserve(32);
-    pending_.reserve(256);
+void MoveWalker::Start(GameRecord& game) {
+    game_ = &game;
+    UsePgnRules();
+    ply_ = -1;
+    plyLimit_ = 0;
+    cut_ = false;
+    line_.clear();
+    token_.clear();
+    pending_.clear();
+    move_.clear();
+    note_.clear();
+    inComment_ = inVariation_ = false;
+    depth_ = 0;
 }
 
 void MoveWalker::UsePgnRules() {
@@ -106,7 +115,7 @@ void MoveWalker::WalkLine(std::string_view text) {
             }
             continue;
         }
-        if (size_t n = Matches(open_, i)) {
+        if (size_t n = c == open_[0] ? Matches(open_, i) : 0) {
             inComment_ = true;
             i += n - 1;
             continue;
@@ -126,20 +135,69 @@ void MoveWalker::WalkLine(std::string_view text) {
         if (c == ' ') {
             EndToken();
             if (cut_) return;
-        } else
-            token_.push_back(c);
+            continue;
+        }
+        // The token runs on up to the next character that may end it or
+        // open a comment or a variation.
+        size_t end = i + 1;
+        while (end <= last && !MayStop(line_[end])) ++end;
+        token_.append(line_, i, end - i);
+        i = end - 1;
     }
 }
 
+bool MoveWalker::MayStop(char c) const {
+    return c == ' ' || ((open_.size() == 1 || open_.size() == 2) && c == open_[0]) ||
+           (pgn_ && (c == '(' || c == ';'));
+}
+
+namespace {
+
+// A token that ParseToken would take as it stands for a move with no mark:
+// a letter first, a length a move can have, and no mark behind it.
+bool IsPlainMove(std::string_view token) {
+    if (token.size() < 2 || token.size() > 6) return false;
+    const char first = token.front();
+    if (!((first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z'))) return false;
+    const char last = token.back();
+    return last != '!' && last != '?' && last != '+' && last != '#' && last != '=' && last != '*' && last != '-';
+}
+
+// A move number, such as "12." or "12...": digits and dots and nothing
+// else. "00..." is castling, not a number.
+bool IsMoveNumber(std::string_view token) {
+    if (token.empty() || token.front() < '0' || token.front() > '9' || token.starts_with("00")) return false;
+    size_t i = 0;
+    while (i < token.size() && token[i] >= '0' && token[i] <= '9') ++i;
+    while (i < token.size() && token[i] == '.') ++i;
+    return i == token.size();
+}
+
+bool ReadToken(const std::string& token, std::string& move, std::string& note) {
+    if (IsPlainMove(token)) {
+        move = token;
+        note.clear();
+        return true;
+    }
+    if (IsMoveNumber(token)) {
+        move.clear();
+        note.clear();
+        return false;
+    }
+    return chess::ParseToken(token, move, note);
+}
+
+}  // namespace
+
 void MoveWalker::EndToken() {
     if (!token_.empty()) {  // a token never holds a blank
-        if (chess::ParseToken(token_, move_, note_)) {
+        if (ReadToken(token_, move_, note_)) {
             if (plyLimit_ > 0 && ply_ >= plyLimit_) {
                 cut_ = true;  // past the plies kept: this move and all that follows go
             } else {
                 if (ply_ >= kMaxPly) throw ImportError("Subscript out of range", 9);
                 ++ply_;
-                game_.GameMoves[ply_] = move_;
+                game_->GameMoves[ply_] = move_;
             }
         }
         if (cut_) {
@@ -152,20 +210,21 @@ void MoveWalker::EndToken() {
     }
     if (!pending_.empty()) {
         // A note replaces what the ply's comment held.
-        game_.GameComments[ply_].swap(pending_);
+        game_->GameComments[ply_].swap(pending_);
         pending_.clear();
     }
 }
 
 void MoveWalker::Attach(std::string_view text) {
     if (cut_) return;
-    std::string& slot = game_.GameComments[ply_];
+    std::string& slot = game_->GameComments[ply_];
     if (!slot.empty()) slot += "\r\n";
     slot += text;
 }
 
 int16_t MoveWalker::EndGame() {
-    if (ply_ >= 0 && !cut_ && !IsBlank(pending_)) game_.GameComments[ply_] = pending_;
+    if (ply_ >= 0 && !cut_ && !IsBlank(pending_)) game_->GameComments[ply_] = pending_;
+    game_->used = ply_ > 0 ? ply_ : int16_t{0};
     pending_.clear();
     token_.clear();
     inComment_ = inVariation_ = false;

@@ -27,7 +27,12 @@ bool ReadRemarks(ImportState& state, char head, bool skipLeadingBlanks);
 
 class MoveWalker {
 public:
-    explicit MoveWalker(GameRecord& game);
+    // A walker keeps its room from game to game: Start begins each one.
+    MoveWalker() = default;
+    explicit MoveWalker(GameRecord& game) { Start(game); }
+    // Begins a game: everything of the last one is forgotten, the PGN rules
+    // hold, and no ply limit.
+    void Start(GameRecord& game);
 
     // PGN: "{" and "}" around comments, parentheses hold variations, and a
     // ";" makes the rest of the line a comment.
@@ -60,10 +65,11 @@ public:
 
 private:
     size_t Matches(const std::string& mark, size_t i) const;
+    bool MayStop(char c) const;
     void EndToken();
     void Attach(std::string_view text);
 
-    GameRecord& game_;
+    GameRecord* game_ = nullptr;
     bool pgn_ = true;
     std::string open_ = "{";
     std::string close_ = "}";
