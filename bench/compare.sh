@@ -4,9 +4,10 @@
 # against pgn-extract reading and checking every move of the same file, and,
 # with --scid, Scid's importer storing the same games.
 #
-# With --book the file is a game database (vantrel-gen-games --book over
-# pgn-extract's eco.pgn: openings shared by a Zipf law, 100,000 games unless
-# --games says otherwise), and the opening tree of counting mode
+# With --book the file is a game database (vantrel-gen-games --book --shared
+# over pgn-extract's eco.pgn: openings shared by a Zipf law and a few plies
+# more as other games played them, 100,000 games unless --games says
+# otherwise), and the opening tree of counting mode
 # (--plies 16 --min-games 5 --counts) is timed against polyglot's make-book
 # with the same limits.
 #
@@ -57,8 +58,8 @@ PGN="$WORK/games.pgn"
 if ((BOOK)); then
   # Two halves at once, on the two cores, with seeds of their own.
   half=$((GAMES / 2))
-  "$BUILD/bin/vantrel-gen-games" "$WORK/a.pgn" "$half" 1 --book /usr/share/pgn-extract/eco.pgn &
-  "$BUILD/bin/vantrel-gen-games" "$WORK/b.pgn" "$((GAMES - half))" 2 --book /usr/share/pgn-extract/eco.pgn
+  "$BUILD/bin/vantrel-gen-games" "$WORK/a.pgn" "$half" 1 --book /usr/share/pgn-extract/eco.pgn --shared &
+  "$BUILD/bin/vantrel-gen-games" "$WORK/b.pgn" "$((GAMES - half))" 2 --book /usr/share/pgn-extract/eco.pgn --shared
   wait
   cat "$WORK/a.pgn" "$WORK/b.pgn" >"$PGN"
   rm -f "$WORK/a.pgn" "$WORK/b.pgn"

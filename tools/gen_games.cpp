@@ -1,13 +1,18 @@
-// vantrel-gen-games OUT.pgn N [SEED] [--book ECO.pgn]: writes N made-up games
-// as PGN, the kind of file the import benchmarks read: legal moves, 60 to 80
-// plies each, some comments, marks and NAGs, and a result token behind every
-// game.
+// vantrel-gen-games OUT.pgn N [SEED] [--book ECO.pgn [--shared]]: writes N
+// made-up games as PGN, the kind of file the import benchmarks read: legal
+// moves, 60 to 80 plies each, some comments, marks and NAGs, and a result
+// token behind every game.
 //
 // With --book, each game opens with a line of ECO.pgn (such as pgn-extract's
 // eco.pgn), drawn by a Zipf law over the lines in a shuffled order, so that
 // openings are shared as in a real database: a few lines are played by many
 // games, most by few. The games go on with made-up legal moves to 30 to 50
 // plies, have a Result tag and come from 400 players at 50 events.
+//
+// With --shared as well, the games are a database's as an importer meets
+// them: after the book line come 1 to 6 plies of the likeliest moves, shared
+// between games as the book is, with no comments; most moves of the file walk
+// down lines that earlier games played.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -17,17 +22,20 @@
 #include "tools/random_games.h"
 
 int main(int argc, char** argv) {
-    std::vector<std::string> args(argv + 1, argv + argc);
+    std::vector<std::string> args;
     std::string book;
-    for (size_t i = 0; i + 1 < args.size(); ++i) {
-        if (args[i] == "--book") {
-            book = args[i + 1];
-            args.erase(args.begin() + static_cast<long>(i), args.begin() + static_cast<long>(i) + 2);
-            break;
-        }
+    bool shared = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--book" && i + 1 < argc)
+            book = argv[++i];
+        else if (arg == "--shared")
+            shared = true;
+        else
+            args.push_back(arg);
     }
-    if (args.size() < 2 || args.size() > 3) {
-        std::fprintf(stderr, "usage: vantrel-gen-games OUT.pgn N [SEED] [--book ECO.pgn]\n");
+    if (args.size() < 2 || args.size() > 3 || (shared && book.empty())) {
+        std::fprintf(stderr, "usage: vantrel-gen-games OUT.pgn N [SEED] [--book ECO.pgn [--shared]]\n");
         return 2;
     }
     const long games = std::strtol(args[1].c_str(), nullptr, 10);
@@ -52,27 +60,21 @@ int main(int argc, char** argv) {
     // Remarks ahead of the games, which a database has not.
     std::string text = book.empty() ? "Made-up games for the import benchmark.\n\n" : "";
     for (long g = 1; g <= games; ++g) {
-        // Database games are written with fewer tags and comments than the
-        // plain ones; their move text is shorter too, as the opening is what counts.
-        const int plies = book.empty() ? 60 + static_cast<int>(rng.Below(21)) : 30 + static_cast<int>(rng.Below(21));
-        gen::Game game;
-        std::string result = kResults[g % 4];
         if (book.empty()) {
-            game = gen::PlayGame(rng, plies);
+            const gen::Game game = gen::PlayGame(rng, 60 + static_cast<int>(rng.Below(21)));
+            gen::AppendPgn(text, "Game " + std::to_string(g), "Player " + std::to_string(rng.Below(500)),
+                           "Player " + std::to_string(rng.Below(500)), game, rng, true);
+            // AppendPgn ends the move text with a blank line; the result goes before it.
+            text.resize(text.size() - 2);
+            text += ' ';
+            text += kResults[g % 4];
+            text += "\n\n";
         } else {
-            game = lines.Play(rng, plies);
-            const uint32_t roll = rng.Below(100);
-            result = roll < 38 ? "1-0" : roll < 66 ? "1/2-1/2" : roll < 96 ? "0-1" : "*";
+            // Database games have fewer tags and comments than the plain
+            // ones, and their move text is shorter, as the opening is what counts.
+            const gen::Game game = shared ? lines.PlayShared(rng) : lines.Play(rng, 30 + static_cast<int>(rng.Below(21)));
+            gen::AppendDatabaseGame(text, g, game, rng, !shared);
         }
-        const std::string event = book.empty() ? "Game " + std::to_string(g) : "Event " + std::to_string(g % 50);
-        gen::AppendPgn(text, event, "Player " + std::to_string(rng.Below(book.empty() ? 500 : 400)),
-                       "Player " + std::to_string(rng.Below(book.empty() ? 500 : 400)), game, rng, true);
-        // AppendPgn ends the move text with a blank line; the result goes before it.
-        text.resize(text.size() - 2);
-        if (!book.empty()) text.insert(text.find("\n\n", text.rfind("[Black")) + 1, "[Result \"" + result + "\"]\n");
-        text += ' ';
-        text += result;
-        text += "\n\n";
         if (std::fwrite(text.data(), 1, text.size(), out) != text.size()) break;
         text.clear();
     }

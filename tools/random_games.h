@@ -148,6 +148,25 @@ inline void AppendPgn(std::string& out, const std::string& event, const std::str
     out += "\n\n";
 }
 
+// One game of a game database in PGN: one of 50 events, two of 400 players
+// (few distinct names, as Scid's importer wants them), a Result tag, the
+// moves, and the result token behind them.
+inline void AppendDatabaseGame(std::string& out, long number, const Game& game, Rng& rng, bool extras) {
+    const uint32_t roll = rng.Below(100);
+    const std::string result = roll < 38 ? "1-0" : roll < 66 ? "1/2-1/2" : roll < 96 ? "0-1" : "*";
+    const size_t start = out.size();
+    const std::string white = "Player " + std::to_string(rng.Below(400));
+    AppendPgn(out, "Event " + std::to_string(number % 50), white, "Player " + std::to_string(rng.Below(400)), game,
+              rng, extras);
+    // AppendPgn ends the move text with a blank line; the result goes before
+    // it, and its tag after the others.
+    out.resize(out.size() - 2);
+    out.insert(out.find("\n\n", start) + 1, "[Result \"" + result + "\"]\n");
+    out += ' ';
+    out += result;
+    out += "\n\n";
+}
+
 // The lines of moves of a book such as pgn-extract's eco.pgn, drawn by a
 // Zipf law over the lines in a shuffled order, so that openings are shared
 // as in a real database: a few lines are played by many games, most by few.
@@ -179,12 +198,36 @@ public:
     // made-up moves up to `plies`, so that what follows the book is the
     // game's own.
     Game Play(Rng& rng, int plies) const {
-        const double draw = static_cast<double>(rng.Next() % 1000000) / 1000000.0 * cumulative_.back();
-        const auto pick = static_cast<size_t>(std::lower_bound(cumulative_.begin(), cumulative_.end(), draw) -
-                                              cumulative_.begin());
-        const Line& line = lines_[std::min(pick, lines_.size() - 1)];
+        const Line& line = Draw(rng);
         Game game = line.game;
         PlayOn(rng, line.end, static_cast<int>(game.moves.size()), plies, game, true);
+        return game;
+    }
+
+    // A game as a database holds them: a line drawn from the book, then a
+    // few plies more of the likeliest moves, so that games share what follows
+    // the book as they share the book itself, and most of a file's moves walk
+    // down lines that earlier games played.
+    Game PlayShared(Rng& rng) const {
+        const Line& line = Draw(rng);
+        Game game = line.game;
+        Position pos = line.end;
+        std::vector<Move> legal;
+        std::vector<std::pair<int, size_t>> ranked;
+        for (uint32_t left = 1 + rng.Below(6); left > 0; --left) {
+            pos.LegalMoves(legal);
+            if (legal.empty()) break;
+            ranked.clear();
+            for (size_t i = 0; i < legal.size(); ++i) ranked.push_back({-MoveScore(pos, legal[i]), i});
+            std::sort(ranked.begin(), ranked.end());
+            // The best-looking move most often, the next two now and then.
+            const auto pool = static_cast<uint32_t>(std::min<size_t>(3, ranked.size()));
+            const size_t pick = std::min(rng.Below(pool), rng.Below(pool));
+            const Move chosen = legal[ranked[pick].second];
+            game.moves.push_back(pos.San(chosen));
+            pos.Apply(chosen);
+            game.layouts.push_back(pos.Layout());
+        }
         return game;
     }
 
@@ -193,6 +236,13 @@ private:
         Game game;
         Position end;
     };
+
+    const Line& Draw(Rng& rng) const {
+        const double draw = static_cast<double>(rng.Next() % 1000000) / 1000000.0 * cumulative_.back();
+        const auto pick = static_cast<size_t>(std::lower_bound(cumulative_.begin(), cumulative_.end(), draw) -
+                                              cumulative_.begin());
+        return lines_[std::min(pick, lines_.size() - 1)];
+    }
 
     static std::string Plain(const std::string& s) {
         std::string out;
