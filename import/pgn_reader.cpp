@@ -48,6 +48,12 @@ bool SameInAnyCase(std::string_view a, std::string_view b) {
 // value runs from its fixed start up to the character in front of the first
 // "]" at or after column 5, which is taken to be the closing quote.
 void TakeTag(const std::string& line, std::array<std::string, 7>& values) {
+    // The letter behind the bracket tells the few tags worth a closer look.
+    if (line.size() < 2) return;
+    switch (Upper(line[1])) {
+    case 'E': case 'S': case 'D': case 'R': case 'W': case 'B': break;
+    default: return;
+    }
     size_t found = line.size() >= 5 ? line.find(']', 4) : std::string::npos;
     long p = found == std::string::npos ? 0 : static_cast<long>(found) + 1;
     for (size_t k = 0; k < kTags.size(); ++k) {

@@ -78,6 +78,31 @@ void MoveWalker::WalkLine(std::string_view text) {
     if (cut_) return;
     // The blank behind the line ends a token standing at its end, and every
     // line of a comment ends in a blank.
+    if (!inComment_ && !inVariation_ && pgn_ && open_ == "{") {
+        // Plain move text, the usual line, is cut at its blanks where it
+        // stands; the walk below takes over at the first character that
+        // opens a comment or a variation.
+        size_t i = 0;
+        while (i < text.size()) {
+            const char c = text[i];
+            if (c == '{' || c == '(' || c == ';') break;
+            if (c == ' ') {
+                EndToken();
+                if (cut_) return;
+                ++i;
+                continue;
+            }
+            size_t end = i + 1;
+            while (end < text.size() && !MayStop(text[end])) ++end;
+            token_.append(text.data() + i, end - i);
+            i = end;
+        }
+        if (i == text.size()) {
+            EndToken();  // the blank behind the line
+            return;
+        }
+        text.remove_prefix(i);
+    }
     line_.assign(text);
     line_.push_back(' ');
     const size_t last = line_.size() - 1;
@@ -174,11 +199,6 @@ bool IsMoveNumber(std::string_view token) {
 }
 
 bool ReadToken(const std::string& token, std::string& move, std::string& note) {
-    if (IsPlainMove(token)) {
-        move = token;
-        note.clear();
-        return true;
-    }
     if (IsMoveNumber(token)) {
         move.clear();
         note.clear();
@@ -191,13 +211,16 @@ bool ReadToken(const std::string& token, std::string& move, std::string& note) {
 
 void MoveWalker::EndToken() {
     if (!token_.empty()) {  // a token never holds a blank
-        if (ReadToken(token_, move_, note_)) {
+        // A plain move is its own text; anything else goes through ParseToken.
+        const bool plain = IsPlainMove(token_);
+        if (plain) note_.clear();
+        if (plain || ReadToken(token_, move_, note_)) {
             if (plyLimit_ > 0 && ply_ >= plyLimit_) {
                 cut_ = true;  // past the plies kept: this move and all that follows go
             } else {
                 if (ply_ >= kMaxPly) throw ImportError("Subscript out of range", 9);
                 ++ply_;
-                game_->GameMoves[ply_] = move_;
+                game_->GameMoves[ply_] = plain ? token_ : move_;
             }
         }
         if (cut_) {
@@ -205,7 +228,7 @@ void MoveWalker::EndToken() {
             pending_.clear();
             return;
         }
-        pending_ += note_;
+        if (!note_.empty()) pending_ += note_;
         token_.clear();
     }
     if (!pending_.empty()) {
