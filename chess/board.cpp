@@ -36,7 +36,7 @@ void ImportBoard::SetCode(int rank, int file, std::string_view code) {
 }
 
 void ImportBoard::ResetImportBoard() {
-    static constexpr char kBack[] = "rnbqkbnr";
+    const std::string_view kBack = kInitialLayout.substr(56);  // Black's back rank, the letters in lower case
     for (int file = 1; file <= 8; ++file) {
         for (int rank = 1; rank <= 8; ++rank) {
             if (rank == 1 || rank == 8)

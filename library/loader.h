@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "library/format.h"
+#include "library/text.h"
 #include "library/tree_model.h"
 
 namespace vantrel::library {
@@ -63,6 +64,10 @@ LoadResult LoadLibrary(LibraryReader& reader, LibraryContents& out, LoadObserver
 // The same from bytes in memory.
 LoadResult LoadLibraryBytes(std::string bytes, LibraryContents& out, LoadObserver* observer = nullptr);
 
-bool IsBlank(std::string_view s);
+// What the window and the command line tell of a load that failed: "Not a
+// valid Vantrel library", or "Problem loading library " and the path.
+std::string LoadFailureMessage(LoadResult result, std::string_view path);
+
+using text::IsBlank;
 
 }  // namespace vantrel::library

@@ -54,7 +54,7 @@ TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
         try {
             CollectPrintPath(l.tree, clicked);
             ADD_FAILURE() << clicked;
-        } catch (const PrintError& e) {
+        } catch (const Error& e) {
             EXPECT_EQ(e.number(), number) << clicked;
         }
     }

@@ -19,12 +19,13 @@ using namespace vantrel::import;
 using namespace vantrel::text;
 using vantrel::storetest::WritePacked;
 using Lines = std::vector<std::string>;
+using vantrel::Error;
 
 // Reads all lines; past the last one Eof is true and a read fails with error 62.
 Lines AllLines(LineSource& src) {
     Lines lines;
     while (!src.Eof()) lines.push_back(src.ReadLine());
-    EXPECT_THROW(src.ReadLine(), ImportError);  // its text and number: see the store's tests
+    EXPECT_THROW(src.ReadLine(), Error);  // its text and number: see the store's tests
     return lines;
 }
 
@@ -201,10 +202,10 @@ TEST(PgnReader, WhereGamesStartAndEnd) {
     };
     for (const FileCase& c : cases) ExpectReads(c, Pgn);
     // An empty file fails on the first read, with the error the store shows (see its tests).
-    EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}}, Pgn), ImportError);
+    EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}}, Pgn), Error);
     EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}},
                              [](ImportState& st, GameRecord& g) { return ReadSanGame(st, g, "{", "}"); }),
-                 ImportError);
+                 Error);
 }
 
 TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
@@ -245,7 +246,7 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         try {
             ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "", nullptr}}}, Pgn);
             ADD_FAILURE() << line;
-        } catch (const ImportError& e) {
+        } catch (const Error& e) {
             EXPECT_EQ(e.number(), 5) << line;
             EXPECT_STREQ(e.what(), "Invalid procedure call or argument");
         }

@@ -80,7 +80,7 @@ TEST(ParseToken, MovesMarksCodesAndResults) {
 }
 
 using vantrel::import::GameRecord;
-using vantrel::import::ImportError;
+using vantrel::Error;
 using vantrel::import::MoveWalker;
 
 struct Walked { GameRecord g; int16_t last = -1; };
@@ -174,7 +174,7 @@ TEST(Walk, TwoHundredFiftyPliesFitAndTheNextIsASubscriptError) {
     Walked w = WalkLines({plies.c_str(), "$1 {last words}"});
     EXPECT_EQ(std::to_string(w.last) + " " + w.g.GameMoves[250] + " " + w.g.GameComments[250],
               "250 Nf6 good Move\r\nlast words");
-    EXPECT_THROW(WalkLines({(plies + "Nf3").c_str()}), ImportError);  // its text and number: see the store's tests
+    EXPECT_THROW(WalkLines({(plies + "Nf3").c_str()}), Error);  // its text and number: see the store's tests
 }
 
 }  // namespace
