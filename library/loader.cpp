@@ -52,7 +52,6 @@ LoadResult Load(LibraryReader& reader, LibraryContents& out, LoadObserver* obser
                          std::move(record.BoardLayout));
             if (image == NodeImage::Board) out.games.push_back({std::move(gameName), number});
             out.NodeComments.push_back(text::IsBlank(record.remarks) ? std::string(kNoComments) : std::move(record.remarks));
-            if (observer) observer->OnNode(number);
             record = LibraryNodeRecord{};
         }
     } catch (const Error&) {

@@ -40,8 +40,6 @@ public:
     virtual void OnHeader(const LibraryHeader&) {}
     // Every 101 records: the share of RecCount read so far, in percent.
     virtual void OnProgress(double /*percent*/) {}
-    // A node has just been added (with its comment and game entry in place).
-    virtual void OnNode(int /*number*/) {}
     // A record has just been read, before the loader looks at it: every
     // record the load reads comes here, also the one a failed load stops at.
     virtual void OnRecord(const LibraryNodeRecord&) {}

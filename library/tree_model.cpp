@@ -58,11 +58,4 @@ std::string TreeModel::FullPath(int number) const {
     return path;
 }
 
-void TreeModel::Clear() {
-    nodes_.assign(1, TreeNode{});
-    top_.clear();
-    byIndex_.clear();
-    selected_ = 0;
-}
-
 }  // namespace vantrel::library

@@ -63,8 +63,6 @@ public:
     int Selected() const { return selected_; }
     void Select(int number) { selected_ = Exists(number) ? number : selected_; }
 
-    void Clear();
-
 private:
     std::vector<TreeNode> nodes_{1};  // slot 0 unused
     std::vector<int> top_;

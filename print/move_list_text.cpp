@@ -45,8 +45,8 @@ std::string FormatMove(std::string_view move) {
 }
 
 std::vector<std::string> WrapComment(std::string_view comment) {
-    // Positions count from 1, as the wrap is described: i is the first
-    // character of the line being set, L the length of the comment.
+    // Positions count from 1: i is the first character of the line being
+    // set, L the length of the comment.
     std::vector<std::string> lines;
     const std::size_t L = comment.size();
     std::size_t i = 1;

@@ -50,8 +50,8 @@ std::string Hex(std::string_view bytes) {
     return s;
 }
 
-// The library of the format's worked example: Demo, remarks Hi, 1.e4 from
-// "Test game" and 1...e5 with the comment "Open game".
+// A small library: Demo, remarks Hi, 1.e4 from "Test game" and 1...e5 with
+// the comment "Open game".
 std::string DemoBytes() {
     Lib demo{{1, -1, "Demo", 2, 1, 2, "Hi"}, {}};
     return demo.Add(1, 0, "e4: Test game", "", true, std::string(64, 'A'))

@@ -64,7 +64,7 @@ TEST(PrintRows, RowsNamesAndCommentsOfALine) {
     struct Node { std::string text, comment; };
     struct Case { const char* what; std::vector<Node> line; Lines file; };  // the last node of the line is clicked
     const Case cases[] = {
-        {"the worked example",
+        {"a named line with a comment",
          {{"e4: a", ""}, {"e5", ""}, {"Nf3", "Develops the knight."}, {"Nc6", ""}, {"Bb5", ""}},
          {" a", "", "  1. e4              : a", "  1. .....   e5   ", "  2. Nf3  ", "", "Develops the knight.", "",
           "  2. .....   Nc6  ", "  3. Bb5  "}},
