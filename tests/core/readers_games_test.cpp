@@ -3,10 +3,8 @@
 // remarks ahead of the first game, the PGN tag section and the SAN "!" lines
 // that name the games, and where a game's move text ends.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 
 #include "import/readers.h"
@@ -56,9 +54,9 @@ TEST(LineSource, LineEndsAndCharacterSets) {
 }
 
 TEST(LineSource, AFileReadAcrossManyBlocks) {
-    const std::string path = (std::filesystem::temp_directory_path() /
-                              ("vantrel_lines_" + std::to_string(::getpid()) + ".txt")).string();
-    const auto write = [&](const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; };
+    const vantrel::storetest::TempDir dir;
+    const std::string path = dir / "lines.txt";
+    const auto write = [&](const std::string& bytes) { vantrel::storetest::WriteFile(path, bytes); };
     LineSource src;
     // Lines of every length and every kind of end, so that block boundaries
     // fall inside lines and between CR and LF.
@@ -79,7 +77,6 @@ TEST(LineSource, AFileReadAcrossManyBlocks) {
         ASSERT_TRUE(src.Open(path));
         EXPECT_EQ(AllLines(src), (Lines{std::string(at, 'x'), "last"})) << at;
     }
-    std::filesystem::remove(path);
     // The line table above covers UTF-8 lines read as 1252; here the way back.
     EXPECT_EQ(Cp1252ToUtf8("R\xE9ti \x80 \x93q\x94"), "R\xC3\xA9ti \xE2\x82\xAC \xE2\x80\x9Cq\xE2\x80\x9D");
     for (int b = 0; b < 256; ++b)
