@@ -9,12 +9,13 @@
 #include <string_view>
 
 #include "board/piece_art.h"
+#include "chess/layout.h"
 #include "shell/dialogs.h"
 #include "shell/forms.h"
 
 namespace {
 
-constexpr std::string_view kStartLayout = "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
+constexpr std::string_view kStartLayout = vantrel::chess::kInitialLayout;
 
 // Proportions of the picture, in squares: the gutter that holds the labels,
 // and the margin around everything.

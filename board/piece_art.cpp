@@ -10,6 +10,8 @@
 #include <array>
 #include <cstring>
 
+#include "chess/layout.h"
+
 namespace vantrel::board {
 namespace {
 
@@ -227,7 +229,7 @@ const std::array<PieceShape, KindCount>& Shapes() {
 
 }  // namespace
 
-bool IsPieceChar(char c) { return c != '\0' && std::strchr("PRNBQKprnbqk", c) != nullptr; }
+bool IsPieceChar(char c) { return vantrel::chess::IsPieceLetter(c); }
 bool IsLayoutChar(char c) { return c == '0' || IsPieceChar(c); }
 
 void DrawPiece(QPainter& painter, const QRectF& square, char layoutChar) {

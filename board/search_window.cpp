@@ -393,7 +393,7 @@ void FrmSearchTree::cboLibSelect_Click() {
     const int number = cboLibSelect->itemData(index).toInt();
     // Takes effect at once: Current Board now reads that library, and
     // Cancel does not undo it.
-    vantrel::forms::TreeViews().SetActive(QStringLiteral("TV%1").arg(number, 5, 10, QLatin1Char('0')));
+    vantrel::forms::TreeViews().SetActive(cTreeView::KeyOf(number));
 }
 
 // ---------------------------------------------------------------------------

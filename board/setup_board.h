@@ -11,11 +11,13 @@
 #include <string>
 #include <string_view>
 
+#include "chess/layout.h"
+
 namespace vantrel::board {
 
 // The 13 pictures a square can show, by layout character; '0' is the empty
 // square (transparent picture).
-inline constexpr std::string_view kPictureChars = "PRNBQKprnbqk0";
+inline constexpr std::string_view kPictureChars = chess::kLayoutChars;
 inline bool IsPictureChar(char c) { return c != '\0' && kPictureChars.find(c) != std::string_view::npos; }
 
 // The palette: White in the left column, Black in the right, each from top to
@@ -24,12 +26,11 @@ inline constexpr int kPaletteSize = 12;
 inline constexpr std::array<std::string_view, kPaletteSize> kPaletteNames = {
     "imgWP", "imgWC", "imgWN", "imgWB", "imgWQ", "imgWK",
     "imgBP", "imgBC", "imgBN", "imgBB", "imgBQ", "imgBK"};
-inline constexpr std::string_view kPaletteChars = "PRNBQKprnbqk";
+inline constexpr std::string_view kPaletteChars = chess::kPieceLetters;
 inline char PaletteChar(int palette) { return kPaletteChars[static_cast<std::size_t>(palette)]; }
 
 // Start and empty positions, in layout order.
-inline constexpr std::string_view kStartLayout =
-    "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
+inline constexpr std::string_view kStartLayout = chess::kInitialLayout;
 inline std::string EmptyLayout() { return std::string(64, '0'); }
 
 // A square's tag: its layout character and its own index in two digits.

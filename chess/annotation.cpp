@@ -1,5 +1,7 @@
 #include "chess/annotation.h"
 
+#include "library/text.h"
+
 #include <array>
 #include <cstddef>
 
@@ -203,13 +205,6 @@ constexpr Mark kSuffixMarks[] = {
 // Forms that start like a move number but are castling or a result.
 constexpr std::string_view kProtectedWhole[] = {"1-0", "1:0", "0-1", "0:1", ".5-.5", "1/2:1/2", "1/2-1/2"};
 
-std::string_view TrimBlanks(std::string_view s) {
-    size_t b = 0, e = s.size();
-    while (b < e && s[b] == ' ') ++b;
-    while (e > b && s[e - 1] == ' ') --e;
-    return s.substr(b, e - b);
-}
-
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool IsProtected(std::string_view s) {
@@ -226,7 +221,7 @@ bool IsProtected(std::string_view s) {
 bool ParseToken(std::string_view token, std::string& move, std::string& note) {
     move.clear();
     note.clear();
-    std::string_view s = TrimBlanks(token);
+    std::string_view s = text::TrimBlanks(token);
     if (s.empty()) return false;
     if (s.front() == '$') {
         NagText(s, note);

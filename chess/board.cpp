@@ -29,7 +29,7 @@ void ImportBoard::ResetImportBoard() {
     // Every game starts here: the squares are copied from a board set up once.
     static const ImportBoard kInitial = [] {
         ImportBoard board(0);
-        static constexpr char kBack[] = "rnbqkbnr";
+        const std::string_view kBack = kInitialLayout.substr(56);  // Black's back rank, the letters in lower case
         for (int file = 1; file <= 8; ++file) {
             for (int rank = 1; rank <= 8; ++rank) {
                 if (rank == 1 || rank == 8)

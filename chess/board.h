@@ -6,11 +6,9 @@
 #include <string>
 #include <string_view>
 
-namespace vantrel::chess {
+#include "chess/layout.h"
 
-// The layout of the initial position: a1..h1, a2..h2, ... a8..h8.
-inline constexpr std::string_view kInitialLayout =
-    "RNBQKBNRPPPPPPPP00000000000000000000000000000000pppppppprnbqkbnr";
+namespace vantrel::chess {
 
 // The last double step of a pawn, which makes an en passant capture possible
 // for exactly one later call of ResolveMove.

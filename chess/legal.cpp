@@ -1,5 +1,7 @@
 #include "chess/legal.h"
 
+#include "chess/layout.h"
+
 namespace vantrel::chess {
 namespace {
 
@@ -13,25 +15,17 @@ char Upper(char p) { return p >= 'a' && p <= 'z' ? static_cast<char>(p - ('a' - 
 }  // namespace
 
 void Position::Reset() {
-    static constexpr char kBack[] = "RNBQKBNR";
-    sq_.fill(0);
-    for (int f = 0; f < 8; ++f) {
-        sq_[f] = kBack[f];
-        sq_[8 + f] = 'P';
-        sq_[48 + f] = 'p';
-        sq_[56 + f] = static_cast<char>(kBack[f] + ('a' - 'A'));
-    }
+    for (size_t s = 0; s < 64; ++s) sq_[s] = kInitialLayout[s] == '0' ? 0 : kInitialLayout[s];
     white_ = true;
     castling_ = 15;
     ep_ = -1;
 }
 
 bool Position::SetLayout(std::string_view layout, bool whiteToMove) {
-    constexpr std::string_view kPieces = "PNBRQKpnbrqk";
     if (layout.size() != 64) return false;
     for (size_t s = 0; s < 64; ++s) {
         const char c = layout[s];
-        if (c != '0' && kPieces.find(c) == std::string_view::npos) return false;
+        if (c != '0' && !IsPieceLetter(c)) return false;
         sq_[s] = c == '0' ? 0 : c;
     }
     white_ = whiteToMove;
@@ -259,7 +253,6 @@ void Position::PseudoMoves(std::vector<Move>& out) const {
 }
 
 bool LayoutFromFen(std::string_view fen, std::string& layout, std::string& error) {
-    constexpr std::string_view kPieces = "PNBRQKpnbrqk";
     const size_t blank = fen.find_first_of(" \t");
     const std::string_view placement = fen.substr(0, blank);
     layout.assign(64, '0');
@@ -274,7 +267,7 @@ bool LayoutFromFen(std::string_view fen, std::string& layout, std::string& error
             file = 0;
         } else if (c >= '1' && c <= '8') {
             file += c - '0';
-        } else if (kPieces.find(c) != std::string_view::npos) {
+        } else if (IsPieceLetter(c)) {
             if (file < 8) layout[static_cast<size_t>(rank * 8 + file)] = c;
             ++file;
         } else {

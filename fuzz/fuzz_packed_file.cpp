@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             file.ReadLine(line);
             read += line.size() + 1;
         }
-    } catch (const ImportError&) {
+    } catch (const vantrel::Error&) {
     }
     return 0;
 }

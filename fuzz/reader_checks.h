@@ -1,5 +1,5 @@
 // What both reader fuzz targets check: any text read game by game ends in
-// games, a clean end of the file or an ImportError, every call makes
+// games, a clean end of the file or an Error, every call makes
 // progress, and each game record holds exactly its plies.
 #pragma once
 
@@ -38,7 +38,7 @@ void ReadAllGames(const std::string& text, Read&& read) {
             CheckGame(last, game);
             if (last == -1 && !state.ImportAtEnd) std::abort();
         }
-    } catch (const import::ImportError&) {
+    } catch (const Error&) {
     }
 }
 

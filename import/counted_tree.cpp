@@ -79,7 +79,7 @@ bool Before(const LineRecord& a, const LineRecord& b) {
 class TemporaryFile {
 public:
     TemporaryFile() : file_(std::tmpfile()) {
-        if (!file_) throw ImportError("Couldn't make a temporary file: " + std::string(std::strerror(errno)), 75);
+        if (!file_) throw Error("Couldn't make a temporary file: " + std::string(std::strerror(errno)), errors::kPathFileAccessError);
         std::setvbuf(file_, nullptr, _IOFBF, 1 << 16);
     }
     ~TemporaryFile() { std::fclose(file_); }
@@ -98,8 +98,8 @@ protected:
         if (std::fflush(file_) != 0 || std::fseek(file_, static_cast<long>(at), SEEK_SET) != 0) Failed();
     }
     [[noreturn]] static void Failed() {
-        if (errno == ENOSPC) throw ImportError("Disk full", 61);
-        throw ImportError("Couldn't use a temporary file: " + std::string(std::strerror(errno)), 75);
+        if (errno == ENOSPC) throw Error("Disk full", errors::kDiskFull);
+        throw Error("Couldn't use a temporary file: " + std::string(std::strerror(errno)), errors::kPathFileAccessError);
     }
     std::FILE* file_;
     uint64_t written_ = 0;
@@ -364,7 +364,7 @@ public:
         NodeCounter counter(minGames, nullptr);
         runs_.Merge([&](const LineRecord& r) { counter.Take(r); });
         counter.Finish();
-        if (counter.kept.empty()) throw ImportError("Invalid use of Null", 94);  // no record to write
+        if (counter.kept.empty()) throw Error("Invalid use of Null", errors::kInvalidUseOfNull);  // no record to write
         kept_ = std::move(counter.kept);
         roots_ = std::move(counter.roots);
         Order(roots_);

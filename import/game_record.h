@@ -2,8 +2,9 @@
 #pragma once
 
 #include <array>
-#include <stdexcept>
 #include <string>
+
+#include "library/errors.h"
 
 namespace vantrel::import {
 
@@ -24,18 +25,6 @@ struct GameRecord {
         }
         used = kMaxPly;
     }
-};
-
-// A failure inside a reader that ends the import through the store's error
-// path (a game of more than 250 plies, a tag with no closing bracket, an
-// empty file). `number` is the error number shown by ShowError.
-class ImportError : public std::runtime_error {
-public:
-    ImportError(const std::string& what, int number) : std::runtime_error(what), number_(number) {}
-    int number() const { return number_; }
-
-private:
-    int number_;
 };
 
 }  // namespace vantrel::import

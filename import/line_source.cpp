@@ -117,7 +117,7 @@ bool LineSource::Fill() {
     if (got == 0 && std::ferror(file_)) {
         // A file that can't be read on is an error, not the end of the games.
         const int error = errno;
-        throw ImportError("Couldn't read " + text::AnyToCp1252(path_) + ": " + std::strerror(error), kReadErrorNumber);
+        throw Error("Couldn't read " + text::AnyToCp1252(path_) + ": " + std::strerror(error), errors::kDeviceIoError);
     }
     return got > 0;
 }
@@ -178,8 +178,8 @@ size_t LineSource::ReadPacked(char* out, size_t room) {
 
 void LineSource::ThrowPackedError() {
     const char* why = archive_error_string(archive_);
-    throw ImportError("Couldn't read " + text::AnyToCp1252(path_) + ": " + (why ? why : "damaged archive"),
-                      kReadErrorNumber);
+    throw Error("Couldn't read " + text::AnyToCp1252(path_) + ": " + (why ? why : "damaged archive"),
+                      errors::kDeviceIoError);
 }
 
 // A UTF-8 byte-order mark is taken off the start of the file.
@@ -200,7 +200,7 @@ bool LineSource::Eof() {
 }
 
 void LineSource::ReadLine(std::string& line) {
-    if (Eof()) throw ImportError("Input past end of file", 62);
+    if (Eof()) throw Error("Input past end of file", errors::kInputPastEnd);
     ++lines_;
     raw_.clear();
     for (;;) {

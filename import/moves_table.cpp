@@ -25,7 +25,7 @@ namespace {
     const int code = db ? sqlite3_extended_errcode(db) : rc;
     // A database that can't grow is a full disk, whatever filled it.
     if ((code & 0xFF) == SQLITE_FULL)
-        throw DatabaseError(DatabaseError::Kind::Engine, "Disk full", DatabaseError::kDiskFullNumber);
+        throw DatabaseError(DatabaseError::Kind::Engine, "Disk full", errors::kDiskFull);
     const char* msg = db ? sqlite3_errmsg(db) : sqlite3_errstr(rc);
     throw DatabaseError(DatabaseError::Kind::Engine, msg ? msg : "database error", code);
 }
@@ -248,7 +248,7 @@ void WorkingDatabase::Open(const std::string& path) {
                                 : S_ISDIR(st.st_mode)         ? "' is a folder"
                                                               : "' can't be opened: " + std::string(sqlite3_errmsg(db));
         sqlite3_close_v2(db);
-        throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + why, DatabaseError::kNoDatabaseNumber);
+        throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + why, errors::kNoDatabase);
     }
     db_ = db;
     sqlite3_busy_timeout(db_, 2000);
@@ -264,7 +264,7 @@ void WorkingDatabase::Open(const std::string& path) {
         // Another program holds the file: not the same as a broken one.
         const std::string why = sqlite3_errmsg(db_);
         Close();
-        throw DatabaseError(DatabaseError::Kind::Engine, why, DatabaseError::kBusyNumber);
+        throw DatabaseError(DatabaseError::Kind::Engine, why, errors::kBusy);
     }
     if (rc == SQLITE_DONE) {
         Close();
@@ -272,13 +272,13 @@ void WorkingDatabase::Open(const std::string& path) {
         const bool empty = ::stat(path.c_str(), &st) == 0 && st.st_size == 0;
         throw DatabaseError(DatabaseError::Kind::MissingTable,
                             "'" + path + (empty ? "' is empty" : "' has no table Moves"),
-                            DatabaseError::kNoTableNumber);
+                            errors::kNoTable);
     }
     if (rc != SQLITE_ROW) {
         // Not a database at all (or one the engine can't read).
         Close();
         throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + "' is not a database",
-                            DatabaseError::kNoDatabaseNumber);
+                            errors::kNoDatabase);
     }
 
     // The table is scratch space, rebuilt by every import: no syncs to disk,
@@ -328,7 +328,7 @@ void WorkingDatabase::Commit() { Execute("COMMIT"); }
 namespace {
 
 [[noreturn]] void ThrowBusy() {
-    throw DatabaseError(DatabaseError::Kind::Engine, "database is locked", DatabaseError::kBusyNumber);
+    throw DatabaseError(DatabaseError::Kind::Engine, "database is locked", errors::kBusy);
 }
 
 bool SameFile(int fd, const std::string& path) {
@@ -347,7 +347,7 @@ void ImportLock::Acquire(const std::string& path) {
         const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
         if (fd < 0)
             throw DatabaseError(DatabaseError::Kind::MissingDatabase, "'" + path + "' is missing",
-                                DatabaseError::kNoDatabaseNumber);
+                                errors::kNoDatabase);
         if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
             ::close(fd);
             ThrowBusy();
@@ -392,7 +392,7 @@ void SyncFile(const std::string& path) {
     const int error = errno;
     ::close(fd);
     if (rc != 0 && error == ENOSPC)
-        throw DatabaseError(DatabaseError::Kind::Engine, "Disk full", DatabaseError::kDiskFullNumber);
+        throw DatabaseError(DatabaseError::Kind::Engine, "Disk full", errors::kDiskFull);
 }
 
 }  // namespace
@@ -473,7 +473,7 @@ void EmptyWorkingDatabase(WorkingDatabase& db, const std::string& path, ImportLo
             ::close(held);
             db.Open(path);
             throw DatabaseError(DatabaseError::Kind::Engine, "Couldn't replace '" + path + "': " + std::strerror(error),
-                                DatabaseError::kBusyNumber);
+                                errors::kBusy);
         }
         lock.Release();
         lock.fd_ = held;

@@ -4,10 +4,11 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "library/errors.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -17,26 +18,15 @@ namespace vantrel::import {
 // A failure of the working database. MissingDatabase and MissingTable are
 // the two the user is told about in words of their own; Engine is anything
 // else the database reports, with its own message and result code.
-class DatabaseError : public std::runtime_error {
+class DatabaseError : public Error {
 public:
     enum class Kind { MissingDatabase, MissingTable, Engine };
 
-    // The numbers the old Jet engine gave these causes.
-    static constexpr int kNoDatabaseNumber = 3024;
-    static constexpr int kNoTableNumber = 3078;
-    // The database could not grow: "Disk full".
-    static constexpr int kDiskFullNumber = 61;
-    // Another program works on the database (SQLite's SQLITE_BUSY).
-    static constexpr int kBusyNumber = 5;
-
-    DatabaseError(Kind kind, const std::string& what, int number)
-        : std::runtime_error(what), kind_(kind), number_(number) {}
+    DatabaseError(Kind kind, const std::string& what, int number) : Error(what, number), kind_(kind) {}
     Kind kind() const { return kind_; }
-    int number() const { return number_; }
 
 private:
     Kind kind_;
-    int number_;
 };
 
 // One prepared statement. Text bound with Bind must stay alive until the

@@ -60,7 +60,7 @@ void TakeTag(const std::string& line, std::array<std::string, 7>& values) {
         if (!FrontIs(line, kTags[k].front)) continue;
         long start = static_cast<long>(kTags[k].valueStart);
         long length = p - start - 1;
-        if (length < 0) throw ImportError("Invalid procedure call or argument", 5);
+        if (length < 0) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
         values[k] = line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length));
         return;
     }

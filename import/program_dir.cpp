@@ -10,8 +10,6 @@ namespace vantrel::install {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr const char* kDatabase = "Tessimo.mdb";
-
 bool Writable(const fs::path& dir) { return ::access(dir.c_str(), W_OK) == 0; }
 
 std::string Env(const char* name) {
@@ -33,7 +31,7 @@ ProgramFolders ResolveProgramFolders(const std::string& exeDir, const std::strin
     const fs::path shared = (exe / ".." / "share" / "vantrel").lexically_normal();
     std::error_code ec;
     // An install's bin/ is never written to, not even by root.
-    const bool installed = !fs::exists(exe / kDatabase, ec) && fs::exists(shared / kDatabase, ec);
+    const bool installed = !fs::exists(exe / kDatabaseFile, ec) && fs::exists(shared / kDatabaseFile, ec);
     if (!installed && Writable(exe)) return {exeDir, exeDir, {}};
 
     ProgramFolders folders;
@@ -55,9 +53,9 @@ ProgramFolders ResolveProgramFolders(const std::string& exeDir, const std::strin
         folders.error = "The folder " + user.string() + " could not be made: " + ec.message() + ".";
         return folders;
     }
-    const fs::path database = user / kDatabase;
+    const fs::path database = user / kDatabaseFile;
     if (fs::exists(database, ec)) return folders;
-    const fs::path empty = fs::path(folders.dataDir) / kDatabase;
+    const fs::path empty = fs::path(folders.dataDir) / kDatabaseFile;
     fs::copy_file(empty, database, ec);
     if (!ec) fs::permissions(database, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::add, ec);
     if (ec) {

@@ -11,6 +11,9 @@
 
 namespace vantrel::install {
 
+// The working database's file name, in the program's folder.
+inline constexpr const char* kDatabaseFile = "Tessimo.mdb";
+
 struct ProgramFolders {
     std::string programDir;  // Tessimo.mdb, new libraries, _prt.tmp
     std::string dataDir;     // read-only files: vantrel.HLP, the empty Tessimo.mdb

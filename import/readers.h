@@ -31,14 +31,14 @@ public:
     ~LineSource();
 
     // False if the file can't be opened or is no plain file. A read that fails
-    // later, a damaged archive among them, throws ImportError naming the file
+    // later, a damaged archive among them, throws Error naming the file
     // and the cause.
     bool Open(const std::string& path);
     void OpenText(std::string text);  // from memory (tests, fuzzing)
     void Close();
     bool IsOpen() const;
 
-    // The next line. Throws ImportError (number 62, "Input past end of
+    // The next line. Throws Error (number 62, "Input past end of
     // file") when no line is left.
     std::string ReadLine();
     // The same into a string that the caller keeps, so that its room is reused.
@@ -61,7 +61,6 @@ private:
     [[noreturn]] void ThrowPackedError();
 
     static constexpr size_t kBlock = 64 * 1024;
-    static constexpr int kReadErrorNumber = 57;  // "Device I/O error"
 
     std::FILE* file_ = nullptr;
     int64_t bytesRead_ = 0;  // of a plain file
@@ -105,7 +104,7 @@ struct PgnTagChoice {
 };
 
 // Each returns LastPly: the number of plies, 0 for a game with a name and no
-// move, -1 if no game was found. Failures throw ImportError.
+// move, -1 if no game was found. Failures throw Error.
 int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& tags);
 int16_t ReadSanGame(ImportState& state, GameRecord& game, const std::string& commentStart,
                     const std::string& commentEnd);

@@ -14,32 +14,20 @@
 #include "chess/resolver.h"
 #include "import/game_feed.h"
 #include "import/moves_table.h"
+#include "import/program_dir.h"
 #include "import/readers.h"
 #include "library/format.h"
+#include "library/text.h"
 #include "library/text_codec.h"
 
 namespace vantrel::import {
 
 namespace {
 
-// Blanks only, as the wizard's text boxes are trimmed: tabs stay.
-std::string Trim(std::string_view s) {
-    const size_t first = s.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    const size_t last = s.find_last_not_of(' ');
-    return std::string(s.substr(first, last - first + 1));
-}
+std::string Trim(std::string_view s) { return std::string(text::TrimBlanks(s)); }
 
 // A write cancelled that leaves no library behind.
 struct Cancelled {};
-
-// Error numbers the program's error dialog shows for failures that don't
-// bring a number of their own.
-constexpr int kOutOfMemory = 7;
-constexpr int kInvalidUseOfNull = 94;
-constexpr int kDiskFull = 61;
-constexpr int kPathFileAccessError = 75;
-constexpr int kInternalError = 51;
 
 constexpr const char* kTroubleText = "Trouble with 'Tessimo.Mdb'";
 constexpr const char* kTroubleTitle = "Couldn't parse book";
@@ -58,12 +46,12 @@ void Report(ImportHost& host, const std::string& fileText) {
             host.Notice(e.what());  // which file, and what is wrong with it
             host.Message(kTroubleText, kTroubleTitle);
         }
-    } catch (const ImportError& e) {
+    } catch (const Error& e) {
         host.ShowError(e.what(), e.number());
     } catch (const std::bad_alloc&) {
-        host.ShowError("Out of memory", kOutOfMemory);
+        host.ShowError("Out of memory", errors::kOutOfMemory);
     } catch (const std::exception& e) {
-        host.ShowError(e.what(), kInternalError);
+        host.ShowError(e.what(), errors::kInternalError);
     }
 }
 
@@ -213,12 +201,12 @@ private:
                 row.book = bookName_;
                 if (firstNew_) {
                     description_ = move_;
-                    if (!Trim(gameName).empty()) {
-                        description_ += ": ";
+                    if (!text::IsBlank(gameName)) {
+                        description_ += text::kNameSeparator;
                         description_ += gameName;
                     }
                     row.newBranch = true;
-                    if (Trim(gameComment).empty()) {
+                    if (text::IsBlank(gameComment)) {
                         remarks_ = game.GameComments[i];
                     } else {
                         remarks_ = gameComment;
@@ -280,7 +268,7 @@ std::string LibraryPath(const ImportOptions& options) {
 std::string DatabasePath(const ImportOptions& options) {
     if (!options.databasePath.empty()) return options.databasePath;
     const std::string dir = options.programDir.empty() ? std::string(".") : options.programDir;
-    return dir + "/Tessimo.mdb";
+    return dir + "/" + install::kDatabaseFile;
 }
 
 bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& session) {
@@ -317,8 +305,8 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 
 // What the writer's errno says, as the user is told it.
 [[noreturn]] void ThrowWriteError(int error, const std::string& fileName) {
-    if (error == ENOSPC || error == EDQUOT) throw ImportError("Disk full", kDiskFull);
-    throw ImportError("Couldn't write " + fileName + ": " + std::strerror(error), kPathFileAccessError);
+    if (error == ENOSPC || error == EDQUOT) throw Error("Disk full", errors::kDiskFull);
+    throw Error("Couldn't write " + fileName + ": " + std::strerror(error), errors::kPathFileAccessError);
 }
 
 // A text longer than a library can hold is cut by the writer; the host may
@@ -391,12 +379,12 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
         Statement min = db.Prepare(R"(SELECT MIN("index") AS MinIndex FROM Moves)");
         min.Step();
         // An empty table has no smallest index.
-        if (min.IsNull(0)) throw ImportError("Invalid use of Null", kInvalidUseOfNull);
+        if (min.IsNull(0)) throw Error("Invalid use of Null", errors::kInvalidUseOfNull);
         header.MinIndex = static_cast<int32_t>(min.Int(0));
 
         Statement max = db.Prepare(R"(SELECT MAX("index") AS MaxIndex FROM Moves)");
         max.Step();
-        if (max.IsNull(0)) throw ImportError("Invalid use of Null", kInvalidUseOfNull);
+        if (max.IsNull(0)) throw Error("Invalid use of Null", errors::kInvalidUseOfNull);
         header.MaxIndex = static_cast<int32_t>(max.Int(0));
 
         Statement count = db.Prepare(R"(SELECT COUNT(*) AS RecCount FROM Moves WHERE "book" = ?1)");

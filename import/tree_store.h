@@ -115,7 +115,7 @@ struct FileNotOpened {};
 // host agrees.
 bool MayWriteLibrary(const ImportOptions& options, ImportHost& host);
 
-// Throws the ImportError the user is told for a failed write of the file
+// Throws the Error the user is told for a failed write of the file
 // `fileName`, by the writer's errno: "Disk full", or the cause.
 [[noreturn]] void ThrowWriteError(int error, const std::string& fileName);
 

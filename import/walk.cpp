@@ -4,22 +4,6 @@
 
 namespace vantrel::import {
 
-std::string_view TrimBlanks(std::string_view s) {
-    size_t b = 0, e = s.size();
-    while (b < e && s[b] == ' ') ++b;
-    while (e > b && s[e - 1] == ' ') --e;
-    return s.substr(b, e - b);
-}
-
-void TrimBlanksInPlace(std::string& s) {
-    size_t e = s.size();
-    while (e > 0 && s[e - 1] == ' ') --e;
-    s.resize(e);
-    size_t b = 0;
-    while (b < s.size() && s[b] == ' ') ++b;
-    s.erase(0, b);
-}
-
 bool ReadRemarks(ImportState& state, char head, bool skipLeadingBlanks) {
     state.ImportFirstGame = false;
     std::string& line = state.ImportLine;
@@ -218,7 +202,7 @@ void MoveWalker::EndToken() {
             if (plyLimit_ > 0 && ply_ >= plyLimit_) {
                 cut_ = true;  // past the plies kept: this move and all that follows go
             } else {
-                if (ply_ >= kMaxPly) throw ImportError("Subscript out of range", 9);
+                if (ply_ >= kMaxPly) throw Error("Subscript out of range", errors::kSubscriptOutOfRange);
                 ++ply_;
                 game_->GameMoves[ply_] = plain ? token_ : move_;
             }

@@ -10,13 +10,13 @@
 
 #include "import/game_record.h"
 #include "import/readers.h"
+#include "library/text.h"
 
 namespace vantrel::import {
 
-// Blanks only: a tab or any other character stays.
-std::string_view TrimBlanks(std::string_view s);
-void TrimBlanksInPlace(std::string& s);
-inline bool IsBlank(std::string_view s) { return TrimBlanks(s).empty(); }
+using text::IsBlank;
+using text::TrimBlanks;
+using text::TrimBlanksInPlace;
 
 // The first call of an import: reads lines, trimmed, into ImportRemarks up
 // to the first that begins with `head`, and leaves the line last read in

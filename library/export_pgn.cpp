@@ -1,6 +1,7 @@
 #include "library/export_pgn.h"
 
 #include "library/find.h"
+#include "library/text.h"
 
 namespace vantrel::library {
 namespace {
@@ -66,8 +67,7 @@ std::vector<ExportGame> ExportGames(const TreeModel& tree, const std::vector<boo
 }
 
 std::string NodeMove(const TreeModel& tree, int node) {
-    const std::string& text = tree.Node(node).Text;
-    return text.substr(0, text.find(':'));
+    return std::string(text::SplitNodeText(tree.Node(node).Text).move);
 }
 
 std::string LineOfMoves(const TreeModel& tree, int node) {
@@ -100,8 +100,8 @@ std::string ExportPgn(const LibraryContents& contents, const std::vector<bool>& 
     }
     for (const ExportGame& game : ExportGames(tree, newBranch)) {
         const TreeNode& first = tree.Node(game.line[game.firstOwn]);
-        const std::string& text = first.Text;
-        const std::string name = first.Image == NodeImage::Board ? text.substr(text.find(':') + 2) : "?";
+        const std::string name =
+            first.Image == NodeImage::Board ? std::string(text::SplitNodeText(first.Text).name()) : "?";
         out += "[Event \"" + name + "\"]\n[Site \"?\"]\n[Date \"????.??.??\"]\n[Round \"?\"]\n";
         out += "[White \"?\"]\n[Black \"?\"]\n[Result \"*\"]\n\n";
         MoveText moves(out);

@@ -57,7 +57,6 @@ public:
     bool ReadRecord(LibraryNodeRecord& record);
 
     size_t Size() const { return data_.size(); }
-    size_t Position() const { return pos_; }
 
 private:
     bool Take(void* dst, size_t n);

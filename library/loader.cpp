@@ -1,16 +1,13 @@
 #include "library/loader.h"
 
+#include "library/text.h"
+
 #include <algorithm>
 
 namespace vantrel::library {
 
-bool IsBlank(std::string_view s) {
-    return std::all_of(s.begin(), s.end(), [](char c) { return c == ' '; });
-}
-
 NodeImage ChooseImage(const LibraryNodeRecord& record) {
-    return record.new_branch && record.description.find(':') != std::string::npos ? NodeImage::Board
-                                                                                   : NodeImage::Pawn;
+    return record.new_branch && text::SplitNodeText(record.description).named ? NodeImage::Board : NodeImage::Pawn;
 }
 
 namespace {
@@ -47,19 +44,17 @@ LoadResult Load(LibraryReader& reader, LibraryContents& out, LoadObserver* obser
             if (number > limit) return LoadResult::Problem;
             std::string gameName;
             if (image == NodeImage::Board) {
-                const size_t colon = record.description.find(':');
-                // Whatever follows the colon and the one character after it.
-                if (colon + 1 >= record.description.size()) return LoadResult::Problem;
-                gameName = record.description.substr(colon + 2);
+                const text::NodeTextParts parts = text::SplitNodeText(record.description);
+                if (parts.rest.empty()) return LoadResult::Problem;
+                gameName = parts.name();
             }
             out.tree.Add(record.parent, record.index, std::move(record.description), image,
                          std::move(record.BoardLayout));
             if (image == NodeImage::Board) out.games.push_back({std::move(gameName), number});
-            out.NodeComments.push_back(IsBlank(record.remarks) ? std::string(kNoComments) : std::move(record.remarks));
-            if (observer) observer->OnNode(number);
+            out.NodeComments.push_back(text::IsBlank(record.remarks) ? std::string(kNoComments) : std::move(record.remarks));
             record = LibraryNodeRecord{};
         }
-    } catch (const TreeError&) {
+    } catch (const Error&) {
         return LoadResult::Problem;
     }
     if (out.tree.Count() == 0) return LoadResult::Problem;  // no node 1 to show
@@ -92,6 +87,11 @@ LoadResult LoadLibraryBytes(std::string bytes, LibraryContents& out, LoadObserve
     LibraryReader reader;
     reader.OpenBytes(std::move(bytes));
     return LoadGuarded(reader, out, observer);
+}
+
+std::string LoadFailureMessage(LoadResult result, std::string_view path) {
+    if (result == LoadResult::NotValid) return "Not a valid Vantrel library";
+    return "Problem loading library " + std::string(path);
 }
 
 }  // namespace vantrel::library

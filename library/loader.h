@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "library/format.h"
+#include "library/text.h"
 #include "library/tree_model.h"
 
 namespace vantrel::library {
@@ -39,8 +40,6 @@ public:
     virtual void OnHeader(const LibraryHeader&) {}
     // Every 101 records: the share of RecCount read so far, in percent.
     virtual void OnProgress(double /*percent*/) {}
-    // A node has just been added (with its comment and game entry in place).
-    virtual void OnNode(int /*number*/) {}
     // A record has just been read, before the loader looks at it: every
     // record the load reads comes here, also the one a failed load stops at.
     virtual void OnRecord(const LibraryNodeRecord&) {}
@@ -63,6 +62,10 @@ LoadResult LoadLibrary(LibraryReader& reader, LibraryContents& out, LoadObserver
 // The same from bytes in memory.
 LoadResult LoadLibraryBytes(std::string bytes, LibraryContents& out, LoadObserver* observer = nullptr);
 
-bool IsBlank(std::string_view s);
+// What the window and the command line tell of a load that failed: "Not a
+// valid Vantrel library", or "Problem loading library " and the path.
+std::string LoadFailureMessage(LoadResult result, std::string_view path);
+
+using text::IsBlank;
 
 }  // namespace vantrel::library

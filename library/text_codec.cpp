@@ -57,16 +57,6 @@ size_t DecodeOne(std::string_view s, size_t i, char32_t& cp) {
 
 }  // namespace
 
-bool IsValidUtf8(std::string_view bytes) {
-    for (size_t i = 0; i < bytes.size();) {
-        char32_t cp;
-        size_t n = DecodeOne(bytes, i, cp);
-        if (n == 0) return false;
-        i += n;
-    }
-    return true;
-}
-
 bool LooksLikeUtf8(std::string_view bytes) {
     bool high = false;
     for (size_t i = 0; i < bytes.size();) {

@@ -7,9 +7,6 @@
 
 namespace vantrel::text {
 
-// True if the bytes are well-formed UTF-8 (plain ASCII included).
-bool IsValidUtf8(std::string_view bytes);
-
 // True if the bytes are well-formed UTF-8 and hold at least one non-ASCII
 // character: the sign that a line was written as UTF-8 rather than 1252.
 bool LooksLikeUtf8(std::string_view bytes);

@@ -5,15 +5,15 @@
 namespace vantrel::library {
 
 int TreeModel::Add(int32_t parentIndex, int32_t index, std::string text, NodeImage image, std::string tag) {
-    if (Count() >= kMaxNodes) throw TreeError("too many nodes");
+    if (Count() >= kMaxNodes) throw Error("too many nodes", errors::kInvalidProcedureCall);
     int parent = 0;
     if (parentIndex != 0) {
         parent = FindByIndex(parentIndex);
-        if (parent == 0) throw TreeError("element not found: " + Key(parentIndex));
-        if (nodes_[parent].depth >= kMaxDepth) throw TreeError("deeper than any game");
+        if (parent == 0) throw Error("element not found: " + Key(parentIndex), errors::kInvalidProcedureCall);
+        if (nodes_[parent].depth >= kMaxDepth) throw Error("deeper than any game", errors::kInvalidProcedureCall);
     }
     if (!byIndex_.emplace(index, static_cast<int>(nodes_.size())).second)
-        throw TreeError("key is not unique: " + Key(index));
+        throw Error("key is not unique: " + Key(index), errors::kInvalidProcedureCall);
     int number = static_cast<int>(nodes_.size());
     TreeNode& node = nodes_.emplace_back();
     node.index = index;
@@ -27,12 +27,12 @@ int TreeModel::Add(int32_t parentIndex, int32_t index, std::string text, NodeIma
 }
 
 const TreeNode& TreeModel::Node(int number) const {
-    if (!Exists(number)) throw TreeError("index out of bounds");
+    if (!Exists(number)) throw Error("index out of bounds", errors::kInvalidProcedureCall);
     return nodes_[number];
 }
 
 TreeNode& TreeModel::Node(int number) {
-    if (!Exists(number)) throw TreeError("index out of bounds");
+    if (!Exists(number)) throw Error("index out of bounds", errors::kInvalidProcedureCall);
     return nodes_[number];
 }
 
@@ -56,13 +56,6 @@ std::string TreeModel::FullPath(int number) const {
         path += nodes_[*it].Text;
     }
     return path;
-}
-
-void TreeModel::Clear() {
-    nodes_.assign(1, TreeNode{});
-    top_.clear();
-    byIndex_.clear();
-    selected_ = 0;
 }
 
 }  // namespace vantrel::library

@@ -4,21 +4,15 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "library/errors.h"
+
 namespace vantrel::library {
 
 enum class NodeImage : uint8_t { Pawn, Board };  // image keys "pawn" and "board"
-
-// Raised where the tree control would raise a run-time error: an unknown
-// relative, a key that is taken, a number past the 16-bit range.
-class TreeError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 struct TreeNode {
     int32_t index = 0;  // the record's index; the node's Key is "X" + index
@@ -40,15 +34,15 @@ public:
 
     // Adds a node last among the children of the node keyed by parentIndex,
     // or last at the top level when parentIndex is 0. Returns its number.
-    // Throws TreeError when the parent is unknown, the key is taken, the
-    // tree already holds 32,767 nodes, or the node would stand deeper than
+    // Throws Error when the parent is unknown, the key is taken, the tree
+    // already holds 32,767 nodes, or the node would stand deeper than
     // kMaxDepth.
     int Add(int32_t parentIndex, int32_t index, std::string text, NodeImage image, std::string tag);
 
     int Count() const { return static_cast<int>(nodes_.size()) - 1; }
     bool Exists(int number) const { return number >= 1 && number <= Count(); }
 
-    // The node of a number; throws TreeError for a number that does not exist.
+    // The node of a number; throws Error for a number that does not exist.
     const TreeNode& Node(int number) const;
     TreeNode& Node(int number);
 
@@ -68,8 +62,6 @@ public:
     // Selection: 0 while no node is selected.
     int Selected() const { return selected_; }
     void Select(int number) { selected_ = Exists(number) ? number : selected_; }
-
-    void Clear();
 
 private:
     std::vector<TreeNode> nodes_{1};  // slot 0 unused

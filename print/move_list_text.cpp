@@ -1,13 +1,13 @@
 #include "print/move_list_text.h"
 
+#include "library/text.h"
+
 namespace vantrel::print {
 namespace {
 
 constexpr std::string_view kWhiteNameGap = "           :";  // 11 blanks
 constexpr std::string_view kBlackNameGap = "   :";          // 3 blanks
 constexpr std::string_view kBlackAfterBreak = ". .....   ";
-
-bool IsBlankText(std::string_view s) { return s.find_first_not_of(' ') == std::string_view::npos; }
 
 const std::string& CommentOf(const std::vector<std::string>& nodeComments, int node) {
     static const std::string none(kNoComments);
@@ -18,25 +18,16 @@ const std::string& CommentOf(const std::vector<std::string>& nodeComments, int n
 }  // namespace
 
 PrintPath CollectPrintPath(const library::TreeModel& tree, int currentNode) {
+    if (!tree.Exists(currentNode)) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
+    const std::vector<int> line = tree.LineTo(currentNode);
+    if (static_cast<int>(line.size()) > kMaxPathSlots) throw Error("Subscript out of range", errors::kSubscriptOutOfRange);
     PrintPath path;
-    path.nodes.reserve(kMaxPathSlots);
-    int current = currentNode;
-    try {
-        path.nodes.push_back(current);
-        bool lookingForName = true;
-        for (;;) {
-            const library::TreeNode& node = tree.Node(current);
-            if (lookingForName && node.Text.find(':') != std::string::npos) {
-                path.headNode = current;
-                lookingForName = false;
-            }
-            if (node.parent == 0) break;  // a top-level node ends the walk
-            current = node.parent;
-            if (static_cast<int>(path.nodes.size()) >= kMaxPathSlots) throw PrintError("Subscript out of range", 9);
-            path.nodes.push_back(current);
+    path.nodes.assign(line.rbegin(), line.rend());
+    for (const int node : path.nodes) {
+        if (text::SplitNodeText(tree.Node(node).Text).named) {
+            path.headNode = node;
+            break;
         }
-    } catch (const library::TreeError&) {
-        throw PrintError("Invalid procedure call or argument", 5);
     }
     return path;
 }
@@ -54,8 +45,8 @@ std::string FormatMove(std::string_view move) {
 }
 
 std::vector<std::string> WrapComment(std::string_view comment) {
-    // Positions count from 1, as the wrap is described: i is the first
-    // character of the line being set, L the length of the comment.
+    // Positions count from 1: i is the first character of the line being
+    // set, L the length of the comment.
     std::vector<std::string> lines;
     const std::size_t L = comment.size();
     std::size_t i = 1;
@@ -93,8 +84,7 @@ std::vector<std::string> MovesFileLines(const library::TreeModel& tree, const st
                                         const PrintPath& path) {
     std::vector<std::string> out;
     if (path.headNode != 0) {
-        const std::string& text = tree.Node(path.headNode).Text;
-        out.push_back(text.substr(text.find(':') + 1));
+        out.emplace_back(text::SplitNodeText(tree.Node(path.headNode).Text).rest);
         out.emplace_back();
     }
 
@@ -109,11 +99,10 @@ std::vector<std::string> MovesFileLines(const library::TreeModel& tree, const st
     int number = 0;
     for (int slot = path.HighestSlot(); slot >= 0; --slot) {
         const int node = path.nodes[static_cast<std::size_t>(slot)];
-        const std::string& text = tree.Node(node).Text;
-        const std::size_t colon = text.find(':');
-        const bool hasName = colon != std::string::npos;
-        const std::string move = hasName ? text.substr(0, colon) : text;
-        const std::string name = hasName ? text.substr(colon + 1) : std::string();
+        const text::NodeTextParts parts = text::SplitNodeText(tree.Node(node).Text);
+        const bool hasName = parts.named;
+        const std::string_view move = parts.move;
+        const std::string_view name = parts.rest;
         const bool hasComment = CommentOf(nodeComments, node) != kNoComments;
 
         if (whiteToMove) {
@@ -131,7 +120,7 @@ std::vector<std::string> MovesFileLines(const library::TreeModel& tree, const st
             }
             if (hasComment) {
                 rowBreak = true;
-                if (!IsBlankText(row)) out.push_back(row);
+                if (!text::IsBlank(row)) out.push_back(row);
                 rowPending = false;
                 out.emplace_back();
                 writeComment(node);

@@ -6,30 +6,19 @@
 // single-byte code (Windows-1252); the window side draws it.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "library/loader.h"
 #include "library/tree_model.h"
 
 namespace vantrel::print {
 
-// A failure while collecting or setting the text, with the description and
-// number that the error dialog shows.
-class PrintError : public std::runtime_error {
-public:
-    PrintError(const std::string& description, int number) : std::runtime_error(description), number_(number) {}
-    int number() const { return number_; }
-
-private:
-    int number_;
-};
-
 inline constexpr int kMaxPathSlots = 201;      // a line has room for 201 nodes
 inline constexpr int kCommentWidth = 70;       // width of a wrapped comment line
 inline constexpr int kLinesPerPage = 66;       // head lines included
-inline constexpr std::string_view kNoComments = "No comments";
+using library::kNoComments;
 inline constexpr std::string_view kPageHead = "Vantrel - Print Moves List           Page ";
 
 // The line to print: node numbers from the node last clicked (slot 0) up to
@@ -41,7 +30,7 @@ struct PrintPath {
     int HighestSlot() const { return static_cast<int>(nodes.size()) - 1; }
 };
 
-// Walks up from currentNode through the parents. Throws PrintError when the
+// Walks up from currentNode through the parents. Throws Error when the
 // node does not exist or the line has more than 201 nodes.
 PrintPath CollectPrintPath(const library::TreeModel& tree, int currentNode);
 

@@ -77,7 +77,6 @@ public:
     // windows, resets the board and opens the library on the command line.
     void MDIForm_Load(const QString& commandLine = QString());
 
-    // In the order of the frame's interface.
     void Initialize();
     void ShowBoard();
     void ShowCommentMovesWindow();

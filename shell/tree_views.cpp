@@ -141,7 +141,7 @@ QString cTreeView::NewTreeView() {
         return QString();
     }
     ++m_WindowCounter;
-    const QString key = QStringLiteral("TV%1").arg(m_WindowCounter, 5, 10, QLatin1Char('0'));
+    const QString key = KeyOf(m_WindowCounter);
     auto* form = new frmTreeView();
     form->Tag = key;
     Libraries.append(form);

@@ -11,7 +11,6 @@ class frmTreeView;
 
 class cTreeView {
 public:
-    // In the order of the class's interface.
     void ExpandNode();
     void CollapseAll();
     void ExpandAll();
@@ -33,6 +32,8 @@ public:
 
     // The window of a key, or null; the active one, or null.
     frmTreeView* Item(const QString& key) const;
+    // The key of window number n: "TV" and the number in five digits.
+    static QString KeyOf(int n) { return QStringLiteral("TV%1").arg(n, 5, 10, QLatin1Char('0')); }
     frmTreeView* Active() const { return Item(ActiveKey); }
     const QString& GetActiveKey() const { return ActiveKey; }
     const QList<frmTreeView*>& All() const { return Libraries; }

@@ -199,7 +199,7 @@ void frmTreeView::OpenLibrary(const QString& path) {
 
     if (result == library::LoadResult::NotValid) {
         // The bar was never shown and the board never reset.
-        ui::MsgBox(QStringLiteral("Not a valid Vantrel library"));
+        ui::MsgBox(QString::fromStdString(library::LoadFailureMessage(result, {})));
         IsLoading = false;
         UnloadSelf();
         return;
@@ -210,7 +210,7 @@ void frmTreeView::OpenLibrary(const QString& path) {
         model_->Forget();
         games_->Clear();
         contents_ = library::LibraryContents{};
-        ui::MsgBox(QStringLiteral("Problem loading library ") + path);
+        ui::MsgBox(QFile::decodeName(library::LoadFailureMessage(result, QFile::encodeName(path).toStdString()).c_str()));
         IsLoading = false;
         UnloadSelf();
         return;

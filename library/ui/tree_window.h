@@ -45,7 +45,6 @@ public:
     // The window's key in cTreeView ("TV00001"), also its Tag.
     QString Tag;
 
-    // In the order of the window's interface.
     void ExpandNode();
     void OpenLibrary(const QString& path);
     void ExpandTree(bool bExpanded);

@@ -57,8 +57,8 @@ void PrintMovesFile() {
     if (outcome == print::PrintOutcome::NoPrinter)
         ShowError(QStringLiteral("There is no printer to print on. Choose a printer, or a PDF file, in File > "
                                  "Print Setup."),
-                  482);
-    if (outcome == print::PrintOutcome::Failed) ShowError(QStringLiteral("Printer error"), 482);
+                  errors::kPrinterError);
+    if (outcome == print::PrintOutcome::Failed) ShowError(QStringLiteral("Printer error"), errors::kPrinterError);
     file.remove();
 }
 
@@ -70,7 +70,7 @@ void frmTreeView::PrintMoveList() {
     print::PrintPath path;
     try {
         path = print::CollectPrintPath(contents_.tree, CurrentNode);
-    } catch (const print::PrintError& e) {
+    } catch (const Error& e) {
         ShowError(QString::fromStdString(e.what()), e.number());
         return;
     }

@@ -88,6 +88,5 @@ PrintOutcome PrintPages(const std::vector<Page>& pages) {
 }
 
 void SetPdfTarget(const QString& path) { pdfTarget() = path; }
-QString PdfTarget() { return pdfTarget(); }
 
 }  // namespace vantrel::print

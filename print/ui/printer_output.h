@@ -37,6 +37,5 @@ PrintOutcome PrintPages(const std::vector<Page>& pages);
 // Test seam: while a path is set, PrintPages writes a PDF there instead of
 // printing. An empty path prints again.
 void SetPdfTarget(const QString& path);
-QString PdfTarget();
 
 }  // namespace vantrel::print

@@ -186,7 +186,8 @@ TEST(Resolver, EveryPawnFormResolves) {
 TEST(Resolver, EnPassantTiming) {
     struct Line { const char *before, *moves, *results, *after; };
     const Line lines[] = {
-        {"Pe2 pd4", "7.e4 dxe3", "0 0", "pe3"}, {"Pe3 pd4", "e4 dxe3", "0 2", "Pe4 pd4"},  // a single step isn't double {"Pe2 pd4 ph7 Pa2", "e4 h6 a3 dxe3", "0 0 0 2", "Pe4 ph6 Pa3 pd4"},
+        {"Pe2 pd4", "7.e4 dxe3", "0 0", "pe3"}, {"Pe3 pd4", "e4 dxe3", "0 2", "Pe4 pd4"},  // a single step isn't double
+        {"Pe2 pd4 ph7 Pa2", "e4 h6 a3 dxe3", "0 0 0 2", "Pe4 ph6 Pa3 pd4"},  // only at the very next ply
         // A failed try at the next ply uses up the one call that can capture.
         {"Pe2 pd4", "1.e4 2.Nf6 2.dxe3", "0 2 2", "Pe4 pd4"}, {"Pe2 pd4", "1.e4 2.?? 2.dxe3", "0 3 2", "Pe4 pd4"},
         // Only onto the passed square, only by the other side's pawn; the double-stepped pawn blocks the file.
@@ -255,7 +256,7 @@ TEST(FindPiece, CountsWithinTheHintsAndLeavesTheNth) {
         std::string piece = c.piece;
         int16_t rank = c.rank, file = c.file;
         const int count = FindPiece(board, piece, rank, file, c.white, c.n);
-        EXPECT_EQ(count * 100 + rank * 10 + file, c.count * 100 + c.foundRank * 10 + c.foundFile)
+        EXPECT_EQ((std::vector<int>{count, rank, file}), (std::vector<int>{c.count, c.foundRank, c.foundFile}))
             << c.pieces << " " << c.piece << " n=" << c.n;
     }
 }
@@ -316,8 +317,8 @@ long Perft(const Position& pos, int depth) {
 }
 
 TEST(ChessLegalTest, CountsTheLegalMovesOfTheFirstFourPliesAndReadsFen) {
-    EXPECT_EQ(std::to_string(Perft({}, 1)) + " " + std::to_string(Perft({}, 2)) + " " + std::to_string(Perft({}, 3)) +
-                  " " + std::to_string(Perft({}, 4)), "20 400 8902 197281");
+    EXPECT_EQ((std::vector<long>{Perft({}, 1), Perft({}, 2), Perft({}, 3), Perft({}, 4)}),
+              (std::vector<long>{20, 400, 8902, 197281}));
     // The FEN placement read, or what is wrong with it.
     std::string layout, error;
     EXPECT_TRUE(LayoutFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", layout, error));

@@ -7,10 +7,13 @@
 #include "import/counted_tree.h"
 #include "library/export_pgn.h"
 #include "library/loader.h"
+#include "library/text.h"
 #include "store_test_support.h"
 
 namespace vantrel::storetest {
 namespace {
+
+std::string MoveOf(const library::TreeNode& node) { return std::string(text::SplitNodeText(node.Text).move); }
 
 struct Tally {
     int64_t games = 0, wins = 0, draws = 0, losses = 0;
@@ -77,10 +80,7 @@ TEST_F(CountedTreeTest, CountsScoresOrderAndBranchesMatchAnIndependentCount) {
     EXPECT_EQ(contents.header.LibRemarks, "Remarks ahead of the games.\r\n\r\n");
     for (int n = 1; n <= tree.Count(); ++n) {
         std::string line;
-        for (const int at : tree.LineTo(n)) {
-            const std::string& text = tree.Node(at).Text;
-            line += (line.empty() ? "" : " ") + text.substr(0, text.find(": "));
-        }
+        for (const int at : tree.LineTo(n)) line += (line.empty() ? "" : " ") + MoveOf(tree.Node(at));
         ASSERT_TRUE(tally.count(line)) << line;
         const Tally& t = tally[line];
         const int score = import::ScorePercent(t.wins, t.draws, t.losses);
@@ -93,8 +93,7 @@ TEST_F(CountedTreeTest, CountsScoresOrderAndBranchesMatchAnIndependentCount) {
         const size_t place = std::find(siblings.begin(), siblings.end(), n) - siblings.begin();
         EXPECT_EQ(branch.flags[static_cast<size_t>(n - 1)], node.parent == 0 || place > 0) << line;
         if (place == 0) continue;
-        const std::string& before = tree.Node(siblings[place - 1]).Text;
-        const Tally& e = tally[line.substr(0, line.size() - move.size()) + before.substr(0, before.find(": "))];
+        const Tally& e = tally[line.substr(0, line.size() - move.size()) + MoveOf(tree.Node(siblings[place - 1]))];
         EXPECT_TRUE(e.games > t.games || (e.games == t.games && e.first < t.first)) << line;
     }
     EXPECT_EQ(import::ScorePercent(2, 1, 0), 83);  // 83.3
@@ -110,8 +109,7 @@ TEST_F(CountedTreeTest, FitTakesTheSmallestCountThatFitsAndRunsOnDiskChangeNothi
     EXPECT_GT(NodesFrom(taken - 1), 60);
     EXPECT_EQ(fitted.tree.Count(), NodesFrom(taken));
     // Without counts a branch names the first game that reached it.
-    EXPECT_EQ(fitted.tree.Node(1).Text.substr(fitted.tree.Node(1).Text.find(": ")),
-              ": G" + std::to_string(tally[fitted.tree.Node(1).Text.substr(0, fitted.tree.Node(1).Text.find(": "))].first));
+    EXPECT_EQ(fitted.tree.Node(1).Text, MoveOf(fitted.tree.Node(1)) + ": G" + std::to_string(tally[MoveOf(fitted.tree.Node(1))].first));
     const std::string inMemory = ReadFile(import::LibraryPath(options));
     fit.runBytes = 300;  // a run of a few games each
     Count(fit);

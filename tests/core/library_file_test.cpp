@@ -50,8 +50,8 @@ std::string Hex(std::string_view bytes) {
     return s;
 }
 
-// The library of the format's worked example: Demo, remarks Hi, 1.e4 from
-// "Test game" and 1...e5 with the comment "Open game".
+// A small library: Demo, remarks Hi, 1.e4 from "Test game" and 1...e5 with
+// the comment "Open game".
 std::string DemoBytes() {
     Lib demo{{1, -1, "Demo", 2, 1, 2, "Hi"}, {}};
     return demo.Add(1, 0, "e4: Test game", "", true, std::string(64, 'A'))
@@ -96,6 +96,18 @@ TEST(LibraryLoader, BuildsTreeCommentsAndGameList) {
     std::string games;
     for (const auto& g : c.games) games += std::to_string(g.node) + "=" + g.name + "|";
     EXPECT_EQ(games, "1=Open games|3=Sicilian|4=Closed|6= x|7=|");
+    // Flags are 16-bit, 0 false and every other value true: a library written
+    // elsewhere may hold 1 for true.
+    std::string head;
+    EncodeHeader(Lib().header, head);
+    for (const int flag : {1, 0x100}) {
+        std::string bytes = Lib().Add(1, 0, "e4: Elsewhere").Bytes();
+        bytes[head.size() + 8] = static_cast<char>(flag & 0xFF);  // behind the index and the parent
+        bytes[head.size() + 9] = static_cast<char>(flag >> 8);
+        LibraryContents e;
+        ASSERT_EQ(LoadLibraryBytes(bytes, e), LoadResult::Ok) << flag;
+        EXPECT_EQ(e.tree.Node(1).Image, NodeImage::Board) << flag;
+    }
     // Node numbers follow the file, not the index.
     LibraryContents d;
     ASSERT_EQ(Lib().Add(50, 0, "e4").Add(7, 50, "e5").Add(900, 7, "Nf3").Load(d), LoadResult::Ok);
@@ -184,8 +196,10 @@ TEST(FindInRange, ComparesTheWholeString) {
     TreeModel tree;
     for (const std::string& tag : {lowerKing, kTarget + " ", kTarget.substr(0, 63), kTarget})
         tree.Add(0, tree.Count() + 1, "m", NodeImage::Pawn, tag);
-    EXPECT_EQ(std::to_string(FindInRange(tree, kTarget, 1, 4)) + std::to_string(FindInRange(tree, lowerKing, 1, 4)) +
-                  std::to_string(FindInRange(tree, std::string(64, '0'), 1, 4)), "410");
+    std::vector<int> found;
+    for (const std::string& wanted : {kTarget, lowerKing, std::string(64, '0')})
+        found.push_back(FindInRange(tree, wanted, 1, 4));
+    EXPECT_EQ(found, (std::vector<int>{4, 1, 0}));
 }
 
 // A walk on a tree of n nodes with matches at the given nodes: the selection

@@ -39,9 +39,9 @@ TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
     c.Add("c4", "", 0);
     EXPECT_EQ(CollectPrintPath(c.tree, 4).nodes, (std::vector<int>{4, 3, 2, 1}));
     EXPECT_EQ(CollectPrintPath(c.tree, 5).nodes, (std::vector<int>{5, 2, 1}));
-    std::string heads;
-    for (int clicked : {4, 5, 3, 6}) heads += std::to_string(CollectPrintPath(c.tree, clicked).headNode);
-    EXPECT_EQ(heads, "3130");
+    std::vector<int> heads;
+    for (int clicked : {4, 5, 3, 6}) heads.push_back(CollectPrintPath(c.tree, clicked).headNode);
+    EXPECT_EQ(heads, (std::vector<int>{3, 1, 3, 0}));
     // Both names show in the rows; only the lower one heads the text.
     EXPECT_EQ(c.FileLines(4), (Lines{" Lower", "", "  1. e4              : Upper", "  1. .....   e5   ",
                                      "  2. Nf3             : Lower", "  2. .....   Nc6  "}));
@@ -54,7 +54,7 @@ TEST(PrintPath, CollectsFromTheClickedNodeUpToTheTopHeadedByTheNearestName) {
         try {
             CollectPrintPath(l.tree, clicked);
             ADD_FAILURE() << clicked;
-        } catch (const PrintError& e) {
+        } catch (const Error& e) {
             EXPECT_EQ(e.number(), number) << clicked;
         }
     }
@@ -64,7 +64,7 @@ TEST(PrintRows, RowsNamesAndCommentsOfALine) {
     struct Node { std::string text, comment; };
     struct Case { const char* what; std::vector<Node> line; Lines file; };  // the last node of the line is clicked
     const Case cases[] = {
-        {"the worked example",
+        {"a named line with a comment",
          {{"e4: a", ""}, {"e5", ""}, {"Nf3", "Develops the knight."}, {"Nc6", ""}, {"Bb5", ""}},
          {" a", "", "  1. e4              : a", "  1. .....   e5   ", "  2. Nf3  ", "", "Develops the knight.", "",
           "  2. .....   Nc6  ", "  3. Bb5  "}},

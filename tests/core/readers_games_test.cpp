@@ -3,10 +3,8 @@
 // remarks ahead of the first game, the PGN tag section and the SAN "!" lines
 // that name the games, and where a game's move text ends.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 
 #include "import/readers.h"
@@ -19,12 +17,13 @@ using namespace vantrel::import;
 using namespace vantrel::text;
 using vantrel::storetest::WritePacked;
 using Lines = std::vector<std::string>;
+using vantrel::Error;
 
 // Reads all lines; past the last one Eof is true and a read fails with error 62.
 Lines AllLines(LineSource& src) {
     Lines lines;
     while (!src.Eof()) lines.push_back(src.ReadLine());
-    EXPECT_THROW(src.ReadLine(), ImportError);  // its text and number: see the store's tests
+    EXPECT_THROW(src.ReadLine(), Error);  // its text and number: see the store's tests
     return lines;
 }
 
@@ -55,9 +54,9 @@ TEST(LineSource, LineEndsAndCharacterSets) {
 }
 
 TEST(LineSource, AFileReadAcrossManyBlocks) {
-    const std::string path = (std::filesystem::temp_directory_path() /
-                              ("vantrel_lines_" + std::to_string(::getpid()) + ".txt")).string();
-    const auto write = [&](const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; };
+    const vantrel::storetest::TempDir dir;
+    const std::string path = dir / "lines.txt";
+    const auto write = [&](const std::string& bytes) { vantrel::storetest::WriteFile(path, bytes); };
     LineSource src;
     // Lines of every length and every kind of end, so that block boundaries
     // fall inside lines and between CR and LF.
@@ -78,7 +77,6 @@ TEST(LineSource, AFileReadAcrossManyBlocks) {
         ASSERT_TRUE(src.Open(path));
         EXPECT_EQ(AllLines(src), (Lines{std::string(at, 'x'), "last"})) << at;
     }
-    std::filesystem::remove(path);
     // The line table above covers UTF-8 lines read as 1252; here the way back.
     EXPECT_EQ(Cp1252ToUtf8("R\xE9ti \x80 \x93q\x94"), "R\xC3\xA9ti \xE2\x82\xAC \xE2\x80\x9Cq\xE2\x80\x9D");
     for (int b = 0; b < 256; ++b)
@@ -201,10 +199,10 @@ TEST(PgnReader, WhereGamesStartAndEnd) {
     };
     for (const FileCase& c : cases) ExpectReads(c, Pgn);
     // An empty file fails on the first read, with the error the store shows (see its tests).
-    EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}}, Pgn), ImportError);
+    EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}}, Pgn), Error);
     EXPECT_THROW(ExpectReads({"empty", "", {{0, "", nullptr}}},
                              [](ImportState& st, GameRecord& g) { return ReadSanGame(st, g, "{", "}"); }),
-                 ImportError);
+                 Error);
 }
 
 TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
@@ -245,7 +243,7 @@ TEST(PgnReader, TheNameIsMadeOfTheChosenTags) {
         try {
             ExpectReads({line, (std::string(line) + "\n\n1. e4\n").c_str(), {{1, "", nullptr}}}, Pgn);
             ADD_FAILURE() << line;
-        } catch (const ImportError& e) {
+        } catch (const Error& e) {
             EXPECT_EQ(e.number(), 5) << line;
             EXPECT_STREQ(e.what(), "Invalid procedure call or argument");
         }

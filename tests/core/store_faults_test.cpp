@@ -237,6 +237,7 @@ TEST_F(StoreFaultTest, LibraryNamesAreTrimmedAndTheFileNameKeepsTheirSpelling) {
     // the file name; two names alike once cut down to Windows-1252 still make two files.
     const std::tuple<const char*, const char*, const char*, const char*> names[] = {
         {"", "  O'Kelly's lines  ", "O'Kelly's lines", "O'Kelly's lines"}, {"", "Caf\xE9", "Caf\xC3\xA9", "Caf\xE9"},
+        {"", " \tTabs stay\t ", "\tTabs stay\t", "\tTabs stay\t"},  // blanks only are trimmed
         {"Дебюты Ωmega", "?????? ?mega", "Дебюты Ωmega", "?????? ?mega"},
         {"Партии Ωmega", "?????? ?mega", "Партии Ωmega", "?????? ?mega"}};
     for (const auto& [file, name, fileName, book] : names) {
@@ -248,7 +249,7 @@ TEST_F(StoreFaultTest, LibraryNamesAreTrimmedAndTheFileNameKeepsTheirSpelling) {
         ASSERT_EQ(library::LoadLibrary(import::LibraryPath(options), contents), library::LoadResult::Ok);
         EXPECT_EQ(contents.header.book + "|" + std::to_string(contents.tree.Count()), book + std::string("|2"));
     }
-    EXPECT_EQ(FilesIn(dir.str()), 6u);  // database, game file, four libraries
+    EXPECT_EQ(FilesIn(dir.str()), 7u);  // database, game file, five libraries
     // A name is a file's in the program's folder, never a path, nor made of
     // dots alone, and it fits a file name.
     for (const std::string& bad : Strings{"sub/L", "../escaped", ".", "...", std::string(252, 'n')}) {
@@ -258,7 +259,7 @@ TEST_F(StoreFaultTest, LibraryNamesAreTrimmedAndTheFileNameKeepsTheirSpelling) {
         EXPECT_FALSE(Write());
         EXPECT_EQ(host.messages.size(), 1u) << bad;
     }
-    EXPECT_EQ(FilesIn(dir.str()), 6u);
+    EXPECT_EQ(FilesIn(dir.str()), 7u);
     EXPECT_EQ(import::LibraryNameProblem(std::string(251, 'n')), "");
 }
 

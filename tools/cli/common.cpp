@@ -120,16 +120,9 @@ bool FinishOutput() {
 }
 
 bool Load(const std::string& path, library::LibraryContents& contents, library::LoadObserver* observer) {
-    switch (library::LoadLibrary(path, contents, observer)) {
-        case library::LoadResult::Ok:
-            return true;
-        case library::LoadResult::NotValid:
-            std::fprintf(stderr, "Not a valid Vantrel library\n");
-            return false;
-        case library::LoadResult::Problem:
-            break;
-    }
-    std::fprintf(stderr, "Problem loading library %s\n", path.c_str());
+    const library::LoadResult result = library::LoadLibrary(path, contents, observer);
+    if (result == library::LoadResult::Ok) return true;
+    std::fprintf(stderr, "%s\n", library::LoadFailureMessage(result, path).c_str());
     return false;
 }
 

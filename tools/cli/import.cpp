@@ -35,11 +35,10 @@ namespace {
 volatile std::sig_atomic_t gInterrupted = 0;
 
 // Error numbers of the import that the command line explains.
-constexpr int kBusy = 5;
-constexpr int kBrokenTag = 5;
-constexpr int kTooManyPlies = 9;
-constexpr int kPastEnd = 62;
-constexpr int kNothingStored = 94;
+constexpr int kBrokenTag = errors::kInvalidProcedureCall;
+constexpr int kTooManyPlies = errors::kSubscriptOutOfRange;
+constexpr int kPastEnd = errors::kInputPastEnd;
+constexpr int kNothingStored = errors::kInvalidUseOfNull;
 
 void OnInterrupt(int) { gInterrupted = 1; }
 
@@ -200,7 +199,7 @@ public:
         else if (number == kNothingStored)
             why = "none of the " + std::to_string(gameNumber_) + " games of " + file_ +
                   " gave a move to store: each was skipped at its first move, or had none";
-        else if (number == kBusy && description == "database is locked")
+        else if (number == errors::kBusy && description == "database is locked")
             why = "the working database is in use by another import; try again once it is done";
         else if (!where_.empty())
             why = where_;
@@ -381,7 +380,7 @@ int Import(int argc, char** argv) {
         return 1;
     }
     options.programDir = outDir.empty() ? folders.programDir : outDir;
-    options.databasePath = dbPath.empty() ? folders.programDir + "/Tessimo.mdb" : dbPath;
+    options.databasePath = dbPath.empty() ? folders.programDir + "/" + install::kDatabaseFile : dbPath;
 
     // What can be known before the games are read is checked first: the
     // name, the file, and the library that a run would replace.

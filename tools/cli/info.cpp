@@ -67,7 +67,7 @@ int Info(int argc, char** argv) {
 
     library::LibraryReader reader;
     if (!reader.Open(path)) {
-        std::fprintf(stderr, "Problem loading library %s\n", path.c_str());
+        std::fprintf(stderr, "%s\n", library::LoadFailureMessage(library::LoadResult::Problem, path).c_str());
         return 1;
     }
     // The loader tells whether the window opens the library; the counts take
@@ -77,7 +77,7 @@ int Info(int argc, char** argv) {
     const library::LoadResult loaded = library::LoadLibrary(reader, contents, &counts);
     const library::LibraryHeader& header = contents.header;
     if (header.version != 1) {
-        std::fprintf(stderr, "Not a valid Vantrel library\n");
+        std::fprintf(stderr, "%s\n", library::LoadFailureMessage(library::LoadResult::NotValid, path).c_str());
         return 1;
     }
     for (library::LibraryNodeRecord record; reader.ReadRecord(record);) counts.OnRecord(record);

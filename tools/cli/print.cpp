@@ -46,7 +46,7 @@ int Print(int argc, char** argv) {
     try {
         const auto pages = print::MoveListPages(contents.tree, contents.NodeComments, static_cast<int>(number));
         return WriteResult(Out(print::PagesText(pages)), outPath, path) ? 0 : 1;
-    } catch (const print::PrintError& e) {
+    } catch (const Error& e) {
         std::fprintf(stderr, "The following Error occurred: %s (Number: %d)\n", e.what(), e.number());
         return 1;
     }
