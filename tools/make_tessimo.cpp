@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "import/moves_table.h"
+#include "import/working_database.h"
 
 int main(int argc, char** argv) {
     if (argc != 3) {
