@@ -17,7 +17,7 @@ int Square(int rank, int file) { return (rank - 1) * 8 + file - 1; }  // ranks a
 // and `to` given, a success counts only if it moved the piece from there.
 int16_t TryOnCopy(const ImportBoard& board, std::string move, int16_t ply, int from = -1, int to = -1) {
     ImportBoard copy = board;
-    const int16_t rc = ResolveMove(copy, move, ply);
+    const ResolveResult rc = ResolveMove(copy, move, ply);
     if (rc != kResolved || from < 0) return rc;
     const bool moved = copy.IsEmpty(from / 8 + 1, from % 8 + 1) && !copy.IsEmpty(to / 8 + 1, to % 8 + 1);
     return moved ? kResolved : kIllegal;

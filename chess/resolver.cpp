@@ -56,7 +56,7 @@ struct MoveTarget {
 
 // Looks for the one piece that can reach the target. On success fills the
 // source square and, with a deduced rank, settles the target rank.
-int16_t FindSource(const ImportBoard& board, const std::string& piece, bool isWhite, MoveTarget& t, int16_t& sourceRank,
+ResolveResult FindSource(const ImportBoard& board, const std::string& piece, bool isWhite, MoveTarget& t, int16_t& sourceRank,
                    int16_t& sourceFile) {
     if (t.targetFile > 8 || t.targetRank > 8 || t.targetFile < 0 || OutsideSubscripts(t.hintRank) ||
         OutsideSubscripts(t.hintFile))
@@ -104,7 +104,7 @@ void CarryOut(ImportBoard& board, char pieceLetter, bool isWhite, int16_t source
     board.SetCode(targetRank, targetFile, std::string_view(code, 2));
 }
 
-int16_t Castle(ImportBoard& board, std::string& move, bool isWhite) {
+ResolveResult Castle(ImportBoard& board, std::string& move, bool isWhite) {
     const char* text = CastlingText(move);
     if (text == nullptr) return kCantParse;
     const bool kingSide = text[3] == '\0';
@@ -136,7 +136,7 @@ int16_t Castle(ImportBoard& board, std::string& move, bool isWhite) {
     return kResolved;
 }
 
-int16_t PieceMove(ImportBoard& board, const std::string& move, bool isWhite) {
+ResolveResult PieceMove(ImportBoard& board, const std::string& move, bool isWhite) {
     const size_t len = move.size();
     if (len < 3 || len > 5) return kCantParse;
 
@@ -159,13 +159,13 @@ int16_t PieceMove(ImportBoard& board, const std::string& move, bool isWhite) {
 
     std::string piece(1, move[0]);
     int16_t sourceRank = 0, sourceFile = 0;
-    const int16_t result = FindSource(board, piece, isWhite, t, sourceRank, sourceFile);
+    const ResolveResult result = FindSource(board, piece, isWhite, t, sourceRank, sourceFile);
     if (result != kResolved) return result;
     CarryOut(board, piece[0], isWhite, sourceRank, sourceFile, t.targetRank, t.targetFile);
     return kResolved;
 }
 
-int16_t PawnMove(ImportBoard& board, const std::string& move, bool isWhite) {
+ResolveResult PawnMove(ImportBoard& board, const std::string& move, bool isWhite) {
     const size_t len = move.size();
     auto c = [&](size_t i) { return move[i - 1]; };  // c(1) .. c(len)
 
@@ -242,7 +242,7 @@ int16_t PawnMove(ImportBoard& board, const std::string& move, bool isWhite) {
 
     std::string piece(1, 'p');
     int16_t sourceRank = 0, sourceFile = 0;
-    const int16_t result = FindSource(board, piece, isWhite, t, sourceRank, sourceFile);
+    const ResolveResult result = FindSource(board, piece, isWhite, t, sourceRank, sourceFile);
     if (result != kResolved) return result;
 
     EnPassantRecord& ep = board.EnPassant;
@@ -280,7 +280,7 @@ std::string_view NodeText(std::string_view move) {
     return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
-int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply) {
+ResolveResult ResolveMove(ImportBoard& board, std::string& move, int16_t ply) {
     const bool isWhite = (ply % 2) != 0;
 
     // Every call ages the record, a failed one and a retry of the same ply too.

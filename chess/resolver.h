@@ -31,7 +31,7 @@ struct ReachMap {
 // `move` is rewritten only for castling ("o-o" / "o-o-o"), as soon as the
 // spelling is recognised. Every call ages board.EnPassant first, failed calls
 // too. Any result but kResolved leaves the squares unchanged.
-int16_t ResolveMove(ImportBoard& board, std::string& move, int16_t ply);
+ResolveResult ResolveMove(ImportBoard& board, std::string& move, int16_t ply);
 
 // "o-o" or "o-o-o" for any spelling of a castling that ResolveMove takes
 // ("O-O", "0-0", "oo", ...), nullptr for anything else.

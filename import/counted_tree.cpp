@@ -471,7 +471,7 @@ private:
                 }
                 move = game.GameMoves[i];
                 bool asked = false;
-                int16_t rc = chess::ResolveMove(board_, move, i);
+                chess::ResolveResult rc = chess::ResolveMove(board_, move, i);
                 while (rc != chess::kResolved) {
                     asked = true;
                     const int16_t action = host_.AskFixMove(i, n, rc, game, board_);

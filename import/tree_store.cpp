@@ -162,7 +162,7 @@ private:
             // what the file said.
             move_ = game.GameMoves[i];
             recorder_.Before(board_);
-            int16_t rc = chess::ResolveMove(board_, move_, i);
+            chess::ResolveResult rc = chess::ResolveMove(board_, move_, i);
             while (rc != chess::kResolved) {
                 const int16_t action = host_.AskFixMove(i, n, rc, game, board_);
                 if (action == kFixAccept) {
