@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "board/piece_art.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
 
 namespace {
 

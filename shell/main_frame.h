@@ -9,10 +9,13 @@
 #include <QString>
 #include <QStringList>
 
+#include "shell/tree_views.h"
+
 class QAction;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
+class frmTreeView;
 
 namespace vantrel {
 
@@ -53,14 +56,6 @@ QRect DefaultFrameGeometry(const QRect& room, const QSize& design);
 // than it takes to lie wholly within it.
 QRect FitOnScreen(const QRect& outer, const QRect& available);
 
-// The settings store: named values in sections. Each value keeps its kind,
-// text or number, between runs: a text is not read as a number, nor a number
-// as a text.
-QString GetSettingText(const QString& section, const QString& name);
-int GetSettingNumber(const QString& section, const QString& name);
-void SaveSettingText(const QString& section, const QString& name, const QString& text);
-void SaveSettingNumber(const QString& section, const QString& name, int number);
-
 // The command line as the program keeps it: the arguments after the
 // program's name joined by single blanks.
 QString JoinCommandLine(const QStringList& arguments);
@@ -93,6 +88,12 @@ public:
     QMdiArea* MdiArea() const { return mdiArea_; }
     // Adds a window as a child of the frame, in its own sub-window.
     QMdiSubWindow* AddChild(QWidget* form);
+    // Adds a library window, and takes what it tells.
+    void AdoptLibraryWindow(frmTreeView* form);
+
+    // The register of the open libraries.
+    cTreeView& TreeViews() { return treeViews_; }
+    const cTreeView& TreeViews() const { return treeViews_; }
 
     // The commands, by name (tests and other windows drive them).
     void m_open_Click();
@@ -182,6 +183,7 @@ private:
     bool MDIForm_QueryUnload();
     void MDIForm_Unload();
 
+    cTreeView treeViews_{*this};
     QMdiArea* mdiArea_ = nullptr;
     QAction* windowListSeparator_ = nullptr;
     QList<QAction*> windowListActions_;

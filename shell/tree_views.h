@@ -1,4 +1,5 @@
-// cTreeView: the register of the open libraries and the active one.
+// cTreeView: the register of the open libraries and the active one, kept
+// by the main frame.
 #pragma once
 
 #include <QList>
@@ -7,10 +8,15 @@
 #include <cstdint>
 #include <string>
 
+#include "board/search_window.h"
+
+class MDIVantrel;
 class frmTreeView;
 
-class cTreeView {
+class cTreeView : public vantrel::board::SearchLibraries {
 public:
+    explicit cTreeView(MDIVantrel& frame) : frame_(frame) {}
+
     // In the order of the class's interface.
     void ExpandNode();
     void CollapseAll();
@@ -19,17 +25,17 @@ public:
     void FindNext();
     void Find();
     int16_t Count() const { return static_cast<int16_t>(Libraries.size()); }
-    int16_t GetAllLibraries(QStringList& szLibArray, QStringList& szTagArray) const;
-    std::string CurrentBoard() const;
+    int16_t GetAllLibraries(QStringList& szLibArray, QStringList& szTagArray) const override;
+    std::string CurrentBoard() const override;
     void OpenLib(const QString& szLibPath);
     void ArrangeWindows();
     void LayerWindows();
     void Remove(frmTreeView* fTreeView);
     void SetAsActive(frmTreeView* fTreeView);
-    void SetActive(const QString& szKey) { ActiveKey = szKey; }
+    void SetActive(const QString& szKey) override { ActiveKey = szKey; }
     QString LibRemarks() const;
-    void SetSearchCancelled(bool bCancelled) { m_SearchCancelled = bCancelled; }
-    void SetSearchBoard(const std::string& szBoard) { m_SearchBoard = szBoard; }
+    void SetSearchCancelled(bool bCancelled) override { m_SearchCancelled = bCancelled; }
+    void SetSearchBoard(const std::string& szBoard) override { m_SearchBoard = szBoard; }
 
     // The window of a key, or null; the active one, or null.
     frmTreeView* Item(const QString& key) const;
@@ -51,6 +57,7 @@ private:
     // Tiles the library windows from top to bottom, or lays them all in one place.
     void PlaceAll(bool layered);
 
+    MDIVantrel& frame_;
     QString ActiveKey;
     QList<frmTreeView*> Libraries;  // in order of opening; the key is each window's Tag
     bool m_SearchCancelled = false;

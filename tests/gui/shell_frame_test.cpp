@@ -60,11 +60,11 @@ TEST_F(FrameCommandsTest, StartUpShowsTheSharedWindowsAndOpensTheCommandLineAsIt
     const QString path = Write(Small("From the command line"));
     StartFrame(path);
     EXPECT_TRUE(forms::OuterWindow(&forms::Board())->isVisible() && forms::OuterWindow(&forms::Moves())->isVisible());
-    ASSERT_EQ(forms::TreeViews().Count(), 1);
-    EXPECT_EQ(forms::TreeViews().Active()->Caption(), "From the command line");
+    ASSERT_EQ(frame->TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().Active()->Caption(), "From the command line");
     StartFrame("   ");
     EXPECT_TRUE(messages.messages.empty());
-    EXPECT_EQ(forms::TreeViews().WindowCounter(), 0);
+    EXPECT_EQ(frame->TreeViews().WindowCounter(), 0);
     EXPECT_EQ(forms::Board().Board(), kStart);
     // A missing file, or a quoted name (quotes are not taken off), fails.
     const QString missing = dir.file("nowhere.vnb");
@@ -73,7 +73,7 @@ TEST_F(FrameCommandsTest, StartUpShowsTheSharedWindowsAndOpensTheCommandLineAsIt
     EXPECT_EQ(messages.Texts(),
               (QStringList{"Problem loading library " + missing, "Problem loading library \"" + path + "\""}));
     EXPECT_TRUE(frame->isVisible());
-    EXPECT_EQ(forms::TreeViews().Count(), 0);
+    EXPECT_EQ(frame->TreeViews().Count(), 0);
 }
 
 TEST_F(FrameCommandsTest, OpenAsksForAFileInTheProgramsFolderAndOpensIt) {
@@ -85,14 +85,14 @@ TEST_F(FrameCommandsTest, OpenAsksForAFileInTheProgramsFolderAndOpensIt) {
               (QStringList{"Browse File", dir.path(), "Vantrel Libraries (*.vnb)"}));
     // Opening it again gives a second, independent window, with the same caption.
     frame->m_open->trigger();
-    ASSERT_EQ(forms::TreeViews().Count(), 2);
-    EXPECT_EQ(forms::TreeViews().All()[0]->Caption() + forms::TreeViews().All()[1]->Caption(), "ChosenChosen");
+    ASSERT_EQ(frame->TreeViews().Count(), 2);
+    EXPECT_EQ(frame->TreeViews().All()[0]->Caption() + frame->TreeViews().All()[1]->Caption(), "ChosenChosen");
     // A cancelled or blank answer opens nothing.
     for (const QString& answer : {QString(), QStringLiteral("   ")}) {
         openAnswer = answer;
         frame->m_open->trigger();
     }
-    EXPECT_EQ(forms::TreeViews().WindowCounter(), 2);
+    EXPECT_EQ(frame->TreeViews().WindowCounter(), 2);
     EXPECT_TRUE(messages.messages.empty());
 }
 
@@ -108,14 +108,14 @@ TEST_F(FrameCommandsTest, ImportOpensTheNewLibraryUnlessTheWizardWasCancelled) {
         return static_cast<int>(QDialog::Accepted);
     };
     frame->m_import->trigger();
-    ASSERT_EQ(forms::TreeViews().Count(), 1);
-    EXPECT_EQ(forms::TreeViews().Active()->Caption(), "Imported");
+    ASSERT_EQ(frame->TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().Active()->Caption(), "Imported");
     onModal = [&](QDialog&) {
         ImportCancelled = 1;
         return static_cast<int>(QDialog::Rejected);
     };
     frame->m_import->trigger();
-    EXPECT_EQ(forms::TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().Count(), 1);
 }
 
 TEST_F(FrameCommandsTest, LibraryRemarksShowsTheActiveLibrarysRemarksInAFixedPitchWindow) {
@@ -136,7 +136,7 @@ TEST_F(FrameCommandsTest, LibraryRemarksShowsTheActiveLibrarysRemarksInAFixedPit
     EXPECT_EQ(modals[0].remarks, "No open libraries");
     EXPECT_EQ(modals[2].remarks, "") << "empty remarks open the window with nothing in it";
     EXPECT_TRUE(modals[3].remarks.startsWith("About B") && modals[3].remarks.contains("Second line"));
-    frmLibRemarks remarks(frame.get());
+    frmLibRemarks remarks(frame->TreeViews().LibRemarks(), frame.get());
     EXPECT_TRUE(remarks.txtLibRemarks->isReadOnly());
     EXPECT_TRUE(QFontInfo(remarks.txtLibRemarks->font()).fixedPitch()) << "the font really drawn";
     EXPECT_EQ(remarks.Command1->text(), "OK");

@@ -115,16 +115,16 @@ TEST_F(RegisterTest, KeysCountUpAreNotReusedInOneRunAndStopAtTheLastOne) {
     frmTreeView* second = Open(Named("Two", 'P'));
     ASSERT_NE(second, nullptr);
     EXPECT_EQ(second->Tag, "TV00002");
-    EXPECT_EQ(forms::TreeViews().Item("TV00002"), second);
-    EXPECT_EQ(forms::TreeViews().Item("TV00001"), nullptr);
+    EXPECT_EQ(frame->TreeViews().Item("TV00002"), second);
+    EXPECT_EQ(frame->TreeViews().Item("TV00001"), nullptr);
     ASSERT_TRUE(CloseByUser(second));
     // An exhausted counter refuses a new window instead of wrapping.
-    forms::TreeViews().SetWindowCounter(32766);
+    frame->TreeViews().SetWindowCounter(32766);
     ASSERT_NE(Open(Named("Last", 'P')), nullptr);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), "TV32767");
     EXPECT_EQ(Open(Named("Beyond", 'P'), "beyond.vnb"), nullptr);
-    EXPECT_EQ(forms::TreeViews().Count(), 1);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    EXPECT_EQ(frame->TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), "TV32767");
     ASSERT_EQ(messages.messages.size(), 1u);
     EXPECT_TRUE(messages.messages[0].text.contains("cannot open any more library windows"));
 }
@@ -140,19 +140,19 @@ TEST_F(RegisterTest, ClosingALibraryMovesTheActiveKeyOnlyIfItWasActiveAndTheLast
     d->tvTreeView_GotFocus();
     ASSERT_EQ(forms::Board().Board(), Layout('B'));
     ASSERT_TRUE(CloseByUser(c));
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), d->Tag) << "not the active one: nothing moves";
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), d->Tag) << "not the active one: nothing moves";
     ASSERT_TRUE(CloseByUser(d));
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
     EXPECT_EQ(forms::Board().Board(), Layout('B')) << "the closed library's node stays until a tree gets the focus";
     EXPECT_EQ(forms::Comments().Text(), "D comment");
     QFocusEvent focusIn(QEvent::FocusIn, Qt::MouseFocusReason);  // the tree's own focus road
     QCoreApplication::sendEvent(a->tvTreeView, &focusIn);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), a->Tag);
     EXPECT_EQ(forms::Board().Board(), Layout('P'));
     EXPECT_EQ(forms::Comments().Text(), "A comment");
     ASSERT_TRUE(CloseByUser(b));
     ASSERT_TRUE(CloseByUser(a));
-    EXPECT_TRUE(forms::TreeViews().GetActiveKey().isEmpty());
+    EXPECT_TRUE(frame->TreeViews().GetActiveKey().isEmpty());
     EXPECT_EQ(forms::Comments().Text(), "") << "empty, not \"No comments\"";
     EXPECT_TRUE(forms::Moves().Lines().isEmpty());
     EXPECT_EQ(forms::Board().Board(), kStart);
@@ -176,7 +176,7 @@ TEST_F(RegisterTest, TheLibraryBroughtToTheFrontIsTheActiveOneWithTheFocusGivenB
     frmTreeView* b = Open(Named("B", 'N'), "b.vnb");
     ASSERT_TRUE(a && b);
     QMdiArea* area = frame->MdiArea();
-    const auto front = [&] { return std::tuple(QApplication::focusWidget(), forms::TreeViews().Active(), forms::Board().Board()); };
+    const auto front = [&] { return std::tuple(QApplication::focusWidget(), frame->TreeViews().Active(), forms::Board().Board()); };
     area->setActiveSubWindow(a->SubWindow());  // the Window menu, a click on the frame
     EXPECT_EQ(front(), std::tuple(static_cast<QWidget*>(a->tvTreeView), a, Layout('P')));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ControlModifier);
