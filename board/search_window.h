@@ -14,7 +14,7 @@
 #include <cstdint>
 #include <string>
 
-#include "board/setup_board.h"
+#include "chess/setup_board.h"
 
 class BoardView;
 class QComboBox;

@@ -32,53 +32,19 @@
 
 namespace vantrel {
 
-// --- The plan of the inner area --------------------------------------------
+namespace {
 
-CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight) {
-    CommentMovesPlan plan;
-    const int room = innerHeight - boardHeight;
-    if (room > 2400) {
-        plan.height = room / 2;
-        plan.movesTop = plan.height;
-        plan.stacked = false;
-    } else {
-        plan.height = std::max(0, room);
-        plan.movesTop = 0;
-        plan.stacked = true;
-    }
-    return plan;
-}
+Placement FromQt(const QRect& r) { return Placement{r.left(), r.top(), r.width(), r.height()}; }
+QRect ToQt(const Placement& p) { return QRect(p.left, p.top, p.width, p.height); }
 
-Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight) {
-    // A board larger than the inner area keeps its top left corner in view.
-    return Placement{std::max(0, innerWidth - boardWidth), std::max(0, innerHeight - boardHeight), boardWidth,
-                     boardHeight};
-}
-
-QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered) {
-    QList<Placement> plan;
-    if (count <= 0) return plan;
-    const int height = std::max(0, layered ? innerHeight : innerHeight / count);
-    const int width = std::max(0, innerWidth - columnWidth);
-    int top = 0;
-    for (int i = 0; i < count; ++i) {
-        plan.append(Placement{0, top, width, height});
-        if (!layered) top += height;
-    }
-    return plan;
-}
+}  // namespace
 
 QRect DefaultFrameGeometry(const QRect& room, const QSize& design) {
-    const int most = TwipsToPixels(INT16_MAX);
-    const QSize size = design.expandedTo(room.size() * 0.85).boundedTo(room.size()).boundedTo(QSize(most, most));
-    return QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size);
+    return ToQt(DefaultFrameGeometry(FromQt(room), design.width(), design.height()));
 }
 
 QRect FitOnScreen(const QRect& outer, const QRect& available) {
-    QRect fitted(outer.topLeft(), outer.size().boundedTo(available.size()));
-    fitted.moveLeft(std::clamp(fitted.left(), available.left(), available.left() + available.width() - fitted.width()));
-    fitted.moveTop(std::clamp(fitted.top(), available.top(), available.top() + available.height() - fitted.height()));
-    return fitted;
+    return ToQt(FitOnScreen(FromQt(outer), FromQt(available)));
 }
 
 QString JoinCommandLine(const QStringList& arguments) { return arguments.join(QLatin1Char(' ')); }

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "layout/window_plan.h"
 #include "shell/tree_views.h"
 
 class QAction;
@@ -19,41 +20,9 @@ class frmTreeView;
 
 namespace vantrel {
 
-// The plan of the comments and moves windows above the board, in twips.
-struct CommentMovesPlan {
-    int height = 0;    // the height of each of the two windows
-    int movesTop = 0;  // the Top of the moves window
-    bool stacked = false;
-};
-
-// `innerHeight` is the frame's inner height, `boardHeight` the board
-// window's outer height. Over 2400 twips of room above the board the two
-// windows stand one over the other with half the room each; at 2400 or less
-// they share the whole room, stacked. A height is never below 0.
-CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight);
-
-// Where a window goes: the board into the bottom right corner of the inner
-// area; the left column of library windows. All in twips.
-struct Placement {
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-};
-Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight);
-
-// The tiles of `count` library windows from top to bottom (arranged) or all
-// in one place (layered), beside a right column `columnWidth` wide.
-QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered);
-
-// The frame's size at the start where nothing is remembered: the design
-// size grown to 85% of the room on a larger screen, centred in it, and never
-// past 32,767 twips a side, so that the position saved from it comes back.
+// The frame's start size and its fit on a screen (layout/window_plan.h)
+// for Qt's rectangles.
 QRect DefaultFrameGeometry(const QRect& room, const QSize& design);
-
-// A window's outer rectangle, title bar and borders included, brought inside
-// a screen's available area: no larger than the area, and moved no further
-// than it takes to lie wholly within it.
 QRect FitOnScreen(const QRect& outer, const QRect& available);
 
 // The command line as the program keeps it: the arguments after the

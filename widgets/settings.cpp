@@ -1,60 +1,49 @@
 #include "widgets/settings.h"
 
 #include <QSettings>
-#include <cstdint>
+
+#include "layout/settings_store.h"
 
 namespace vantrel {
-
 namespace {
 
 // The store lives where the platform keeps the settings of "Vantrel",
 // whatever the running program is called; tests point the default format's
-// path elsewhere.
-QSettings OpenStore() {
-    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
-                     QStringLiteral("Vantrel"));
-}
+// path elsewhere. Only a value kept as text is a value of the store.
+class PlatformStore : public settings::Backend {
+public:
+    std::optional<std::string> Read(const std::string& key) const override {
+        const QVariant value = store_.value(QString::fromStdString(key));
+        if (!value.isValid() || value.typeId() != QMetaType::QString) return std::nullopt;
+        return value.toString().toStdString();
+    }
+    void Write(const std::string& key, const std::string& text) override {
+        store_.setValue(QString::fromStdString(key), QString::fromStdString(text));
+    }
 
-QString Key(const QString& section, const QString& name) { return section + QLatin1Char('/') + name; }
-
-// The store's file keeps only text, so each value carries its kind in front
-// of it, as the registry's own export does: "sz:" for a text, "dword:" for a
-// number. A value without a kind reads as text.
-const QString kTextKind = QStringLiteral("sz:");
-const QString kNumberKind = QStringLiteral("dword:");
-
-QString StoredText(const QString& section, const QString& name) {
-    const QVariant value = OpenStore().value(Key(section, name));
-    return value.isValid() && value.typeId() == QMetaType::QString ? value.toString() : QString();
-}
+private:
+    QSettings store_{QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
+                     QStringLiteral("Vantrel")};
+};
 
 }  // namespace
 
 QString GetSettingText(const QString& section, const QString& name) {
-    QString text = StoredText(section, name);
-    if (text.startsWith(kNumberKind)) return QString();
-    if (text.startsWith(kTextKind)) text.remove(0, kTextKind.size());
-    const qsizetype nul = text.indexOf(QChar(0));
-    if (nul >= 0) text.truncate(nul);
-    return text;
+    return QString::fromStdString(settings::GetText(PlatformStore(), section.toStdString(), name.toStdString()));
 }
 
 int GetSettingNumber(const QString& section, const QString& name) {
-    const QString text = StoredText(section, name);
-    if (!text.startsWith(kNumberKind)) return 0;
-    bool ok = false;
-    const qlonglong number = text.mid(kNumberKind.size()).toLongLong(&ok);
-    // Only a 32-bit value is a number of the store.
-    if (!ok || number < INT32_MIN || number > INT32_MAX) return 0;
-    return static_cast<int>(number);
+    return settings::GetNumber(PlatformStore(), section.toStdString(), name.toStdString());
 }
 
 void SaveSettingText(const QString& section, const QString& name, const QString& text) {
-    OpenStore().setValue(Key(section, name), kTextKind + text);
+    PlatformStore store;
+    settings::SaveText(store, section.toStdString(), name.toStdString(), text.toStdString());
 }
 
 void SaveSettingNumber(const QString& section, const QString& name, int number) {
-    OpenStore().setValue(Key(section, name), kNumberKind + QString::number(number));
+    PlatformStore store;
+    settings::SaveNumber(store, section.toStdString(), name.toStdString(), number);
 }
 
 }  // namespace vantrel

@@ -1,13 +1,13 @@
-// The settings store of the program, kept where the platform keeps settings.
+// The settings store (layout/settings_store.h) kept where the platform keeps
+// the settings of "Vantrel".
 #pragma once
 
 #include <QString>
 
 namespace vantrel {
 
-// The settings store: named values in sections. Each value keeps its kind,
-// text or number, between runs: a text is not read as a number, nor a number
-// as a text.
+// Named values in sections; each keeps its kind, text or number, between
+// runs.
 QString GetSettingText(const QString& section, const QString& name);
 int GetSettingNumber(const QString& section, const QString& name);
 void SaveSettingText(const QString& section, const QString& name, const QString& text);

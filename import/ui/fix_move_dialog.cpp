@@ -12,7 +12,7 @@
 #include <QVBoxLayout>
 
 #include "board/board_view.h"
-#include "import/ui/fix_move_lists.h"
+#include "import/fix_move_lists.h"
 #include "import/ui/tab_chain.h"
 #include "widgets/forms.h"
 

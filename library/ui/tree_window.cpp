@@ -20,6 +20,7 @@
 
 #include "board/board_window.h"
 #include "library/ui/comments_moves.h"
+#include "layout/window_plan.h"
 #include "library/ui/tree_item_model.h"
 #include "widgets/dialogs.h"
 #include "widgets/forms.h"
@@ -30,18 +31,6 @@ using vantrel::library::GamesListModel;
 using vantrel::library::NodeImage;
 using vantrel::library::TreeItemModel;
 
-namespace vantrel {
-
-TreeWindowPlan PlanTreeWindow(int windowWidth, int windowHeight) {
-    TreeWindowPlan plan;
-    plan.pictureWidth = std::max(0, windowWidth);
-    plan.listWidth = std::max(0, windowWidth - 1200);
-    plan.treeWidth = std::max(0, windowWidth - 120);
-    plan.treeHeight = std::max(0, windowHeight - 825);
-    return plan;
-}
-
-}  // namespace vantrel
 
 namespace {
 

@@ -24,18 +24,6 @@ class TreeItemModel;
 class GamesListModel;
 }
 
-namespace vantrel {
-// The controls of a tree window for its outer size, in twips: the strip as
-// wide as the window, the list 1200 short of it, the tree 120 narrower and
-// 825 lower than the window. Nothing comes out below 0.
-struct TreeWindowPlan {
-    int pictureWidth = 0;
-    int listWidth = 0;
-    int treeWidth = 0;
-    int treeHeight = 0;
-};
-TreeWindowPlan PlanTreeWindow(int windowWidth, int windowHeight);
-}  // namespace vantrel
 
 class frmTreeView : public QWidget {
     Q_OBJECT

@@ -23,21 +23,6 @@ protected:
 
 }  // namespace
 
-// The twips that whole pixels cannot give: 2400 stacks, 2401 gives two
-// halves cut to 1200, a frame smaller than the board gives no negative size;
-// the tree window's controls as the window's size less their margins.
-TEST(LayoutPlan, TheEdgesOfTheArithmetic) {
-    EXPECT_TRUE(PlanCommentsMoves(4755 + 2400, 4755).stacked);
-    const CommentMovesPlan over = PlanCommentsMoves(4755 + 2401, 4755);
-    EXPECT_EQ(std::tuple(over.stacked, over.height, over.movesTop), std::tuple(false, 1200, 1200));
-    const CommentMovesPlan none = PlanCommentsMoves(4000, 4755);
-    EXPECT_EQ(std::tuple(none.stacked, none.height), std::tuple(true, 0));
-    EXPECT_EQ(PlanLibraryWindows(1, 3000, 9000, 4500, false)[0].width, 0);
-    const TreeWindowPlan tree = PlanTreeWindow(6000, 5000);
-    EXPECT_EQ(std::tuple(tree.pictureWidth, tree.listWidth, tree.treeWidth, tree.treeHeight),
-              std::tuple(6000, 4800, 5880, 4175));
-}
-
 TEST_F(LayoutTest, CommentsAndMovesStackExactlyWhenTheRoomAboveTheBoardIs2400TwipsOrLess) {
     StartFrame();
     const int boardHeight = BoardWindow()->height();
