@@ -1,10 +1,7 @@
-// The move lists of the repair dialog: columns of 7, and numbers that run on
-// through the bad move.
+// The repair dialog's move lists: columns of 7, numbers run on through the bad move.
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "import/fix_move_lists.h"
 

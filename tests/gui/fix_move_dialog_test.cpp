@@ -29,7 +29,6 @@ protected:
 TEST_F(FixMoveDialogTest, ShowsTheGameTheMessageAndTheListsInTheLibraryCodePage) {
     game_->GameMoves[0] = "R\xe9ti - Nimzowitsch";  // Windows-1252 e acute
     auto dlg = Make(4, 6, 2);
-    EXPECT_EQ(dlg->windowTitle(), "Edit Move");
     EXPECT_EQ(dlg->lblGameName->text(), QString::fromUtf8("R\u00e9ti - Nimzowitsch"));
     EXPECT_EQ(dlg->txtMovesBefore->toPlainText(), "1. e4      e5     \n2. Nf3     ...");
     EXPECT_EQ(dlg->txtBadMove->text(), "Nc6");

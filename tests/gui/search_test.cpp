@@ -1,6 +1,6 @@
 // Find and Find Next through the menu road (the register, the setup dialog,
 // the walk of a library window with the node it ends on shown), and the
-// setup dialog itself: its captions, its opening, the library selector and
+// setup dialog itself: its buttons, its opening, the library selector and
 // the drops as the window receives them. The order of the walk and what a
 // drop does to the squares are the core's.
 #include "gui_test_support.h"
@@ -165,13 +165,8 @@ TEST_F(SearchTest, TheSetupWindowOpensOnTheTreeBoardOnceAndLaterOnTheKeptPositio
     ASSERT_NE(Open(OneNode("Lib", kTarget)), nullptr);
     {
         FrmSearchTree f(frame->TreeViews());
-        EXPECT_EQ(f.windowTitle(), "Vantrel - Setup board position to search....");
-        const std::vector<QPushButton*> buttons{f.cmdReset, f.cmdCurrent, f.cmdClear, f.cmdSearch, f.cmdCancel};
-        const QStringList captions{"&Reset Board", "Cu&rrent Board", "C&lear Board", "&Search", "&Cancel"};
-        for (std::size_t i = 0; i < buttons.size(); ++i) {
-            EXPECT_EQ(buttons[i]->text(), captions[static_cast<qsizetype>(i)]);
-            EXPECT_FALSE(buttons[i]->isDefault() || buttons[i]->autoDefault()) << "Enter presses none of them";
-        }
+        for (QPushButton* button : {f.cmdReset, f.cmdCurrent, f.cmdClear, f.cmdSearch, f.cmdCancel})
+            EXPECT_FALSE(button->isDefault() || button->autoDefault()) << "Enter presses none of them";
         f.Form_Load();
         EXPECT_EQ(FrmSearchTree::szSetupBoard, kTarget);
         EXPECT_TRUE(f.cboLibSelect->isHidden()) << "one library: no selector";
