@@ -25,8 +25,8 @@
 #include "import/ui/fix_move_dialog.h"
 #include "import/ui/import_wizard.h"
 #include "library/ui/tree_window.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
 #include "shell/main_frame.h"
 #include "shell/tree_views.h"
 
@@ -85,7 +85,7 @@ void BM_OpenInWindow(benchmark::State& state) {
     const QString library = Scratch().filePath(QStringLiteral("big.vnb"));
     Run(QStringLiteral("'%1' '%2' 32767").arg(QStringLiteral(VANTREL_GEN_LIBRARY), library));
     Frame();
-    cTreeView& views = forms::TreeViews();
+    cTreeView& views = Frame().TreeViews();
     int nodes = 0;
     for (auto _ : state) {
         views.OpenLib(library);

@@ -10,8 +10,8 @@
 
 #include "board/piece_art.h"
 #include "chess/layout.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
 
 namespace {
 

@@ -1,12 +1,21 @@
 #include "board/board_window.h"
 
 #include <QCloseEvent>
-#include <QMenu>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include "board/board_view.h"
-#include "shell/forms.h"
-#include "shell/main_frame.h"
+#include "widgets/forms.h"
+
+namespace vantrel::forms {
+
+frmBoard& Board() {
+    static QPointer<frmBoard> form;
+    if (!form) form = new frmBoard();
+    return *form;
+}
+
+}  // namespace vantrel::forms
 
 frmBoard::frmBoard(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmBoard"));
@@ -21,11 +30,9 @@ frmBoard::frmBoard(QWidget* parent) : QWidget(parent) {
     // A fixed border: the inner area is the board's design size.
     setFixedSize(BoardView::DesignSize());
 
-    // The right button on a square offers the Board menu of the main frame.
-    connect(view_, &BoardView::squarePressed, this, [](int, Qt::MouseButton button, QPoint globalPos) {
-        if (button != Qt::RightButton) return;
-        MDIVantrel* frame = vantrel::forms::MainFrame();
-        if (frame && frame->m_board) frame->m_board->popup(globalPos);
+    // The right button on a square asks for the Board menu.
+    connect(view_, &BoardView::squarePressed, this, [this](int, Qt::MouseButton button, QPoint globalPos) {
+        if (button == Qt::RightButton) emit menuRequested(globalPos);
     });
 }
 
@@ -44,6 +51,5 @@ void frmBoard::closeEvent(QCloseEvent* event) {
     // Window menu offers it back.
     event->ignore();
     hide();
-    if (MDIVantrel* frame = vantrel::forms::MainFrame(); frame && frame->mWShowBoard)
-        frame->mWShowBoard->setVisible(true);
+    emit hiddenByUser();
 }

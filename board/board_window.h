@@ -1,6 +1,7 @@
 // frmBoard: "Current Board", the one board of the program.
 #pragma once
 
+#include <QPoint>
 #include <QWidget>
 #include <string>
 
@@ -19,6 +20,12 @@ public:
 
     BoardView* View() const { return view_; }
 
+signals:
+    // The right button on a square, for the Board menu.
+    void menuRequested(QPoint globalPos);
+    // Closed by the user: out of sight, still loaded.
+    void hiddenByUser();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
@@ -26,3 +33,8 @@ private:
     std::string m_Board;
     BoardView* view_ = nullptr;
 };
+
+namespace vantrel::forms {
+// The board window of the run, made on first use.
+frmBoard& Board();
+}  // namespace vantrel::forms

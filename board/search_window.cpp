@@ -18,8 +18,7 @@
 
 #include "board/board_view.h"
 #include "board/piece_art.h"
-#include "shell/forms.h"
-#include "shell/tree_views.h"
+#include "widgets/forms.h"
 
 using vantrel::board::DragSource;
 
@@ -221,7 +220,8 @@ QPixmap TrashPixmap(int logicalSize, qreal devicePixelRatio) {
 
 }  // namespace vantrel::board
 
-FrmSearchTree::FrmSearchTree(QWidget* parent) : QDialog(parent) {
+FrmSearchTree::FrmSearchTree(vantrel::board::SearchLibraries& libraries, QWidget* parent)
+    : QDialog(parent), libraries_(libraries) {
     setObjectName(QStringLiteral("FrmSearchTree"));
     setWindowTitle(QStringLiteral("Vantrel - Setup board position to search...."));
     setModal(true);
@@ -298,7 +298,7 @@ FrmSearchTree::~FrmSearchTree() = default;
 void FrmSearchTree::Form_Load() {
     Initialize();
     SetLabels();
-    const std::string current = vantrel::forms::TreeViews().CurrentBoard();
+    const std::string current = libraries_.CurrentBoard();
     if (szSetupBoard.empty()) szSetupBoard = current;
     DisplayBoard();
 }
@@ -316,7 +316,7 @@ void FrmSearchTree::Initialize() {
 void FrmSearchTree::LoadLibraryList() {
     QStringList captions;
     QStringList keys;
-    const int count = vantrel::forms::TreeViews().GetAllLibraries(captions, keys);
+    const int count = libraries_.GetAllLibraries(captions, keys);
     if (count < 2) return;
     {
         // No entry is chosen when the dialog opens.
@@ -349,7 +349,7 @@ void FrmSearchTree::ReadBoard() { szSetupBoard = squares_.Read(vantrel::bReverse
 // Buttons and the library selector
 
 void FrmSearchTree::cmdCurrent_Click() {
-    szSetupBoard = vantrel::forms::TreeViews().CurrentBoard();
+    szSetupBoard = libraries_.CurrentBoard();
     DisplayBoard();
 }
 
@@ -365,17 +365,17 @@ void FrmSearchTree::cmdClear_Click() {
 
 void FrmSearchTree::cmdSearch_Click() {
     ReadBoard();
-    vantrel::forms::TreeViews().SetSearchBoard(szSetupBoard);
+    libraries_.SetSearchBoard(szSetupBoard);
     QDialog::accept();
 }
 
 void FrmSearchTree::cmdCancel_Click() {
-    vantrel::forms::TreeViews().SetSearchCancelled(true);
+    libraries_.SetSearchCancelled(true);
     QDialog::reject();
 }
 
 void FrmSearchTree::reject() {
-    vantrel::forms::TreeViews().SetSearchCancelled(true);
+    libraries_.SetSearchCancelled(true);
     QDialog::reject();
 }
 
@@ -393,7 +393,7 @@ void FrmSearchTree::cboLibSelect_Click() {
     const int number = cboLibSelect->itemData(index).toInt();
     // Takes effect at once: Current Board now reads that library, and
     // Cancel does not undo it.
-    vantrel::forms::TreeViews().SetActive(cTreeView::KeyOf(number));
+    libraries_.SetActive(vantrel::forms::WindowKey(number));
 }
 
 // ---------------------------------------------------------------------------

@@ -9,19 +9,38 @@
 
 #include <QDialog>
 #include <QLabel>
+#include <QStringList>
 #include <array>
+#include <cstdint>
 #include <string>
 
-#include "board/setup_board.h"
+#include "chess/setup_board.h"
 
 class BoardView;
 class QComboBox;
 class QPushButton;
 
+
+namespace vantrel::board {
+// What the setup window reads of the open libraries and what it tells them:
+// the board of the active one, the list to choose from (captions and keys,
+// both empty with fewer than two), the library chosen, and how the dialog
+// ended.
+class SearchLibraries {
+public:
+    virtual ~SearchLibraries() = default;
+    virtual std::string CurrentBoard() const = 0;
+    virtual int16_t GetAllLibraries(QStringList& captions, QStringList& keys) const = 0;
+    virtual void SetActive(const QString& key) = 0;
+    virtual void SetSearchBoard(const std::string& board) = 0;
+    virtual void SetSearchCancelled(bool cancelled) = 0;
+};
+}  // namespace vantrel::board
+
 class FrmSearchTree : public QDialog {
     Q_OBJECT
 public:
-    explicit FrmSearchTree(QWidget* parent = nullptr);
+    explicit FrmSearchTree(vantrel::board::SearchLibraries& libraries, QWidget* parent = nullptr);
     ~FrmSearchTree() override;
 
     // The position the dialog draws when it opens or when a button replaces
@@ -84,6 +103,7 @@ protected:
 private:
     void SyncSquares();  // the view's pictures from the model
 
+    vantrel::board::SearchLibraries& libraries_;
     vantrel::board::SetupBoard squares_;
     BoardView* board_ = nullptr;
 };

@@ -12,6 +12,7 @@ PACKAGES=(
   libsqlite3-dev libcli11-dev libarchive-dev
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core
+  fonts-urw-base35  # the fonts of a full desktop, for the window tests
   xvfb xauth poppler-utils
   dpkg-dev desktop-file-utils shared-mime-info librsvg2-bin
 )

@@ -10,7 +10,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 using namespace vantrel;
 

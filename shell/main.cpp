@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "shell/dialogs.h"
-#include "shell/forms.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
 #include "shell/main_frame.h"
 
 int main(int argc, char** argv) {

@@ -24,115 +24,27 @@
 #include "library/ui/tree_window.h"
 #include "print/ui/print_setup.h"
 #include "shell/about_window.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
-#include "shell/help_window.h"
-#include "shell/status_window.h"
-#include "shell/tree_views.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
+#include "widgets/help_window.h"
+#include "widgets/settings.h"
+#include "widgets/status_window.h"
 
 namespace vantrel {
 
-// --- The plan of the inner area --------------------------------------------
-
-CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight) {
-    CommentMovesPlan plan;
-    const int room = innerHeight - boardHeight;
-    if (room > 2400) {
-        plan.height = room / 2;
-        plan.movesTop = plan.height;
-        plan.stacked = false;
-    } else {
-        plan.height = std::max(0, room);
-        plan.movesTop = 0;
-        plan.stacked = true;
-    }
-    return plan;
-}
-
-Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight) {
-    // A board larger than the inner area keeps its top left corner in view.
-    return Placement{std::max(0, innerWidth - boardWidth), std::max(0, innerHeight - boardHeight), boardWidth,
-                     boardHeight};
-}
-
-QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered) {
-    QList<Placement> plan;
-    if (count <= 0) return plan;
-    const int height = std::max(0, layered ? innerHeight : innerHeight / count);
-    const int width = std::max(0, innerWidth - columnWidth);
-    int top = 0;
-    for (int i = 0; i < count; ++i) {
-        plan.append(Placement{0, top, width, height});
-        if (!layered) top += height;
-    }
-    return plan;
-}
-
-// --- The settings store ------------------------------------------------------
-
 namespace {
 
-// The store lives where the platform keeps the settings of "Vantrel",
-// whatever the running program is called; tests point the default format's
-// path elsewhere.
-QSettings OpenStore() {
-    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("Vantrel"),
-                     QStringLiteral("Vantrel"));
-}
-
-QString Key(const QString& section, const QString& name) { return section + QLatin1Char('/') + name; }
-
-// The store's file keeps only text, so each value carries its kind in front
-// of it, as the registry's own export does: "sz:" for a text, "dword:" for a
-// number. A value without a kind reads as text.
-const QString kTextKind = QStringLiteral("sz:");
-const QString kNumberKind = QStringLiteral("dword:");
-
-QString StoredText(const QString& section, const QString& name) {
-    const QVariant value = OpenStore().value(Key(section, name));
-    return value.isValid() && value.typeId() == QMetaType::QString ? value.toString() : QString();
-}
+Placement FromQt(const QRect& r) { return Placement{r.left(), r.top(), r.width(), r.height()}; }
+QRect ToQt(const Placement& p) { return QRect(p.left, p.top, p.width, p.height); }
 
 }  // namespace
 
-QString GetSettingText(const QString& section, const QString& name) {
-    QString text = StoredText(section, name);
-    if (text.startsWith(kNumberKind)) return QString();
-    if (text.startsWith(kTextKind)) text.remove(0, kTextKind.size());
-    const qsizetype nul = text.indexOf(QChar(0));
-    if (nul >= 0) text.truncate(nul);
-    return text;
-}
-
-int GetSettingNumber(const QString& section, const QString& name) {
-    const QString text = StoredText(section, name);
-    if (!text.startsWith(kNumberKind)) return 0;
-    bool ok = false;
-    const qlonglong number = text.mid(kNumberKind.size()).toLongLong(&ok);
-    // Only a 32-bit value is a number of the store.
-    if (!ok || number < INT32_MIN || number > INT32_MAX) return 0;
-    return static_cast<int>(number);
-}
-
-void SaveSettingText(const QString& section, const QString& name, const QString& text) {
-    OpenStore().setValue(Key(section, name), kTextKind + text);
-}
-
-void SaveSettingNumber(const QString& section, const QString& name, int number) {
-    OpenStore().setValue(Key(section, name), kNumberKind + QString::number(number));
-}
-
 QRect DefaultFrameGeometry(const QRect& room, const QSize& design) {
-    const int most = TwipsToPixels(INT16_MAX);
-    const QSize size = design.expandedTo(room.size() * 0.85).boundedTo(room.size()).boundedTo(QSize(most, most));
-    return QRect(room.center() - QPoint(size.width() / 2, size.height() / 2), size);
+    return ToQt(DefaultFrameGeometry(FromQt(room), design.width(), design.height()));
 }
 
 QRect FitOnScreen(const QRect& outer, const QRect& available) {
-    QRect fitted(outer.topLeft(), outer.size().boundedTo(available.size()));
-    fitted.moveLeft(std::clamp(fitted.left(), available.left(), available.left() + available.width() - fitted.width()));
-    fitted.moveTop(std::clamp(fitted.top(), available.top(), available.top() + available.height() - fitted.height()));
-    return fitted;
+    return ToQt(FitOnScreen(FromQt(outer), FromQt(available)));
 }
 
 QString JoinCommandLine(const QStringList& arguments) { return arguments.join(QLatin1Char(' ')); }
@@ -174,8 +86,7 @@ MDIVantrel::MDIVantrel(QWidget* parent) : QMainWindow(parent) {
     AppClosing = false;
     bReverseSides = false;
     CommentsMovesStacked = false;
-    forms::ResetTreeViews();
-    forms::SetMainFrame(this);
+    forms::SetFrameWindow(this);
 
     mdiArea_ = new QMdiArea(this);
     mdiArea_->setObjectName(QStringLiteral("MDIClient"));
@@ -208,18 +119,37 @@ MDIVantrel::MDIVantrel(QWidget* parent) : QMainWindow(parent) {
     AdoptSharedWindow(&forms::Comments());
     AdoptSharedWindow(&forms::Moves());
     AdoptSharedWindow(&forms::Board());
+    // What the shared windows ask of the frame: their menus, and their
+    // items in the Window menu once the user has closed them.
+    connect(&forms::Board(), &frmBoard::menuRequested, this, [this](QPoint at) { m_board->popup(at); });
+    connect(&forms::Board(), &frmBoard::hiddenByUser, this, [this] { mWShowBoard->setVisible(true); });
+    connect(&forms::Comments(), &frmComments::otherWindowRequested, this,
+            [this](QPoint at) { mCommentsPopUpMenu->popup(at); });
+    connect(&forms::Comments(), &frmComments::hiddenByUser, this, [this] { mWShowComments->setVisible(true); });
+    connect(&forms::Moves(), &frmMoves::otherWindowRequested, this, [this](QPoint at) { MovesPopUpMenu->popup(at); });
+    connect(&forms::Moves(), &frmMoves::hiddenByUser, this, [this] { mWShowMoves->setVisible(true); });
 
     // The design size: 12000 x 9000 twips.
     resize(TwipsToPixels(12000), TwipsToPixels(9000));
 }
 
 MDIVantrel::~MDIVantrel() {
-    // The register of libraries goes with the frame; the windows it names
-    // are children of the frame and go with it too.
+    // The register of libraries goes with the frame, before the windows it
+    // names, which are children of the frame and go with it too: they tell
+    // it nothing more.
     mdiArea_->viewport()->removeEventFilter(this);
-    forms::ResetTreeViews();
+    for (frmTreeView* form : findChildren<frmTreeView*>()) form->disconnect(this);
     forms::UnloadStatus();
-    if (forms::MainFrame() == this) forms::SetMainFrame(nullptr);
+    if (forms::FrameWindow() == this) forms::SetFrameWindow(nullptr);
+}
+
+void MDIVantrel::AdoptLibraryWindow(frmTreeView* form) {
+    AddChild(form);
+    connect(form, &frmTreeView::focused, this, [this](frmTreeView* f) { treeViews_.SetAsActive(f); });
+    connect(form, &frmTreeView::unloading, this, [this](frmTreeView* f) { treeViews_.Remove(f); });
+    connect(form, &frmTreeView::gone, this, [this](frmTreeView* f) { treeViews_.Forget(f); });
+    connect(form, &frmTreeView::remarksWanted, this, &MDIVantrel::mFLibRemarks_Click);
+    connect(form, &frmTreeView::menuRequested, this, [this](QPoint at) { m_tree->popup(at); });
 }
 
 void MDIVantrel::AdoptSharedWindow(QWidget* form) {
@@ -367,7 +297,7 @@ void MDIVantrel::MDIForm_Load(const QString& commandLine) {
     // One path is all the command line can hold; it goes on as it came.
     QString withoutBlanks = commandLine_;
     withoutBlanks.remove(QLatin1Char(' '));
-    if (!withoutBlanks.isEmpty()) forms::TreeViews().OpenLib(commandLine_);
+    if (!withoutBlanks.isEmpty()) treeViews_.OpenLib(commandLine_);
 }
 
 void MDIVantrel::Initialize() {
@@ -486,8 +416,7 @@ bool MDIVantrel::MDIForm_QueryUnload() {
 
     // The library windows go first. One that is still loading refuses, and
     // then the close is called off as a whole, before any library has gone.
-    const QList<frmTreeView*> libraries =
-        forms::TreeViewsIfAny() ? forms::TreeViewsIfAny()->All() : QList<frmTreeView*>();
+    const QList<frmTreeView*> libraries = treeViews_.All();
     bool refused = std::any_of(libraries.begin(), libraries.end(), [](frmTreeView* form) { return form->IsLoading; });
     for (frmTreeView* form : libraries) {
         if (refused) break;
@@ -588,7 +517,7 @@ void MDIVantrel::m_open_Click() {
     const QString path = BrowseLibrary();
     QString withoutBlanks = path;
     withoutBlanks.remove(QLatin1Char(' '));
-    if (!withoutBlanks.isEmpty()) forms::TreeViews().OpenLib(path);
+    if (!withoutBlanks.isEmpty()) treeViews_.OpenLib(path);
 }
 
 void MDIVantrel::m_import_Click() {
@@ -598,11 +527,11 @@ void MDIVantrel::m_import_Click() {
         frmImportWizard wizard(this);
         ui::ExecModal(wizard);
     }
-    if (ImportCancelled == 0) forms::TreeViews().OpenLib(NewLibraryPath);
+    if (ImportCancelled == 0) treeViews_.OpenLib(NewLibraryPath);
 }
 
 void MDIVantrel::mFLibRemarks_Click() {
-    frmLibRemarks remarks(this);
+    frmLibRemarks remarks(treeViews_.LibRemarks(), this);
     ui::ExecModal(remarks);
 }
 
@@ -610,11 +539,11 @@ void MDIVantrel::mFPrintSetup_Click() { ShowPrintSetup(this); }
 
 void MDIVantrel::m_exit_Click() { close(); }
 
-void MDIVantrel::mTSearch_Click() { forms::TreeViews().Find(); }
-void MDIVantrel::mTFindNext_Click() { forms::TreeViews().FindNext(); }
-void MDIVantrel::m_expand_tree_Click() { forms::TreeViews().ExpandAll(); }
-void MDIVantrel::m_collapse_tree_Click() { forms::TreeViews().CollapseAll(); }
-void MDIVantrel::mTExpandGame_Click() { forms::TreeViews().ExpandNode(); }
+void MDIVantrel::mTSearch_Click() { treeViews_.Find(); }
+void MDIVantrel::mTFindNext_Click() { treeViews_.FindNext(); }
+void MDIVantrel::m_expand_tree_Click() { treeViews_.ExpandAll(); }
+void MDIVantrel::m_collapse_tree_Click() { treeViews_.CollapseAll(); }
+void MDIVantrel::mTExpandGame_Click() { treeViews_.ExpandNode(); }
 
 void MDIVantrel::m_reverse_sides_Click() {
     bReverseSides = !bReverseSides;
@@ -628,18 +557,18 @@ void MDIVantrel::m_reset_board_Click() {
     forms::Board().DisplayBoard();
 }
 
-void MDIVantrel::mBPrintMoveList_Click() { forms::TreeViews().PrintMoveList(); }
+void MDIVantrel::mBPrintMoveList_Click() { treeViews_.PrintMoveList(); }
 
 void MDIVantrel::mWArrangeWindows_Click() {
     ShowBoard();
     ShowCommentMovesWindow();
-    forms::TreeViews().ArrangeWindows();
+    treeViews_.ArrangeWindows();
 }
 
 void MDIVantrel::mWLayerWindows_Click() {
     ShowBoard();
     ShowCommentMovesWindow();
-    forms::TreeViews().LayerWindows();
+    treeViews_.LayerWindows();
 }
 
 void MDIVantrel::mWRememberPositions_Click() {

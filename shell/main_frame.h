@@ -9,57 +9,21 @@
 #include <QString>
 #include <QStringList>
 
+#include "layout/window_plan.h"
+#include "shell/tree_views.h"
+
 class QAction;
 class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
+class frmTreeView;
 
 namespace vantrel {
 
-// The plan of the comments and moves windows above the board, in twips.
-struct CommentMovesPlan {
-    int height = 0;    // the height of each of the two windows
-    int movesTop = 0;  // the Top of the moves window
-    bool stacked = false;
-};
-
-// `innerHeight` is the frame's inner height, `boardHeight` the board
-// window's outer height. Over 2400 twips of room above the board the two
-// windows stand one over the other with half the room each; at 2400 or less
-// they share the whole room, stacked. A height is never below 0.
-CommentMovesPlan PlanCommentsMoves(int innerHeight, int boardHeight);
-
-// Where a window goes: the board into the bottom right corner of the inner
-// area; the left column of library windows. All in twips.
-struct Placement {
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-};
-Placement PlanBoard(int innerWidth, int innerHeight, int boardWidth, int boardHeight);
-
-// The tiles of `count` library windows from top to bottom (arranged) or all
-// in one place (layered), beside a right column `columnWidth` wide.
-QList<Placement> PlanLibraryWindows(int count, int innerWidth, int innerHeight, int columnWidth, bool layered);
-
-// The frame's size at the start where nothing is remembered: the design
-// size grown to 85% of the room on a larger screen, centred in it, and never
-// past 32,767 twips a side, so that the position saved from it comes back.
+// The frame's start size and its fit on a screen (layout/window_plan.h)
+// for Qt's rectangles.
 QRect DefaultFrameGeometry(const QRect& room, const QSize& design);
-
-// A window's outer rectangle, title bar and borders included, brought inside
-// a screen's available area: no larger than the area, and moved no further
-// than it takes to lie wholly within it.
 QRect FitOnScreen(const QRect& outer, const QRect& available);
-
-// The settings store: named values in sections. Each value keeps its kind,
-// text or number, between runs: a text is not read as a number, nor a number
-// as a text.
-QString GetSettingText(const QString& section, const QString& name);
-int GetSettingNumber(const QString& section, const QString& name);
-void SaveSettingText(const QString& section, const QString& name, const QString& text);
-void SaveSettingNumber(const QString& section, const QString& name, int number);
 
 // The command line as the program keeps it: the arguments after the
 // program's name joined by single blanks.
@@ -92,6 +56,12 @@ public:
     QMdiArea* MdiArea() const { return mdiArea_; }
     // Adds a window as a child of the frame, in its own sub-window.
     QMdiSubWindow* AddChild(QWidget* form);
+    // Adds a library window, and takes what it tells.
+    void AdoptLibraryWindow(frmTreeView* form);
+
+    // The register of the open libraries.
+    cTreeView& TreeViews() { return treeViews_; }
+    const cTreeView& TreeViews() const { return treeViews_; }
 
     // The commands, by name (tests and other windows drive them).
     void m_open_Click();
@@ -181,6 +151,7 @@ private:
     bool MDIForm_QueryUnload();
     void MDIForm_Unload();
 
+    cTreeView treeViews_{*this};
     QMdiArea* mdiArea_ = nullptr;
     QAction* windowListSeparator_ = nullptr;
     QList<QAction*> windowListActions_;

@@ -6,8 +6,9 @@
 #include "board/board_window.h"
 #include "library/ui/comments_moves.h"
 #include "library/ui/tree_window.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
+#include "print/ui/print_move_list.h"
 #include "shell/main_frame.h"
 
 using namespace vantrel;
@@ -43,7 +44,7 @@ void cTreeView::ExpandAll() {
 }
 
 void cTreeView::PrintMoveList() {
-    if (frmTreeView* form = Active()) form->PrintMoveList();
+    if (frmTreeView* form = Active()) print::PrintMoveList(form->Contents(), form->CurrentNode);
 }
 
 int16_t cTreeView::GetAllLibraries(QStringList& szLibArray, QStringList& szTagArray) const {
@@ -77,9 +78,8 @@ void cTreeView::ArrangeWindows() { PlaceAll(false); }
 void cTreeView::LayerWindows() { PlaceAll(true); }
 
 void cTreeView::PlaceAll(bool layered) {
-    MDIVantrel* frame = forms::MainFrame();
-    if (Libraries.isEmpty() || !frame) return;
-    const auto plan = PlanLibraryWindows(Count(), frame->ScaleWidth(), frame->ScaleHeight(), BoardWidthTwips(), layered);
+    if (Libraries.isEmpty()) return;
+    const auto plan = PlanLibraryWindows(Count(), frame_.ScaleWidth(), frame_.ScaleHeight(), BoardWidthTwips(), layered);
     // In the order of opening, so that the newest ends in front.
     for (int i = 0; i < Libraries.size(); ++i) Place(Libraries[i], plan[i]);
 }
@@ -99,12 +99,7 @@ void cTreeView::Remove(frmTreeView* fTreeView) {
         ActiveKey.clear();
         forms::Comments().SetText(QString());
         forms::Moves().Clear();
-        if (MDIVantrel* frame = forms::MainFrame()) {
-            frame->m_reset_board_Click();
-        } else {
-            forms::Board().ResetBoard();
-            forms::Board().DisplayBoard();
-        }
+        frame_.m_reset_board_Click();
         return;
     }
     // The library opened most recently of those left.
@@ -141,11 +136,11 @@ QString cTreeView::NewTreeView() {
         return QString();
     }
     ++m_WindowCounter;
-    const QString key = KeyOf(m_WindowCounter);
+    const QString key = vantrel::forms::WindowKey(m_WindowCounter);
     auto* form = new frmTreeView();
     form->Tag = key;
     Libraries.append(form);
-    if (MDIVantrel* frame = forms::MainFrame()) frame->AddChild(form);
+    frame_.AdoptLibraryWindow(form);
     SetActive(key);
     return key;
 }
@@ -153,14 +148,9 @@ QString cTreeView::NewTreeView() {
 void cTreeView::ShowTreeView(const QString& key) {
     frmTreeView* form = Item(key);
     if (!form) return;
-    MDIVantrel* frame = forms::MainFrame();
-    if (!frame) {
-        form->show();
-        return;
-    }
     QWidget* board = forms::OuterWindow(&forms::Board());
     const bool boardShown = board->isVisible() && !forms::Board().isHidden();
-    const int innerW = frame->ScaleWidth();
+    const int innerW = frame_.ScaleWidth();
     const int width = boardShown ? innerW - PixelsToTwips(board->width()) : innerW;
-    Place(form, Placement{0, 0, width, frame->ScaleHeight()});
+    Place(form, Placement{0, 0, width, frame_.ScaleHeight()});
 }

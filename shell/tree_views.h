@@ -1,4 +1,5 @@
-// cTreeView: the register of the open libraries and the active one.
+// cTreeView: the register of the open libraries and the active one, kept
+// by the main frame.
 #pragma once
 
 #include <QList>
@@ -7,10 +8,15 @@
 #include <cstdint>
 #include <string>
 
+#include "board/search_window.h"
+
+class MDIVantrel;
 class frmTreeView;
 
-class cTreeView {
+class cTreeView : public vantrel::board::SearchLibraries {
 public:
+    explicit cTreeView(MDIVantrel& frame) : frame_(frame) {}
+
     void ExpandNode();
     void CollapseAll();
     void ExpandAll();
@@ -18,22 +24,20 @@ public:
     void FindNext();
     void Find();
     int16_t Count() const { return static_cast<int16_t>(Libraries.size()); }
-    int16_t GetAllLibraries(QStringList& szLibArray, QStringList& szTagArray) const;
-    std::string CurrentBoard() const;
+    int16_t GetAllLibraries(QStringList& szLibArray, QStringList& szTagArray) const override;
+    std::string CurrentBoard() const override;
     void OpenLib(const QString& szLibPath);
     void ArrangeWindows();
     void LayerWindows();
     void Remove(frmTreeView* fTreeView);
     void SetAsActive(frmTreeView* fTreeView);
-    void SetActive(const QString& szKey) { ActiveKey = szKey; }
+    void SetActive(const QString& szKey) override { ActiveKey = szKey; }
     QString LibRemarks() const;
-    void SetSearchCancelled(bool bCancelled) { m_SearchCancelled = bCancelled; }
-    void SetSearchBoard(const std::string& szBoard) { m_SearchBoard = szBoard; }
+    void SetSearchCancelled(bool bCancelled) override { m_SearchCancelled = bCancelled; }
+    void SetSearchBoard(const std::string& szBoard) override { m_SearchBoard = szBoard; }
 
     // The window of a key, or null; the active one, or null.
     frmTreeView* Item(const QString& key) const;
-    // The key of window number n: "TV" and the number in five digits.
-    static QString KeyOf(int n) { return QStringLiteral("TV%1").arg(n, 5, 10, QLatin1Char('0')); }
     frmTreeView* Active() const { return Item(ActiveKey); }
     const QString& GetActiveKey() const { return ActiveKey; }
     const QList<frmTreeView*>& All() const { return Libraries; }
@@ -52,6 +56,7 @@ private:
     // Tiles the library windows from top to bottom, or lays them all in one place.
     void PlaceAll(bool layered);
 
+    MDIVantrel& frame_;
     QString ActiveKey;
     QList<frmTreeView*> Libraries;  // in order of opening; the key is each window's Tag
     bool m_SearchCancelled = false;

@@ -5,8 +5,8 @@
 
 #include "board/search_window.h"
 #include "library/ui/tree_window.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
 #include "shell/main_frame.h"
 #include "shell/tree_views.h"
 
@@ -18,10 +18,8 @@ void NoOpenLibraries() { ui::MsgBox(QStringLiteral("No open libraries")); }
 
 // Brings a library window to the front of the frame and gives its tree the
 // focus.
-void FocusLibrary(frmTreeView* form) {
-    if (MDIVantrel* frame = forms::MainFrame()) {
-        if (QMdiSubWindow* sub = form->SubWindow()) frame->MdiArea()->setActiveSubWindow(sub);
-    }
+void FocusLibrary(MDIVantrel& frame, frmTreeView* form) {
+    if (QMdiSubWindow* sub = form->SubWindow()) frame.MdiArea()->setActiveSubWindow(sub);
     form->FocusTree();
 }
 
@@ -35,14 +33,14 @@ void cTreeView::Find() {
     m_SearchCancelled = false;
     {
         // The user may make another library the active one in the dialog.
-        FrmSearchTree dialog(forms::MainFrame());
+        FrmSearchTree dialog(*this, &frame_);
         dialog.Form_Load();
         ui::ExecModal(dialog);
     }
     if (m_SearchCancelled) return;
     frmTreeView* form = Active();
     if (!form) return;
-    FocusLibrary(form);
+    FocusLibrary(frame_, form);
     form->Find(m_SearchBoard);
 }
 

@@ -12,26 +12,22 @@
 #include <QVBoxLayout>
 
 #include "board/board_view.h"
-#include "import/ui/fix_move_lists.h"
+#include "import/fix_move_lists.h"
 #include "import/ui/tab_chain.h"
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 using vantrel::FromLib;
 using vantrel::ToLib;
 
 namespace {
 
-QFont CourierFont() {
-    QFont font(QStringLiteral("Courier"));
-    font.setStyleHint(QFont::TypeWriter);
-    font.setFixedPitch(true);
-    return font;
-}
+// The fixed-pitch font at the size of the dialog's own text.
+QFont ColumnFont(const QWidget* control) { return vantrel::FixedPitchFont(control->font().pointSizeF()); }
 
 QPlainTextEdit* MakeMovesBox(QWidget* parent) {
     auto* box = new QPlainTextEdit(parent);
     box->setReadOnly(true);
-    box->setFont(CourierFont());
+    box->setFont(ColumnFont(box));
     box->setLineWrapMode(QPlainTextEdit::NoWrap);
     box->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     box->setTabChangesFocus(true);
@@ -57,7 +53,7 @@ frmFixMove::frmFixMove(int16_t badMoveIndex, int16_t gameMoveCount, int16_t move
     lblBadType = new QLabel(QStringLiteral("Fix move:"), this);
     txtMovesBefore = MakeMovesBox(this);
     txtBadMove = new QLineEdit(this);
-    txtBadMove->setFont(CourierFont());
+    txtBadMove->setFont(ColumnFont(txtBadMove));
     txtMovesAfter = MakeMovesBox(this);
     board = new BoardView(this);
 

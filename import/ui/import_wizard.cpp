@@ -17,6 +17,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <QStackedWidget>
 #include <QStringDecoder>
 #include <QTimer>
@@ -25,9 +26,9 @@
 #include "import/ui/fix_move_dialog.h"
 #include "library/files.h"
 #include "import/ui/tab_chain.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
-#include "shell/help_window.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
+#include "widgets/help_window.h"
 
 using namespace vantrel;
 
@@ -52,18 +53,6 @@ QLabel* WrapLabel(const QString& text, QWidget* parent) {
 }
 
 constexpr qint64 kLargeImportFile = 65536;
-
-// Keeps a flag set for as long as a scope runs.
-class FlagGuard {
-public:
-    explicit FlagGuard(bool& flag) : flag_(flag) { flag_ = true; }
-    ~FlagGuard() { flag_ = false; }
-    FlagGuard(const FlagGuard&) = delete;
-    FlagGuard& operator=(const FlagGuard&) = delete;
-
-private:
-    bool& flag_;
-};
 
 }  // namespace
 
@@ -437,7 +426,7 @@ bool frmImportWizard::Guarded(Step step) {
 }
 
 bool frmImportWizard::RunImport() {
-    FlagGuard running(runActive_);
+    const QScopedValueRollback running(runActive_, true);
     const QString bookName = TrimBlanks(txtBookName->text());
 
     setCursor(Qt::BusyCursor);

@@ -1,16 +1,31 @@
 #include "library/ui/comments_moves.h"
 
 #include <QCloseEvent>
-#include <QFont>
 #include <QListWidget>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include "library/move_list.h"
-#include "shell/forms.h"
-#include "shell/main_frame.h"
+#include "widgets/forms.h"
+
+namespace vantrel::forms {
+namespace {
+
+template <typename Form>
+Form& loaded() {
+    static QPointer<Form> form;
+    if (!form) form = new Form();
+    return *form;
+}
+
+}  // namespace
+
+frmComments& Comments() { return loaded<frmComments>(); }
+frmMoves& Moves() { return loaded<frmMoves>(); }
+
+}  // namespace vantrel::forms
 
 namespace {
 
@@ -22,28 +37,27 @@ void FillWith(QWidget* form, QWidget* control) {
     layout->addWidget(control);
 }
 
-// A close by the user hides the window and puts its item into the Window
-// menu; at the end of the program the close goes through.
-void QueryUnload(QWidget* form, QCloseEvent* event, QAction* MDIVantrel::*item) {
+// A close by the user hides the window and tells so; at the end of the
+// program the close goes through.
+template <typename Form>
+void QueryUnload(Form* form, QCloseEvent* event) {
     if (vantrel::AppClosing) {
         event->accept();
         return;
     }
     event->ignore();
     form->hide();
-    if (MDIVantrel* frame = vantrel::forms::MainFrame(); frame && frame->*item) (frame->*item)->setVisible(true);
+    emit form->hiddenByUser();
 }
 
-// The right button, while the two windows share one place, offers the one
+// The right button, while the two windows share one place, asks for the one
 // behind. Standing apart, a right click does nothing.
-bool PopUpOther(QEvent* event, QMenu* MDIVantrel::*menu) {
+template <typename Form>
+bool PopUpOther(Form* form, QEvent* event) {
     if (event->type() != QEvent::MouseButtonPress) return false;
     auto* mouse = static_cast<QMouseEvent*>(event);
     if (mouse->button() != Qt::RightButton) return false;
-    if (vantrel::CommentsMovesStacked) {
-        MDIVantrel* frame = vantrel::forms::MainFrame();
-        if (frame && frame->*menu) (frame->*menu)->popup(mouse->globalPosition().toPoint());
-    }
+    if (vantrel::CommentsMovesStacked) emit form->otherWindowRequested(mouse->globalPosition().toPoint());
     return true;
 }
 
@@ -75,10 +89,10 @@ QString frmComments::Text() const {
 
 void frmComments::SetText(const QString& text) { txtComments->setPlainText(text); }
 
-void frmComments::closeEvent(QCloseEvent* event) { QueryUnload(this, event, &MDIVantrel::mWShowComments); }
+void frmComments::closeEvent(QCloseEvent* event) { QueryUnload(this, event); }
 
 bool frmComments::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == txtComments->viewport() && PopUpOther(event, &MDIVantrel::mCommentsPopUpMenu)) return true;
+    if (watched == txtComments->viewport() && PopUpOther(this, event)) return true;
     return QWidget::eventFilter(watched, event);
 }
 
@@ -91,11 +105,7 @@ frmMoves::frmMoves(QWidget* parent) : QWidget(parent) {
     lstMoves = new QListWidget(this);
     lstMoves->setObjectName(QStringLiteral("lstMoves"));
     // A fixed-pitch font lines up the two columns.
-    QFont courier(QStringLiteral("Courier"));
-    courier.setStyleHint(QFont::TypeWriter, QFont::PreferMatch);
-    courier.setFixedPitch(true);
-    courier.setPointSize(10);
-    lstMoves->setFont(courier);
+    lstMoves->setFont(vantrel::FixedPitchFont(10));
     lstMoves->setUniformItemSizes(true);
     lstMoves->setContextMenuPolicy(Qt::NoContextMenu);
     lstMoves->viewport()->installEventFilter(this);
@@ -120,9 +130,9 @@ QStringList frmMoves::Lines() const {
     return lines;
 }
 
-void frmMoves::closeEvent(QCloseEvent* event) { QueryUnload(this, event, &MDIVantrel::mWShowMoves); }
+void frmMoves::closeEvent(QCloseEvent* event) { QueryUnload(this, event); }
 
 bool frmMoves::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == lstMoves->viewport() && PopUpOther(event, &MDIVantrel::MovesPopUpMenu)) return true;
+    if (watched == lstMoves->viewport() && PopUpOther(this, event)) return true;
     return QWidget::eventFilter(watched, event);
 }

@@ -1,6 +1,7 @@
 // frmComments ("Game Comments") and frmMoves ("Moves List").
 #pragma once
 
+#include <QPoint>
 #include <QStringList>
 #include <QWidget>
 #include <string>
@@ -15,6 +16,13 @@ public:
     QString Text() const;
     void SetText(const QString& text);
     QPlainTextEdit* txtComments = nullptr;
+
+signals:
+    // Closed by the user: out of sight, still loaded.
+    void hiddenByUser();
+    // The right button while the two windows share one place: the menu
+    // that brings up the one behind.
+    void otherWindowRequested(QPoint globalPos);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -31,7 +39,17 @@ public:
     QStringList Lines() const;
     QListWidget* lstMoves = nullptr;
 
+signals:
+    void hiddenByUser();
+    void otherWindowRequested(QPoint globalPos);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 };
+
+namespace vantrel::forms {
+// The comments and moves windows of the run, made on first use.
+frmComments& Comments();
+frmMoves& Moves();
+}  // namespace vantrel::forms

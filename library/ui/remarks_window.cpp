@@ -1,17 +1,15 @@
 #include "library/ui/remarks_window.h"
 
-#include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextDocument>
 #include <algorithm>
 
-#include "shell/forms.h"
-#include "shell/tree_views.h"
+#include "widgets/forms.h"
 
 using namespace vantrel;
 
-frmLibRemarks::frmLibRemarks(QWidget* parent) : QDialog(parent) {
+frmLibRemarks::frmLibRemarks(const QString& remarks, QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("frmLibRemarks"));
     setWindowTitle(QStringLiteral("Library Remarks"));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -21,11 +19,7 @@ frmLibRemarks::frmLibRemarks(QWidget* parent) : QDialog(parent) {
     txtLibRemarks->setReadOnly(true);
     txtLibRemarks->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     txtLibRemarks->setLineWrapMode(QPlainTextEdit::WidgetWidth);
-    QFont courier(QStringLiteral("Courier New"));
-    courier.setStyleHint(QFont::TypeWriter);
-    courier.setFixedPitch(true);
-    courier.setPointSize(10);
-    txtLibRemarks->setFont(courier);
+    txtLibRemarks->setFont(FixedPitchFont(10));
     txtLibRemarks->document()->setDocumentMargin(6);
 
     Command1 = new QPushButton(QStringLiteral("OK"), this);
@@ -40,7 +34,7 @@ frmLibRemarks::frmLibRemarks(QWidget* parent) : QDialog(parent) {
 
     // Form_Load
     CenterForm(this);
-    txtLibRemarks->setPlainText(forms::TreeViews().LibRemarks());
+    txtLibRemarks->setPlainText(remarks);
 }
 
 void frmLibRemarks::resizeEvent(QResizeEvent* event) {

@@ -1,4 +1,5 @@
-// frmLibRemarks: "Library Remarks", the remarks of the active library.
+// frmLibRemarks: "Library Remarks", the remarks of the active library (or
+// what stands in for them when none is open).
 #pragma once
 
 #include <QDialog>
@@ -9,7 +10,7 @@ class QPushButton;
 class frmLibRemarks : public QDialog {
     Q_OBJECT
 public:
-    explicit frmLibRemarks(QWidget* parent = nullptr);
+    explicit frmLibRemarks(const QString& remarks, QWidget* parent = nullptr);
 
     QPlainTextEdit* txtLibRemarks = nullptr;
     QPushButton* Command1 = nullptr;  // "OK"

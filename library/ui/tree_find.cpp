@@ -2,7 +2,7 @@
 // the showing of the node it ends on.
 #include "library/find.h"
 #include "library/ui/tree_window.h"
-#include "shell/dialogs.h"
+#include "widgets/dialogs.h"
 
 using namespace vantrel;
 

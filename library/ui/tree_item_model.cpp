@@ -6,7 +6,7 @@
 #include <QPixmap>
 #include <algorithm>
 
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 namespace vantrel::library {
 namespace {

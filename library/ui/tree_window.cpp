@@ -20,30 +20,17 @@
 
 #include "board/board_window.h"
 #include "library/ui/comments_moves.h"
+#include "layout/window_plan.h"
 #include "library/ui/tree_item_model.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
-#include "shell/main_frame.h"
-#include "shell/status_window.h"
-#include "shell/tree_views.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
+#include "widgets/status_window.h"
 
 using namespace vantrel;
 using vantrel::library::GamesListModel;
 using vantrel::library::NodeImage;
 using vantrel::library::TreeItemModel;
 
-namespace vantrel {
-
-TreeWindowPlan PlanTreeWindow(int windowWidth, int windowHeight) {
-    TreeWindowPlan plan;
-    plan.pictureWidth = std::max(0, windowWidth);
-    plan.listWidth = std::max(0, windowWidth - 1200);
-    plan.treeWidth = std::max(0, windowWidth - 120);
-    plan.treeHeight = std::max(0, windowHeight - 825);
-    return plan;
-}
-
-}  // namespace vantrel
 
 namespace {
 
@@ -186,23 +173,50 @@ frmTreeView::~frmTreeView() {
     Picture1 = nullptr;
     cboListGames = nullptr;
     Label1 = nullptr;
-    if (cTreeView* register_ = forms::TreeViewsIfAny()) register_->Forget(this);
+    emit gone(this);
 }
 
+namespace {
+
+// IsLoading holds for as long as a load runs, the messages of a failure
+// included; a window that went meanwhile is left alone.
+class LoadingFlag {
+public:
+    explicit LoadingFlag(frmTreeView& form) : form_(&form) { form.IsLoading = true; }
+    ~LoadingFlag() {
+        if (form_) form_->IsLoading = false;
+    }
+    LoadingFlag(const LoadingFlag&) = delete;
+    LoadingFlag& operator=(const LoadingFlag&) = delete;
+
+private:
+    QPointer<frmTreeView> form_;
+};
+
+}  // namespace
+
 void frmTreeView::OpenLibrary(const QString& path) {
-    IsLoading = true;
+    QPointer<frmTreeView> self(this);
+    bool loaded = false;
+    {
+        const LoadingFlag loading(*this);
+        loaded = Load(path);
+    }
+    // A window whose load failed goes, once it no longer counts as loading.
+    if (self && !loaded) UnloadSelf();
+}
+
+bool frmTreeView::Load(const QString& path) {
     QPointer<frmTreeView> self(this);
     TreeWindowLoad watch(*this);
     const library::LoadResult result =
         library::LoadLibrary(QFile::encodeName(path).toStdString(), contents_, &watch);
-    if (!self) return;
+    if (!self) return true;
 
     if (result == library::LoadResult::NotValid) {
         // The bar was never shown and the board never reset.
         ui::MsgBox(QString::fromStdString(library::LoadFailureMessage(result, {})));
-        IsLoading = false;
-        UnloadSelf();
-        return;
+        return false;
     }
     if (result == library::LoadResult::Problem) {
         forms::UnloadStatus();
@@ -211,9 +225,7 @@ void frmTreeView::OpenLibrary(const QString& path) {
         games_->Clear();
         contents_ = library::LibraryContents{};
         ui::MsgBox(QFile::decodeName(library::LoadFailureMessage(result, QFile::encodeName(path).toStdString()).c_str()));
-        IsLoading = false;
-        UnloadSelf();
-        return;
+        return false;
     }
 
     PublishLoaded();
@@ -224,10 +236,8 @@ void frmTreeView::OpenLibrary(const QString& path) {
     tvTreeView_NodeClick(1);
     FocusTree();
 
-    if (!library::IsBlank(contents_.header.LibRemarks)) {
-        if (MDIVantrel* frame = forms::MainFrame()) frame->mFLibRemarks_Click();
-    }
-    if (self) IsLoading = false;
+    if (!library::IsBlank(contents_.header.LibRemarks)) emit remarksWanted();
+    return true;
 }
 
 void frmTreeView::PublishLoaded() {
@@ -272,18 +282,20 @@ void frmTreeView::tvTreeView_NodeClick(int node) {
 }
 
 void frmTreeView::tvTreeView_GotFocus() {
-    forms::TreeViews().SetAsActive(this);
-    // From here on a failure ends the routine quietly, as on a tree that is
-    // still empty.
+    emit focused(this);
+    // A tree still empty has no node to show.
+    const int node = GetSelectedIndex();
+    if (!contents_.tree.Exists(node)) return;
     try {
-        tvTreeView_NodeClick(GetSelectedIndex());
-    } catch (const std::exception&) {
+        tvTreeView_NodeClick(node);
+    } catch (const Error& e) {
+        ShowError(QString::fromStdString(e.what()), e.number());
     }
 }
 
 void frmTreeView::tvTreeView_MouseDown(int button, const QPoint& globalPos) {
     if (button != 2) return;
-    if (MDIVantrel* frame = forms::MainFrame()) frame->m_tree->popup(globalPos);
+    emit menuRequested(globalPos);
 }
 
 void frmTreeView::cboListGames_Click() {
@@ -450,7 +462,7 @@ bool frmTreeView::Form_Unload() {
     status.lblMessage->setText(QStringLiteral("Please wait while Vantrel unloads this library..."));
     SetAlwaysOnTop(&status, true);
     DoEvents();
-    forms::TreeViews().Remove(this);
+    emit unloading(this);
     forms::UnloadStatus();
     return true;
 }

@@ -1,6 +1,7 @@
 // frmTreeView: the window of one open library.
 #pragma once
 
+#include <QPoint>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -23,18 +24,6 @@ class TreeItemModel;
 class GamesListModel;
 }
 
-namespace vantrel {
-// The controls of a tree window for its outer size, in twips: the strip as
-// wide as the window, the list 1200 short of it, the tree 120 narrower and
-// 825 lower than the window. Nothing comes out below 0.
-struct TreeWindowPlan {
-    int pictureWidth = 0;
-    int listWidth = 0;
-    int treeWidth = 0;
-    int treeHeight = 0;
-};
-TreeWindowPlan PlanTreeWindow(int windowWidth, int windowHeight);
-}  // namespace vantrel
 
 class frmTreeView : public QWidget {
     Q_OBJECT
@@ -49,7 +38,6 @@ public:
     void OpenLibrary(const QString& path);
     void ExpandTree(bool bExpanded);
     QString LibRemarks() const;
-    void PrintMoveList();
     void Find(const std::string& szBoard);
     void FindNext();
     std::string CurrentBoard() const { return m_CurrentBoard; }
@@ -89,6 +77,19 @@ public:
     std::string szSearchBoard;
     int16_t iSearchStart = 0;
 
+signals:
+    // The tree got the focus: its library is the active one now.
+    void focused(frmTreeView* form);
+    // A library with remarks has loaded.
+    void remarksWanted();
+    // The right button on the tree, for the Tree menu.
+    void menuRequested(QPoint globalPos);
+    // The user closes the window: its library leaves the open ones.
+    void unloading(frmTreeView* form);
+    // The window goes without that (the end of the program): nothing may
+    // name it any more.
+    void gone(frmTreeView* form);
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -98,6 +99,7 @@ private:
     friend class TreeWindowLoad;
 
     void ShowNode(int node);  // Selected, node click, focus: the end of Find
+    bool Load(const QString& path);  // false: the load failed and was reported
     void UnloadSelf();
     bool Form_Unload();  // false: the window refuses to go
     void Form_Resize();

@@ -1,13 +1,11 @@
-// frmTreeView::PrintMoveList: the line of play to the node last clicked,
-// set into the temporary file _prt.tmp in the program's folder, then read
-// back and printed page by page.
+#include "print/ui/print_move_list.h"
+
 #include <QDir>
 #include <QFile>
 
-#include "library/ui/tree_window.h"
 #include "print/move_list_text.h"
 #include "print/ui/printer_output.h"
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 using namespace vantrel;
 
@@ -64,16 +62,20 @@ void PrintMovesFile() {
 
 }  // namespace
 
-void frmTreeView::PrintMoveList() {
+namespace vantrel::print {
+
+void PrintMoveList(const library::LibraryContents& contents, int node) {
     // Collect the line: from the node last clicked up to the top, at most
     // 201 nodes, and the game whose name heads the text.
     print::PrintPath path;
     try {
-        path = print::CollectPrintPath(contents_.tree, CurrentNode);
+        path = print::CollectPrintPath(contents.tree, node);
     } catch (const Error& e) {
         ShowError(QString::fromStdString(e.what()), e.number());
         return;
     }
-    if (!WriteMovesFile(contents_, path)) return;
+    if (!WriteMovesFile(contents, path)) return;
     PrintMovesFile();
 }
+
+}  // namespace vantrel::print

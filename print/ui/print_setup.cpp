@@ -7,8 +7,8 @@
 #include <QPushButton>
 
 #include "print/ui/printer_output.h"
-#include "shell/dialogs.h"
-#include "shell/main_frame.h"
+#include "widgets/dialogs.h"
+#include "widgets/settings.h"
 
 namespace {
 const QString kSection = QStringLiteral("Forms");

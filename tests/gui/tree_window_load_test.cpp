@@ -81,7 +81,7 @@ TEST_F(LoadTest, RemarksThatHoldTextOpenTheRemarksWindowAfterTheLoad) {
     LibraryBuilder lib("With remarks");
     lib.Remarks("Collected from the 1990s.").Add(1, 0, "e4");
     bool loadingWhileShown = false;
-    onModal = [&](QDialog&) { return loadingWhileShown = forms::TreeViews().Active()->IsLoading, int(QDialog::Accepted); };
+    onModal = [&](QDialog&) { return loadingWhileShown = frame->TreeViews().Active()->IsLoading, int(QDialog::Accepted); };
     frmTreeView* form = Open(lib);
     ASSERT_TRUE(form && modals.size() == 1u);
     EXPECT_EQ((QStringList{modals[0].title, modals[0].remarks}), (QStringList{"Library Remarks", "Collected from the 1990s."}));
@@ -115,7 +115,7 @@ TEST_P(LoadFailureTest, TellsTheUserAndLeavesNoWindow) {
         statusUpAtMessage = forms::StatusLoaded();
         return ui::Answer::Ok;
     });
-    forms::TreeViews().OpenLib(path);
+    frame->TreeViews().OpenLib(path);
     FlushDeletes();
     ASSERT_EQ(messages.messages.size(), 1u);
     const ui::MessageRequest& m = messages.messages[0];
@@ -127,9 +127,9 @@ TEST_P(LoadFailureTest, TellsTheUserAndLeavesNoWindow) {
         EXPECT_FALSE(statusUpAtMessage) << "the bar goes before the message";
     }
     EXPECT_EQ(std::tuple(m.buttons, m.title), std::tuple(ui::Buttons::Ok, QString())) << "the program's own title";
-    EXPECT_EQ(forms::TreeViews().Count(), 1);
-    EXPECT_EQ(forms::TreeViews().GetActiveKey(), bystander->Tag);
-    EXPECT_EQ(forms::TreeViews().WindowCounter(), 2) << "the failed window had its key";
+    EXPECT_EQ(frame->TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().GetActiveKey(), bystander->Tag);
+    EXPECT_EQ(frame->TreeViews().WindowCounter(), 2) << "the failed window had its key";
     EXPECT_EQ(frame->MdiArea()->subWindowList().size(), 4) << "board, comments, moves and the bystander";
     EXPECT_EQ(bystander->Contents().tree.Count(), 1);
     EXPECT_FALSE(forms::StatusLoaded());
@@ -154,7 +154,7 @@ TEST_F(LoadTest, ClosingAWindowWhileItLoadsIsRefusedAndTheLoadGoesOn) {
     QMetaObject::invokeMethod(
         qApp,
         [&] {
-            frmTreeView* loading = forms::TreeViews().Active();
+            frmTreeView* loading = frame->TreeViews().Active();
             loadingSeen = loading && loading->IsLoading;
             tried = true;
             closed = loading && forms::OuterWindow(loading)->close();
@@ -166,8 +166,8 @@ TEST_F(LoadTest, ClosingAWindowWhileItLoadsIsRefusedAndTheLoadGoesOn) {
     EXPECT_FALSE(closed);
     ASSERT_NE(form, nullptr);
     EXPECT_EQ(form->Contents().tree.Count(), 250);
-    EXPECT_EQ(forms::TreeViews().Count(), 1);
+    EXPECT_EQ(frame->TreeViews().Count(), 1);
     // After the load the window goes through its unload.
     EXPECT_TRUE(CloseByUser(form));
-    EXPECT_EQ(forms::TreeViews().Count(), 0);
+    EXPECT_EQ(frame->TreeViews().Count(), 0);
 }

@@ -38,37 +38,14 @@ protected:
 
 }  // namespace
 
-TEST_F(WizardWalkTest, StartsOnTheFirstPageAndEachPageHasItsCaptions) {
-    EXPECT_EQ(w.windowTitle(), "Vantrel Import Wizard");
+TEST_F(WizardWalkTest, StartsOnTheFirstPageWithNextFocusedAndPgnChosen) {
     EXPECT_TRUE(w.isModal());
     EXPECT_EQ(Page(), std::tuple(0, 137, false));
-    EXPECT_EQ(QStringList({w.cmdBack->text(), w.cmdNext->text(), w.cmdCancel->text(), w.cmdHelp->text()}),
-              QStringList({"< &Back", "&Next >", "&Cancel", "&Help"}));
     EXPECT_EQ(w.focusWidget(), w.cmdNext);
     EXPECT_TRUE(w.optImportType[0]->isChecked());
     for (size_t i = 0; i < 7; ++i) EXPECT_FALSE(w.chkTag[i]->isChecked()) << i;
     EXPECT_TRUE(w.chkIgnoreQuestion->isChecked());
     EXPECT_EQ(w.txtCommentStart->text() + w.txtCommentEnd->text(), "////");
-    const std::pair<int, QStringList> pages[] = {
-        {0, {"This wizard will help you import a text file to a ", "Vantrel Library.",
-             "Import file is in PGN format.", "Import file is in SAN format.",
-             "For a complete list of the recognized syntax, see Help.", "To begin, click Next."}},
-        {5, {"Select the tags that will be used to make up the name of each game:", "[Event ...]", "[Site ...]",
-             "[Date ...]", "[Round ...]", "[White ...]", "[Black ...]", "[Result ...]",
-             "Remove question marks from game name"}},
-        {1, {"Enter a text file to import", "Browse...", "Enter a name for the new library",
-             "Comment start indicator :", "Comment end indicator :"}},
-        {2, {"Click Next to create:", "From:"}},
-        {3, {"Record Counter:"}},
-        {4, {"The Vantrel library was successfully created.", "Click 'Next' to open new library.",
-             "Click 'Exit' to end without opening new library."}},
-    };
-    for (const auto& [panel, wanted] : pages) {
-        QStringList texts;
-        for (auto* label : w.Panel[static_cast<size_t>(panel)]->findChildren<QLabel*>()) texts << label->text();
-        for (auto* button : w.Panel[static_cast<size_t>(panel)]->findChildren<QAbstractButton*>()) texts << button->text();
-        for (const QString& text : wanted) EXPECT_TRUE(texts.contains(text)) << panel << ": " << text.toStdString();
-    }
 }
 
 TEST_F(WizardWalkTest, PgnGoesThroughTheTagPageSanSkipsItAndBackRetracesTheWay) {

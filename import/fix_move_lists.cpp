@@ -1,4 +1,4 @@
-#include "import/ui/fix_move_lists.h"
+#include "import/fix_move_lists.h"
 
 namespace vantrel::import {
 namespace {

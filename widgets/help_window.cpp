@@ -1,4 +1,4 @@
-#include "shell/help_window.h"
+#include "widgets/help_window.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QDir>
@@ -23,9 +23,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "shell/dialogs.h"
-#include "shell/forms.h"
-#include "shell/main_frame.h"
+#include "widgets/dialogs.h"
+#include "widgets/forms.h"
 
 namespace {
 
@@ -128,7 +127,7 @@ HelpWindow* HelpWindow::Open() {
     }
     HelpWindow* window = instance().data();
     if (!window) {
-        window = new HelpWindow(vantrel::forms::MainFrame());
+        window = new HelpWindow(vantrel::forms::FrameWindow());
         instance() = window;
     }
     if (window->FilePath() != path || window->Topics().isEmpty()) {

@@ -1,10 +1,10 @@
-#include "shell/status_window.h"
+#include "widgets/status_window.h"
 
 #include <QLabel>
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 frm_status::frm_status(QWidget* parent) : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
     setObjectName(QStringLiteral("frm_status"));

@@ -1,9 +1,6 @@
 // The position under edit in the setup window, free of any widget: the 64
 // square pictures and tags, the palette of 12 pieces, the trash, and what
 // each drop does. The window only turns drag-and-drop events into calls here.
-//
-// Header-only, so that the core tests can drive it without the window
-// library.
 #pragma once
 
 #include <array>

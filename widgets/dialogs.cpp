@@ -1,4 +1,4 @@
-#include "shell/dialogs.h"
+#include "widgets/dialogs.h"
 
 #include <QDialog>
 #include <QFileDialog>
@@ -8,7 +8,7 @@
 #include <QSpacerItem>
 #include <memory>
 
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 namespace vantrel::ui {
 namespace {

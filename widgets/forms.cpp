@@ -1,22 +1,18 @@
-#include "shell/forms.h"
+#include "widgets/forms.h"
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QScreen>
 #include <QWidget>
-#include <memory>
 
-#include "board/board_window.h"
 #include "import/program_dir.h"
 #include "library/text_codec.h"
-#include "library/ui/comments_moves.h"
-#include "shell/dialogs.h"
-#include "shell/main_frame.h"
-#include "shell/status_window.h"
-#include "shell/tree_views.h"
+#include "widgets/dialogs.h"
+#include "widgets/status_window.h"
 
 namespace vantrel {
 namespace {
@@ -58,6 +54,12 @@ QString FromLib(const std::string& cp1252) {
 }
 
 std::string ToLib(const QString& text) { return text::Utf8ToCp1252(text.toStdString()); }
+
+QFont FixedPitchFont(qreal pointSize) {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(pointSize);
+    return font;
+}
 
 namespace {
 
@@ -142,51 +144,30 @@ bool FrameDue(QElapsedTimer& shown) {
 namespace vantrel::forms {
 namespace {
 
-// One pointer of each kind for the whole run; it clears itself when its
-// window is deleted.
-template <typename Form>
-QPointer<Form>& instance() {
-    static QPointer<Form> form;
+QPointer<frm_status>& status() {
+    static QPointer<frm_status> form;
     return form;
 }
 
-// The window of a kind, made on first use.
-template <typename Form>
-Form& loaded() {
-    QPointer<Form>& form = instance<Form>();
-    if (!form) form = new Form();
-    return *form;
-}
-
-std::unique_ptr<cTreeView>& treeViews() {
-    static std::unique_ptr<cTreeView> register_;
-    return register_;
+QPointer<QWidget>& frameWindow() {
+    static QPointer<QWidget> frame;
+    return frame;
 }
 
 }  // namespace
 
-MDIVantrel* MainFrame() { return instance<MDIVantrel>().data(); }
+QWidget* FrameWindow() { return frameWindow().data(); }
 
-void SetMainFrame(MDIVantrel* frame) { instance<MDIVantrel>() = frame; }
+void SetFrameWindow(QWidget* frame) { frameWindow() = frame; }
 
-frmBoard& Board() { return loaded<frmBoard>(); }
-frmComments& Comments() { return loaded<frmComments>(); }
-frmMoves& Moves() { return loaded<frmMoves>(); }
-
-cTreeView& TreeViews() {
-    if (!treeViews()) treeViews() = std::make_unique<cTreeView>();
-    return *treeViews();
+frm_status& Status() {
+    if (!status()) status() = new frm_status();
+    return *status();
 }
 
-cTreeView* TreeViewsIfAny() { return treeViews().get(); }
+void UnloadStatus() { delete status().data(); }
 
-void ResetTreeViews() { treeViews().reset(); }
-
-frm_status& Status() { return loaded<frm_status>(); }
-
-void UnloadStatus() { delete instance<frm_status>().data(); }
-
-bool StatusLoaded() { return !instance<frm_status>().isNull(); }
+bool StatusLoaded() { return !status().isNull(); }
 
 QWidget* OuterWindow(QWidget* form) {
     if (!form) return nullptr;

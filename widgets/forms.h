@@ -3,17 +3,13 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QFont>
 #include <QString>
 #include <cstdint>
 #include <string>
 
 class QWidget;
-class MDIVantrel;
-class frmBoard;
-class frmComments;
-class frmMoves;
 class frm_status;
-class cTreeView;
 
 namespace vantrel {
 
@@ -51,6 +47,9 @@ inline int PixelsToTwips(int pixels) { return pixels * kTwipsPerPixel; }
 QString FromLib(const std::string& cp1252);
 std::string ToLib(const QString& text);
 
+// The platform's fixed-pitch font at a size, for text laid out in columns.
+QFont FixedPitchFont(qreal pointSize);
+
 // Moves a window to the middle of the screen.
 void CenterForm(QWidget* form);
 
@@ -71,24 +70,23 @@ bool FrameDue(QElapsedTimer& shown);
 
 }  // namespace vantrel
 
-// The single instances, created on first use and living to the end of the run.
+// The shared windows of this folder, created on first use and living to the
+// end of the run; the board, comments and moves windows keep theirs beside
+// their classes.
 namespace vantrel::forms {
-MDIVantrel* MainFrame();  // null before the frame exists
-frmBoard& Board();
-frmComments& Comments();
-frmMoves& Moves();
-cTreeView& TreeViews();
 frm_status& Status();      // loaded on first use after each unload
 void UnloadStatus();       // unloads frm_status if it is loaded
 bool StatusLoaded();
 
-// The main frame registers itself while it lives. A new frame starts with a
-// fresh register of libraries; the old one goes with the old frame.
-void SetMainFrame(MDIVantrel* frame);
-cTreeView* TreeViewsIfAny();  // null when none has been made
-void ResetTreeViews();
+// The program's top-level window registers itself while it lives: the
+// windows that belong to no other open in front of it.
+QWidget* FrameWindow();  // null before the frame exists
+void SetFrameWindow(QWidget* frame);
 
 // A child of the main frame lives in a sub-window: the sub-window is what
 // moves, hides and shows. For a window outside the frame, the window itself.
 QWidget* OuterWindow(QWidget* form);
+
+// The key of the n-th library window opened: "TV" and five digits.
+inline QString WindowKey(int n) { return QStringLiteral("TV%1").arg(n, 5, 10, QLatin1Char('0')); }
 }  // namespace vantrel::forms
