@@ -31,7 +31,7 @@ class QuietHost : public import::ImportHost {
 public:
     void ShowCount(const std::string&) override {}
     bool Running() const override { return true; }
-    int16_t AskFixMove(int16_t, int16_t, int16_t, import::GameRecord&, const chess::ImportBoard&) override {
+    import::FixMoveAction AskFixMove(int16_t, int16_t, int16_t, import::GameRecord&, const chess::ImportBoard&) override {
         ++unresolved;
         return import::kFixSkip;
     }

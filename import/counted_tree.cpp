@@ -474,7 +474,7 @@ private:
                 chess::ResolveResult rc = chess::ResolveMove(board_, move, i);
                 while (rc != chess::kResolved) {
                     asked = true;
-                    const int16_t action = host_.AskFixMove(i, n, rc, game, board_);
+                    const FixMoveAction action = host_.AskFixMove(i, n, rc, game, board_);
                     if (action == kFixAccept) {
                         move = game.GameMoves[i];
                         rc = chess::ResolveMove(board_, move, i);

@@ -164,7 +164,7 @@ private:
             recorder_.Before(board_);
             chess::ResolveResult rc = chess::ResolveMove(board_, move_, i);
             while (rc != chess::kResolved) {
-                const int16_t action = host_.AskFixMove(i, n, rc, game, board_);
+                const FixMoveAction action = host_.AskFixMove(i, n, rc, game, board_);
                 if (action == kFixAccept) {
                     move_ = game.GameMoves[i];
                     rc = chess::ResolveMove(board_, move_, i);

@@ -55,7 +55,7 @@ public:
     // The repair dialog: ply and last ply of the game, the resolver's result,
     // the game (GameMoves(ply) is rewritten on accept) and the board ahead of
     // the bad move. Returns a FixMoveAction.
-    virtual int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, GameRecord& game,
+    virtual FixMoveAction AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, GameRecord& game,
                                const chess::ImportBoard& board) = 0;
     // name + ".vnb already exists.  OK to overwrite?" with OK and Cancel.
     virtual bool AskOverwrite(const std::string& text) = 0;

@@ -497,7 +497,7 @@ void frmImportWizard::RunPendingEvents() {
 
 bool frmImportWizard::Running() const { return ImportRunning; }
 
-int16_t frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, import::GameRecord& game,
+import::FixMoveAction frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, import::GameRecord& game,
                                     const chess::ImportBoard& board) {
     ShowPendingCount();
     RunPendingEvents();
@@ -507,12 +507,12 @@ int16_t frmImportWizard::AskFixMove(int16_t ply, int16_t lastPly, int16_t errorC
     // The window is on its way out: nothing more is asked.
     if (closePending_) {
         FixMoveAction = import::kFixCancel;
-        return FixMoveAction;
+        return import::kFixCancel;
     }
     frmFixMove dialog(BadMoveIndex, GameMoveCount, MoveErrorCode, game, board, this);
     ui::ExecModal(dialog);
     FixMoveAction = dialog.FixMoveAction;
-    return FixMoveAction;
+    return static_cast<import::FixMoveAction>(FixMoveAction);
 }
 
 bool frmImportWizard::AskOverwrite(const std::string& text) {

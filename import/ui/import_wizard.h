@@ -79,7 +79,7 @@ public:
     void Yield() override;
     void RunPendingEvents();
     bool Running() const override;
-    int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, vantrel::import::GameRecord& game,
+    vantrel::import::FixMoveAction AskFixMove(int16_t ply, int16_t lastPly, int16_t errorCode, vantrel::import::GameRecord& game,
                        const vantrel::chess::ImportBoard& board) override;
     bool AskOverwrite(const std::string& text) override;
     void Message(const std::string& text, const std::string& title) override;

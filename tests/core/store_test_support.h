@@ -87,7 +87,7 @@ public:
     }
     bool Running() const override { return running; }
     // Answers from the script: an action, and for "accept" the move typed in.
-    int16_t AskFixMove(int16_t ply, int16_t lastPly, int16_t code, import::GameRecord& game,
+    import::FixMoveAction AskFixMove(int16_t ply, int16_t lastPly, int16_t code, import::GameRecord& game,
                        const chess::ImportBoard& board) override {
         fixCalls.push_back(std::to_string(ply) + " " + std::to_string(lastPly) + " " + std::to_string(code) + " " +
                            game.GameMoves[ply]);
@@ -124,7 +124,7 @@ public:
     int yields = 0;
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count
-    std::deque<std::pair<int16_t, std::string>> answers;
+    std::deque<std::pair<import::FixMoveAction, std::string>> answers;
     Strings fixCalls;   // what the repair dialog was shown: "ply lastPly code move", as GameMoves(ply) holds it
     Strings fixBoards;  // and the board ahead of the bad move
     bool overwriteAnswer = true;

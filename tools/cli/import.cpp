@@ -149,7 +149,7 @@ public:
         gameName_ = game.GameMoves[0];
     }
 
-    int16_t AskFixMove(int16_t ply, int16_t, int16_t errorCode, import::GameRecord& game,
+    import::FixMoveAction AskFixMove(int16_t ply, int16_t, int16_t errorCode, import::GameRecord& game,
                        const chess::ImportBoard& board) override {
         // A mended move is checked on a copy of the board, so the store takes
         // it; should it come back all the same, it is skipped.
