@@ -2,7 +2,6 @@
 // the File and Board menus, the About box, the end of the program, and the
 // settings store with the memory of the frame's position.
 #include "gui_test_support.h"
-#include "shell/about_window.h"
 
 namespace {
 
@@ -130,17 +129,6 @@ TEST_F(FrameCommandsTest, LibraryRemarksShowsTheActiveLibrarysRemarksInAFixedPit
     QCoreApplication::processEvents();
     EXPECT_EQ(remarks.txtLibRemarks->size(), QSize(remarks.width(), remarks.height() - TwipsToPixels(585)));
     EXPECT_GT(remarks.Command1->geometry().top(), remarks.txtLibRemarks->geometry().bottom());
-}
-
-TEST_F(FrameCommandsTest, TheAboutBoxNamesTheVersionAndOKClosesIt) {
-    StartFrame();
-    QString title;
-    onModal = [&](QDialog& dialog) {
-        if (auto* about = qobject_cast<frmAbout*>(&dialog)) title = about->lblTitle->text(), about->cmdOK->click();
-        return dialog.result();
-    };
-    frame->m_about->trigger();
-    EXPECT_EQ(title, "Vantrel  Version " VANTREL_VERSION);
 }
 
 TEST_F(FrameCommandsTest, ClosingTheFrameLetsTheLibrariesGoWithoutTheirCleanUp) {

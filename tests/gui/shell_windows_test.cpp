@@ -23,16 +23,6 @@ protected:
 
 }  // namespace
 
-TEST_F(LayoutTest, CommentsAndMovesStandOverTheBoardOneAboveTheOtherWithRoomEnough) {
-    StartFrame();
-    const int left = 1000 - BoardWindow()->width(), width = BoardWindow()->width();
-    SetInner(1000, BoardWindow()->height() + 201);  // 2412 twips
-    frame->mWArrangeWindows->trigger();
-    EXPECT_FALSE(CommentsMovesStacked);
-    EXPECT_EQ(CommentsWindow()->geometry(), QRect(left, 0, width, 100));
-    EXPECT_EQ(MovesWindow()->geometry(), QRect(left, 100, width, 100));
-}
-
 TEST_F(LayoutTest, TheBoardSitsInTheBottomRightCornerAndAResizeMovesItButNotCommentsAndMoves) {
     StartFrame();
     SetInner(1000, 800);

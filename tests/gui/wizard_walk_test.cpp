@@ -38,16 +38,6 @@ protected:
 
 }  // namespace
 
-TEST_F(WizardWalkTest, StartsOnTheFirstPageWithNextFocusedAndPgnChosen) {
-    EXPECT_TRUE(w.isModal());
-    EXPECT_EQ(Page(), std::tuple(0, 137, false));
-    EXPECT_EQ(w.focusWidget(), w.cmdNext);
-    EXPECT_TRUE(w.optImportType[0]->isChecked());
-    for (size_t i = 0; i < 7; ++i) EXPECT_FALSE(w.chkTag[i]->isChecked()) << i;
-    EXPECT_TRUE(w.chkIgnoreQuestion->isChecked());
-    EXPECT_EQ(w.txtCommentStart->text() + w.txtCommentEnd->text(), "////");
-}
-
 TEST_F(WizardWalkTest, PgnGoesThroughTheTagPageSanSkipsItAndBackRetracesTheWay) {
     const QString file = dir.Write("games.pgn", QByteArray(100, 'x'));
     QTest::keyClick(&w, Qt::Key_Return);  // Enter presses Next
