@@ -19,6 +19,26 @@ struct EnPassantRecord {
     int16_t PawnFile = 0;
     int16_t PawnRank = 0;
     int16_t PassedRank = 0;
+
+    // What every call of the resolver does first: an active record ages,
+    // and an aged one ends.
+    void Age() {
+        if (Active) {
+            if (Aged)
+                Active = false;
+            else
+                Aged = true;
+        }
+    }
+    // A pawn of the side to move went from its second rank to its fourth on `file`.
+    void DoubleStep(bool white, int16_t file) {
+        Active = true;
+        Aged = false;
+        Side = white ? 'w' : 'b';
+        PawnFile = file;
+        PawnRank = white ? 4 : 5;
+        PassedRank = white ? 3 : 6;
+    }
 };
 
 // ImportBoard: squares (rank, file), both 1..8, each holding a two-letter

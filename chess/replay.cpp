@@ -50,13 +50,7 @@ Step StepRecorder::After(const ImportBoard& board) const {
 }
 
 void Replay(ImportBoard& board, Step step, int16_t ply) {
-    EnPassantRecord& ep = board.EnPassant;
-    if (ep.Active) {
-        if (ep.Aged)
-            ep.Active = false;
-        else
-            ep.Aged = true;
-    }
+    board.EnPassant.Age();
     const int count = static_cast<int>(step >> kCountShift & 7);
     for (int k = 0; k < count; ++k) {
         const Step change = step >> (k * kChangeBits);
@@ -64,15 +58,7 @@ void Replay(ImportBoard& board, Step step, int16_t ply) {
         board.PutAt(square, kColours[change >> 6 & 3], kPieces[change >> 8 & 7]);
     }
     const auto file = static_cast<int16_t>(step >> kFileShift & 15);
-    if (file != 0) {
-        const bool white = (ply % 2) != 0;
-        ep.Active = true;
-        ep.Aged = false;
-        ep.Side = white ? 'w' : 'b';
-        ep.PawnFile = file;
-        ep.PawnRank = white ? 4 : 5;
-        ep.PassedRank = white ? 3 : 6;
-    }
+    if (file != 0) board.EnPassant.DoubleStep((ply % 2) != 0, file);
 }
 
 }  // namespace vantrel::chess

@@ -246,14 +246,8 @@ ResolveResult PawnMove(ImportBoard& board, const std::string& move, bool isWhite
     if (result != kResolved) return result;
 
     EnPassantRecord& ep = board.EnPassant;
-    if ((isWhite && sourceRank == 2 && t.targetRank == 4) || (!isWhite && sourceRank == 7 && t.targetRank == 5)) {
-        ep.Active = true;
-        ep.Aged = false;
-        ep.Side = isWhite ? 'w' : 'b';
-        ep.PawnFile = sourceFile;
-        ep.PawnRank = isWhite ? 4 : 5;
-        ep.PassedRank = isWhite ? 3 : 6;
-    }
+    if ((isWhite && sourceRank == 2 && t.targetRank == 4) || (!isWhite && sourceRank == 7 && t.targetRank == 5))
+        ep.DoubleStep(isWhite, sourceFile);
     if (ep.Active && ep.Aged && t.targetRank == ep.PassedRank && t.targetFile == ep.PawnFile)
         board.SetCode(ep.PawnRank, ep.PawnFile, "no");  // the pawn taken en passant
 
@@ -284,13 +278,7 @@ ResolveResult ResolveMove(ImportBoard& board, std::string& move, int16_t ply) {
     const bool isWhite = (ply % 2) != 0;
 
     // Every call ages the record, a failed one and a retry of the same ply too.
-    EnPassantRecord& ep = board.EnPassant;
-    if (ep.Active) {
-        if (ep.Aged)
-            ep.Active = false;
-        else
-            ep.Aged = true;
-    }
+    board.EnPassant.Age();
 
     if (move.empty()) return kCantParse;
     switch (move[0]) {
