@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <new>
 #include <sstream>
 #include <utility>
@@ -371,23 +372,23 @@ bool CreateDatabaseFromSchema(const std::string& dbPath, const std::string& sche
 
     std::remove(dbPath.c_str());
     ConfigureEngine();
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(dbPath.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK) {
-        std::string why = "can't create " + dbPath + ": " + (db ? sqlite3_errmsg(db) : "out of memory");
-        sqlite3_close_v2(db);
-        return fail(why);
-    }
+    sqlite3* raw = nullptr;
+    const int opened = sqlite3_open_v2(dbPath.c_str(), &raw, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    // Closed on every way out; the close at the end is checked.
+    std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> db(raw, sqlite3_close_v2);
+    if (opened != SQLITE_OK)
+        return fail("can't create " + dbPath + ": " + (raw ? sqlite3_errmsg(raw) : "out of memory"));
     // A new file has nothing to protect: no syncs while it is being made.
-    sqlite3_exec(db, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+    sqlite3_exec(db.get(), "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
     char* msg = nullptr;
-    if (sqlite3_exec(db, script.str().c_str(), nullptr, nullptr, &msg) != SQLITE_OK) {
+    if (sqlite3_exec(db.get(), script.str().c_str(), nullptr, nullptr, &msg) != SQLITE_OK) {
         std::string why = "schema " + schemaPath + ": " + (msg ? msg : "error");
         sqlite3_free(msg);
-        sqlite3_close_v2(db);
+        db.reset();
         std::remove(dbPath.c_str());
         return fail(why);
     }
-    if (sqlite3_close_v2(db) != SQLITE_OK) return fail("can't close " + dbPath);
+    if (sqlite3_close_v2(db.release()) != SQLITE_OK) return fail("can't close " + dbPath);
     return true;
 }
 
