@@ -350,11 +350,7 @@ private:
 class CountedImport {
 public:
     CountedImport(const ImportOptions& options, const CountingOptions& counting, ImportHost& host)
-        : options_(options), counting_(counting), host_(host), runs_(counting.runBytes) {
-        tags_.chkTag = options.tags;
-        tags_.chkIgnoreQuestion = options.ignoreQuestion;
-        tags_.byName = options.tagNames;
-    }
+        : options_(options), counting_(counting), host_(host), runs_(counting.runBytes) {}
 
     bool Run(CountingReport& report) {
         if (!ReadLines()) return false;
@@ -410,13 +406,7 @@ private:
         if (!file.Open(inFile_)) throw FileNotOpened{};
         state.ImportFile = &file;
         state.PlyLimit = options_.plyLimit;
-        GameFeed feed(
-            file, state,
-            [this](ImportState& s, GameRecord& game) {
-                return options_.pgn ? ReadPgnGame(s, game, tags_)
-                                    : ReadSanGame(s, game, options_.commentStart, options_.commentEnd);
-            },
-            true);
+        GameFeed feed(file, state, GameReader(options_), true);
 
         uint32_t number = 0;
         for (;;) {
@@ -594,7 +584,6 @@ private:
     ImportHost& host_;
     const std::string inFile_ = std::string(TrimBlanks(options_.inFile));
     const std::string bookName_ = std::string(TrimBlanks(options_.bookName));
-    PgnTagChoice tags_;
     chess::ImportBoard board_;
     LineRuns runs_;
     SideFile side_;

@@ -60,11 +60,7 @@ namespace {
 // One run of BuildTree, with the state that lives from game to game.
 class TreeBuilder {
 public:
-    TreeBuilder(const ImportOptions& options, ImportHost& host) : options_(options), host_(host) {
-        tags_.chkTag = options.tags;
-        tags_.chkIgnoreQuestion = options.ignoreQuestion;
-        tags_.byName = options.tagNames;
-    }
+    TreeBuilder(const ImportOptions& options, ImportHost& host) : options_(options), host_(host) {}
 
     // The whole import. Returns the result; throws on failure.
     bool Run(WorkingDatabase& db, ImportLock& hold, LineSource& file, ImportState& state) {
@@ -87,13 +83,7 @@ public:
         state.ImportFirstGame = true;
         state.ImportRemarks.clear();
         state.PlyLimit = options_.plyLimit;
-        GameFeed feed(
-            file, state,
-            [this](ImportState& s, GameRecord& game) {
-                return options_.pgn ? ReadPgnGame(s, game, tags_)
-                                    : ReadSanGame(s, game, options_.commentStart, options_.commentEnd);
-            },
-            options_.readAhead);
+        GameFeed feed(file, state, GameReader(options_), options_.readAhead);
 
         bool result = false;
         int32_t gameNumber = 0;
@@ -235,7 +225,6 @@ private:
     ImportHost& host_;
     const std::string inFile_ = Trim(options_.inFile);
     const std::string bookName_ = Trim(options_.bookName);
-    PgnTagChoice tags_;
 
     // One board for the whole import: its en passant record carries over
     // from one game to the next, as ResetImportBoard leaves it alone.
@@ -263,6 +252,18 @@ std::string LibraryPath(const ImportOptions& options) {
     const std::string name =
         options.libraryFile.empty() ? text::Cp1252ToUtf8(Trim(options.bookName)) : Trim(options.libraryFile);
     return dir + "/" + name + ".vnb";
+}
+
+GameFeed::Reader GameReader(const ImportOptions& options) {
+    if (!options.pgn)
+        return [start = options.commentStart, end = options.commentEnd](ImportState& state, GameRecord& game) {
+            return ReadSanGame(state, game, start, end);
+        };
+    PgnTagChoice tags;
+    tags.chkTag = options.tags;
+    tags.chkIgnoreQuestion = options.ignoreQuestion;
+    tags.byName = options.tagNames;
+    return [tags = std::move(tags)](ImportState& state, GameRecord& game) { return ReadPgnGame(state, game, tags); };
 }
 
 std::string DatabasePath(const ImportOptions& options) {

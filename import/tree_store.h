@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "chess/board.h"
+#include "import/game_feed.h"
 #include "import/game_record.h"
 
 namespace vantrel::import {
@@ -135,5 +136,9 @@ std::string LibraryPath(const ImportOptions& options);
 
 // The working database both of them open.
 std::string DatabasePath(const ImportOptions& options);
+
+// The reader of one game that the options ask for: PGN with the chosen tags,
+// or SAN with the two comment indicators.
+GameFeed::Reader GameReader(const ImportOptions& options);
 
 }  // namespace vantrel::import
