@@ -69,7 +69,7 @@ void MoveWalker::WalkLine(std::string_view text) {
         size_t i = 0;
         while (i < text.size()) {
             const char c = text[i];
-            if (c == '{' || c == '(' || c == ';') break;
+            if (c != ' ' && MayStop(c)) break;  // a comment or a variation opens
             if (c == ' ') {
                 EndToken();
                 if (cut_) return;
@@ -182,23 +182,19 @@ bool IsMoveNumber(std::string_view token) {
     return i == token.size();
 }
 
-bool ReadToken(const std::string& token, std::string& move, std::string& note) {
-    if (IsMoveNumber(token)) {
-        move.clear();
-        note.clear();
-        return false;
-    }
-    return chess::ParseToken(token, move, note);
-}
-
 }  // namespace
 
 void MoveWalker::EndToken() {
     if (!token_.empty()) {  // a token never holds a blank
-        // A plain move is its own text; anything else goes through ParseToken.
+        // A plain move is its own text and a move number nothing; anything
+        // else goes through ParseToken.
         const bool plain = IsPlainMove(token_);
-        if (plain) note_.clear();
-        if (plain || ReadToken(token_, move_, note_)) {
+        bool isMove = plain;
+        if (plain || IsMoveNumber(token_))
+            note_.clear();
+        else
+            isMove = chess::ParseToken(token_, move_, note_);
+        if (isMove) {
             if (plyLimit_ > 0 && ply_ >= plyLimit_) {
                 cut_ = true;  // past the plies kept: this move and all that follows go
             } else {
