@@ -24,27 +24,48 @@ GameFeed::Game* GameFeed::ReadOne(Game& game) {
     return &game;
 }
 
-void GameFeed::ReadAhead() {
+template <class Ready>
+void GameFeed::WaitUntil(std::atomic<bool>& asleep, Ready ready) {
+    for (int spin = 0; spin < 2000; ++spin) {
+        if (ready()) return;
+        __builtin_ia32_pause();
+    }
     std::unique_lock<std::mutex> hold(lock_);
+    // Raised before the last look, so that the other side, having moved its
+    // counter, either is seen here or sees the flag and wakes this one.
+    asleep.store(true);
+    wake_.wait(hold, ready);
+    asleep.store(false);
+}
+
+void GameFeed::Wake(std::atomic<bool>& asleep) {
+    if (!asleep.load()) return;
+    { std::lock_guard<std::mutex> hold(lock_); }
+    wake_.notify_all();
+}
+
+void GameFeed::ReadAhead() {
+    size_t written = 0;
+    size_t taken = 0;  // taken_ as this side saw it last
     try {
         for (;;) {
-            writable_.wait(hold, [&] { return stop_ || written_ - taken_ < kSlots; });
-            if (stop_) break;
-            Game& game = *slots_[written_ % kSlots];
-            hold.unlock();
-            const bool atEnd = state_.ImportAtEnd;
-            if (!atEnd) ReadOne(game);
-            hold.lock();
-            if (atEnd) break;
-            ++written_;
-            if (written_ >= wanted_) readable_.notify_one();
+            if (written - taken >= kSlots) {
+                taken = taken_.load();
+                if (written - taken >= kSlots) {
+                    WaitUntil(readerAsleep_, [&] { return stop_.load() || written - taken_.load() <= kSlots / 2; });
+                    taken = taken_.load();
+                }
+            }
+            if (stop_.load() || state_.ImportAtEnd) break;
+            ReadOne(*slots_[written % kSlots]);
+            written_.store(++written, std::memory_order_release);
+            if (playerAsleep_.load() && written - taken_.load() >= kSlots / 4) Wake(playerAsleep_);
         }
     } catch (...) {
-        if (!hold.owns_lock()) hold.lock();
         failure_ = std::current_exception();
     }
-    finished_ = true;
-    readable_.notify_one();
+    finished_.store(true);
+    Wake(playerAsleep_);
 }
 
 GameFeed::Game* GameFeed::Next() {
@@ -54,30 +75,25 @@ GameFeed::Game* GameFeed::Next() {
         current_ = slots_[0].get();
         return ReadOne(*current_);
     }
-    if (current_ != nullptr) ++next_;
-    current_ = nullptr;
-    // The games already known to be read are handed out without a word to
-    // the reader. It hears of the ones played a quarter of the slots at a
-    // time, so that it has room to read on, and is asked for more when this
-    // side has run out.
-    if (next_ != ready_ && next_ - taken_ >= kSlots / 4) {
-        std::lock_guard<std::mutex> hold(lock_);
-        taken_ = next_;
-        writable_.notify_one();
+    if (current_ != nullptr) {
+        // The slots played go back to the reader a few at a time, and all
+        // at once when this side is about to wait.
+        ++next_;
+        if (next_ % kGiveBack == 0 || next_ == ready_) {
+            taken_.store(next_);
+            if (readerAsleep_.load() && written_.load() - next_ <= kSlots / 2) Wake(readerAsleep_);
+        }
     }
+    current_ = nullptr;
+    if (next_ == ready_) ready_ = written_.load(std::memory_order_acquire);
     if (next_ == ready_) {
-        std::unique_lock<std::mutex> hold(lock_);
-        taken_ = next_;
-        writable_.notify_one();
-        // Woken for a quarter of the slots at a time, not for every game.
-        wanted_ = next_ + kSlots / 4;
-        readable_.wait(hold, [&] { return written_ >= wanted_ || finished_; });
-        wanted_ = SIZE_MAX;
-        ready_ = written_;
+        const size_t wanted = next_ + kSlots / 4;
+        WaitUntil(playerAsleep_, [&] { return finished_.load() || written_.load() >= wanted; });
+        ready_ = written_.load();
         if (next_ == ready_) {
             if (failure_) {
                 // The reader stopped in the game after the last one read.
-                current_ = slots_[written_ % kSlots].get();
+                current_ = slots_[next_ % kSlots].get();
                 std::rethrow_exception(failure_);
             }
             return nullptr;
@@ -89,11 +105,8 @@ GameFeed::Game* GameFeed::Next() {
 
 void GameFeed::Stop() {
     if (!reader_.joinable()) return;
-    {
-        std::lock_guard<std::mutex> hold(lock_);
-        stop_ = true;
-    }
-    writable_.notify_one();
+    stop_.store(true);
+    Wake(readerAsleep_);
     reader_.join();
 }
 

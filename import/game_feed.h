@@ -4,6 +4,7 @@
 // same progress and the same failures, in the same order, either way.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <exception>
@@ -47,6 +48,12 @@ public:
 private:
     Game* ReadOne(Game& game);
     void ReadAhead();
+    // Waits until `ready` holds: a short spin, since the other side is
+    // seldom far off, then asleep with `asleep` raised for the other side
+    // to see.
+    template <class Ready>
+    void WaitUntil(std::atomic<bool>& asleep, Ready ready);
+    void Wake(std::atomic<bool>& asleep);
 
     LineSource& file_;
     ImportState& state_;
@@ -55,15 +62,25 @@ private:
     Game* current_ = nullptr;
     std::vector<std::unique_ptr<Game>> slots_;
 
-    // Read ahead: slots [taken_, written_) are read and not yet played.
-    static constexpr size_t kSlots = 128;
-    std::mutex lock_;
-    std::condition_variable readable_, writable_;
-    size_t written_ = 0, taken_ = 0;
-    size_t wanted_ = SIZE_MAX;  // while this side waits: the count of games read that wakes it
-    size_t ready_ = 0, next_ = 0;  // this side's view: games known read, and the next to hand out
-    bool finished_ = false, stop_ = false;
-    std::exception_ptr failure_;
+    // Read ahead: slots [taken_, written_) are read and not yet played; each
+    // counter has one writer. A side that has to wait sleeps until the other
+    // has done a good stretch, so the two seldom hand the core to the kernel:
+    // the reader, woken on a full ring, until half of it is free; this side,
+    // waiting for games, until a quarter of it is read.
+    // Each side looks at the other's counter only when its own view of it
+    // runs out, and the two counters lie apart, so that a game handed over
+    // costs no trip between the cores' caches.
+    static constexpr size_t kSlots = 256;
+    static constexpr size_t kGiveBack = 16;  // slots played before taken_ moves
+    alignas(64) std::atomic<size_t> written_{0};
+    alignas(64) std::atomic<size_t> taken_{0};
+    alignas(64) std::atomic<bool> finished_{false}, stop_{false};
+    std::atomic<bool> readerAsleep_{false}, playerAsleep_{false};
+    alignas(64) size_t next_ = 0;  // the next game to hand out
+    size_t ready_ = 0;             // written_ as this side saw it last
+    std::exception_ptr failure_;  // set before finished_
+    std::mutex lock_;             // only to sleep and wake
+    std::condition_variable wake_;
     std::thread reader_;
 };
 

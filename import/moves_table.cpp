@@ -1,8 +1,10 @@
 #include "import/moves_table.h"
 
 #include <sqlite3.h>
+#include <sys/mman.h>
 
 #include <cstring>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -154,6 +156,20 @@ void RegisterBatch(sqlite3* db, PendingBatch* pending) {
 
 // --- MovesTable ----------------------------------------------------------------
 
+template <class T>
+T* MovesTable::HugePages<T>::allocate(size_t n) {
+    constexpr size_t kHuge = size_t{2} << 20;
+    const size_t bytes = n * sizeof(T);
+    if (bytes < kHuge) {
+        if (void* p = std::malloc(bytes)) return static_cast<T*>(p);
+        throw std::bad_alloc();
+    }
+    void* p = std::aligned_alloc(kHuge, (bytes + kHuge - 1) / kHuge * kHuge);
+    if (!p) throw std::bad_alloc();
+    ::madvise(p, bytes, MADV_HUGEPAGE);  // a hint: without it the pages are small
+    return static_cast<T*>(p);
+}
+
 MovesTable::MovesTable(WorkingDatabase& db) : db_(db), pending_(std::make_unique<PendingBatch>()) {
     RegisterBatch(db_.Handle(), pending_.get());
     try {
@@ -194,20 +210,34 @@ int32_t MovesTable::FirstChild(int32_t parent) const {
     return nodes_[static_cast<size_t>(parent) - 1].firstChild;
 }
 
-size_t MovesTable::Slot(int32_t parent, uint64_t word) const {
-    const uint64_t h = (word ^ (static_cast<uint64_t>(static_cast<uint32_t>(parent)) << 7)) * 0x9E3779B97F4A7C15ull;
-    return static_cast<size_t>(h >> 32) & (lookup_.size() - 1);
+uint64_t MovesTable::Word(std::string_view move) { return move.size() > kShortMove ? kLongMove : MoveWord(move); }
+
+uint64_t MovesTable::ChildKey(uint64_t parentKey, uint64_t word) {
+    uint64_t h = (parentKey ^ word) * 0x9E3779B97F4A7C15ull;
+    h ^= h >> 29;
+    h *= 0xBF58476D1CE4E5B9ull;
+    return h ^ (h >> 32);
+}
+
+uint64_t MovesTable::Key(int32_t index) const {
+    if (index <= 0 || static_cast<size_t>(index) > nodes_.size()) return rootKey_;
+    return nodes_[static_cast<size_t>(index) - 1].key;
+}
+
+void MovesTable::Prefetch(uint64_t key) const { __builtin_prefetch(&lookup_[Slot(key)]); }
+
+MovesTable::Found MovesTable::Lookup(uint64_t key, int32_t parent, uint64_t word) const {
+    if (word == kLongMove) return {};
+    for (size_t at = Slot(key);; at = (at + 1) & (lookup_.size() - 1)) {
+        const Pair& pair = lookup_[at];
+        if (pair.child == 0) return {};
+        if (pair.word == word && pair.parent == parent) return {pair.child, pair.tag};
+    }
 }
 
 int32_t MovesTable::Find(int32_t parent, std::string_view move) const {
-    const uint64_t word = move.size() > kShortMove ? kLongMove : MoveWord(move);
-    if (word != kLongMove) {
-        for (size_t at = Slot(parent, word);; at = (at + 1) & (lookup_.size() - 1)) {
-            const Pair& pair = lookup_[at];
-            if (pair.child == 0) return 0;
-            if (pair.word == word && pair.parent == parent) return pair.child;
-        }
-    }
+    const uint64_t word = Word(move);
+    if (word != kLongMove) return Lookup(ChildKey(Key(parent), word), parent, word).child;
     for (int32_t child = FirstChild(parent); child != 0; child = nodes_[static_cast<size_t>(child) - 1].nextSibling)
         if (Matches(nodes_[static_cast<size_t>(child) - 1], word, move)) return child;
     return 0;
@@ -231,7 +261,8 @@ void MovesTable::Add(const MoveRow& row) {
     // Into the tree, as the last child of its parent, unless the parent has
     // a child with this move already.
     Node node;
-    const uint64_t word = row.move.size() > kShortMove ? kLongMove : MoveWord(row.move);
+    const uint64_t word = Word(row.move);
+    node.key = ChildKey(Key(row.parent), word);
     if (word == kLongMove) {
         node.move = kLongMove | longMoves_.size();
         longMoves_.emplace_back(row.move);
@@ -250,19 +281,19 @@ void MovesTable::Add(const MoveRow& row) {
     if (!link) return;
     *link = row.index;
     if (word == kLongMove) return;
-    // Into the lookup, which grows to keep at least half of it free.
-    if ((pairs_ + 1) * 2 > lookup_.size()) {
-        std::vector<Pair> old(lookup_.size() * 2);
+    // Into the lookup, which grows to keep at least a quarter of it free.
+    if ((pairs_ + 1) * 4 > lookup_.size() * 3) {
+        PairSlots old(lookup_.size() * 2);
         old.swap(lookup_);
         for (const Pair& pair : old)
-            if (pair.child != 0) Place(pair);
+            if (pair.child != 0) Place(pair, Key(pair.child));
     }
-    Place({word, row.parent, row.index});
+    Place({word, row.tag, row.parent, row.index}, node.key);
     ++pairs_;
 }
 
-void MovesTable::Place(const Pair& pair) {
-    size_t at = Slot(pair.parent, pair.word);
+void MovesTable::Place(const Pair& pair, uint64_t key) {
+    size_t at = Slot(key);
     while (lookup_[at].child != 0) at = (at + 1) & (lookup_.size() - 1);
     lookup_[at] = pair;
 }

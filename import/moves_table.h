@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,6 +25,8 @@ struct MoveRow {
     bool newBranch = false;  // stored as -1 / 0
     std::string_view remarks;
     std::string_view layout;
+    // Kept with the record in memory only, and handed back by Lookup.
+    uint64_t tag = 0;
 };
 
 // The table is only written. The lookup goes to a tree in memory of the
@@ -34,7 +37,7 @@ struct MoveRow {
 // writes what is held back; whoever ends the transaction calls it first.
 class MovesTable {
 public:
-    static constexpr size_t kBatch = 2048;
+    static constexpr size_t kBatch = 8192;
 
     explicit MovesTable(WorkingDatabase& db);
     ~MovesTable();
@@ -45,6 +48,26 @@ public:
     void Clear();
     // The index of the child of `parent` whose move is `move`; 0 for none.
     int32_t Find(int32_t parent, std::string_view move) const;
+
+    // A walk down known moves, one lookup a ply, costs a trip to memory for
+    // each: the lookup is spread over far more than the caches hold. Its
+    // slots are therefore placed by a key of the node's whole line of moves,
+    // which a caller can work out from the move texts alone, before it
+    // knows the nodes, and so have every slot of a line fetched at once:
+    // Key(0) is the root's key, ChildKey that of a move from a node.
+    // Words and keys of moves of more than seven bytes are valid but find
+    // nothing in Lookup.
+    static uint64_t Word(std::string_view move);
+    static uint64_t ChildKey(uint64_t parentKey, uint64_t word);
+    uint64_t Key(int32_t index) const;
+    // Asks for the slot of `key` to be fetched; it doesn't wait.
+    void Prefetch(uint64_t key) const;
+    struct Found {
+        int32_t child = 0;  // 0: none
+        uint64_t tag = 0;
+    };
+    // The child of `parent` by `word`, whose key is `key`, with its tag.
+    Found Lookup(uint64_t key, int32_t parent, uint64_t word) const;
     // Records come with the indexes 1, 2, 3, ... in the order they are added,
     // as the tree store numbers them. A pair (parent, move) keeps its first
     // record.
@@ -61,6 +84,7 @@ private:
     // longMoves_, and `move` holds kLongMove plus its place there.
     struct Node {
         uint64_t move = 0;
+        uint64_t key = 0;
         int32_t firstChild = 0;   // index of the first child; 0 for none
         int32_t nextSibling = 0;  // index of the next child of the same parent
     };
@@ -69,17 +93,33 @@ private:
     bool Matches(const Node& node, uint64_t word, std::string_view move) const;
     int32_t FirstChild(int32_t parent) const;
 
-    // The lookup of a short move: (parent, move) to the child, by hash, with
-    // open addressing. A long move is looked for among the parent's children.
+    // The lookup of a short move: (parent, move) to the child, placed by the
+    // child's key, with open addressing. A long move is looked for among the
+    // parent's children.
     struct Pair {
         uint64_t word = 0;
+        uint64_t tag = 0;
         int32_t parent = 0;
         int32_t child = 0;  // 0: the slot is free
     };
     static constexpr size_t kFirstLookup = 1024;
-    size_t Slot(int32_t parent, uint64_t word) const;
-    void Place(const Pair& pair);
-    std::vector<Pair> lookup_ = std::vector<Pair>(kFirstLookup);
+    size_t Slot(uint64_t key) const { return static_cast<size_t>(key) & (lookup_.size() - 1); }
+    void Place(const Pair& pair, uint64_t key);
+    uint64_t rootKey_ = 0;
+    // Megabytes reached at random: on huge pages where the system has them,
+    // so that a fetch doesn't wait for a walk of the page tables as well.
+    template <class T>
+    struct HugePages {
+        using value_type = T;
+        HugePages() = default;
+        template <class U>
+        HugePages(const HugePages<U>&) {}
+        T* allocate(size_t n);
+        void deallocate(T* p, size_t) { std::free(p); }
+        bool operator==(const HugePages&) const { return true; }
+    };
+    using PairSlots = std::vector<Pair, HugePages<Pair>>;
+    PairSlots lookup_ = PairSlots(kFirstLookup);
     size_t pairs_ = 0;
 
     WorkingDatabase& db_;

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -137,14 +138,24 @@ private:
         bool branched = false;
         bool addRecord = false;
 
+        // The keys of the plies ahead are worked out, and their slots
+        // fetched, a few plies before the walk needs them.
+        keys_[0] = table.Key(0);
+        int16_t keyed = 0;
         for (int16_t i = 1; i <= n; ++i) {
             if (!branched) {
+                for (const int16_t last = std::min<int16_t>(n, static_cast<int16_t>(i + kAhead)); keyed < last;) {
+                    ++keyed;
+                    words_[keyed] = MovesTable::Word(chess::NodeText(game.GameMoves[keyed]));
+                    keys_[keyed] = MovesTable::ChildKey(keys_[keyed - 1], words_[keyed]);
+                    table.Prefetch(keys_[keyed]);
+                }
                 // On known ground a move that an earlier game played from
                 // this node is played back as it was resolved then.
-                const int32_t known = table.Find(parent, chess::NodeText(game.GameMoves[i]));
-                if (known != 0 && steps_[static_cast<size_t>(known)] != chess::kNoStep) {
-                    chess::Replay(board_, steps_[static_cast<size_t>(known)], i);
-                    parent = known;
+                const MovesTable::Found known = table.Lookup(keys_[i], parent, words_[i]);
+                if (known.child != 0 && known.tag != chess::kNoStep) {
+                    chess::Replay(board_, known.tag, i);
+                    parent = known.child;
                     continue;
                 }
             }
@@ -173,6 +184,9 @@ private:
                     firstNew_ = true;
                 } else {
                     parent = found;
+                    // The keys ahead go on from the node as it stands.
+                    keys_[i] = table.Key(found);
+                    keyed = i;
                 }
             } else {
                 addRecord = true;
@@ -213,8 +227,8 @@ private:
                 }
                 board_.BoardToLayout(layout_);
                 row.layout = layout_;
+                row.tag = recorder_.After(board_);
                 table.Add(row);
-                steps_.push_back(recorder_.After(board_));
                 parent = counter_;
             }
         }
@@ -229,10 +243,12 @@ private:
     // One board for the whole import: its en passant record carries over
     // from one game to the next, as ResetImportBoard leaves it alone.
     chess::ImportBoard board_;
-    // What the move of each record did to the board, by index; slot 0 is
-    // the start.
-    std::vector<chess::Step> steps_{chess::kNoStep};
+    // What the move of a record did to the board is its tag in the table.
     chess::StepRecorder recorder_;
+    // The known ground's lookups: the word and the key of each ply.
+    static constexpr int16_t kAhead = 8;
+    std::array<uint64_t, kMaxPly + 1> words_{};
+    std::array<uint64_t, kMaxPly + 1> keys_{};
     GameRecord* game_ = nullptr;  // the game being played, as the feed holds it
     int32_t counter_ = 0;
     bool firstNew_ = false;
