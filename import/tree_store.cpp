@@ -317,6 +317,7 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 
     session.ImportRemarks = state.ImportRemarks;
     session.recordCount = builder->RecordCount();
+    session.book = Trim(options.bookName);
     return result;
 }
 
@@ -380,7 +381,8 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
     try {
         // A write of its own, with no import before it in the session,
         // holds the database for itself.
-        if (!session.hold) {
+        const bool importHeld = session.hold != nullptr;
+        if (!importHeld) {
             session.hold = std::make_shared<ImportLock>();
             session.hold->Acquire(DatabasePath(options));
         }
@@ -404,10 +406,15 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
         if (max.IsNull(0)) throw Error("Invalid use of Null", errors::kInvalidUseOfNull);
         header.MaxIndex = static_cast<int32_t>(max.Int(0));
 
-        Statement count = db.Prepare(R"(SELECT COUNT(*) AS RecCount FROM Moves WHERE "book" = ?1)");
-        count.Bind(1, name);
-        count.Step();
-        header.RecCount = static_cast<int32_t>(count.Int(0));
+        if (importHeld && session.book == name) {
+            // Every record of the import that emptied the table carries the name.
+            header.RecCount = session.recordCount;
+        } else {
+            Statement count = db.Prepare(R"(SELECT COUNT(*) AS RecCount FROM Moves WHERE "book" = ?1)");
+            count.Bind(1, name);
+            count.Step();
+            header.RecCount = static_cast<int32_t>(count.Int(0));
+        }
 
         // One forward pass in the order the records were added, which puts
         // every parent ahead of its children.

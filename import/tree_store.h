@@ -94,6 +94,7 @@ class ImportLock;
 struct ImportSession {
     std::string ImportRemarks;  // text ahead of the first game: the library's remarks
     int32_t recordCount = 0;    // records added by BuildTree
+    std::string book;           // the library name they carry
     // The hold on the working database from a BuildTree that succeeded to
     // the end of WriteLibrary.
     std::shared_ptr<ImportLock> hold;

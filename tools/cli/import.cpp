@@ -18,6 +18,7 @@
 #include <cstdlib>
 #include <map>
 #include <unordered_map>
+#include <vector>
 
 #include "chess/move_repair.h"
 #include "chess/resolver.h"
@@ -219,9 +220,16 @@ public:
     // Parents are written ahead of their children; a record whose parent
     // isn't in the file stands at the top.
     void RecordWritten(int32_t index, int32_t parent) override {
-        const auto above = depthOf_.find(parent);
-        const int depth = above == depthOf_.end() ? 1 : above->second + 1;
-        depthOf_[index] = depth;
+        const int depth = DepthOf(parent) + 1;
+        // The store numbers records 1, 2, 3, ...: their depths lie in a
+        // vector, and only an index far out of that line in a map.
+        if (index > 0 && static_cast<size_t>(index) < depthOf_.size() + kNearIndex) {
+            if (static_cast<size_t>(index) >= depthOf_.size())
+                depthOf_.resize(std::max(depthOf_.size() * 2, static_cast<size_t>(index) + 1));
+            depthOf_[static_cast<size_t>(index)] = depth;
+        } else {
+            farDepthOf_[index] = depth;
+        }
         ++atDepth_[depth];
     }
 
@@ -246,7 +254,17 @@ private:
     int32_t gameNumber_ = 0;
     std::string gameName_;
     int unresolved_ = 0;
-    std::unordered_map<int32_t, int> depthOf_;
+    // The depth of a record written, 0 for one that wasn't.
+    int DepthOf(int32_t index) const {
+        if (index > 0 && static_cast<size_t>(index) < depthOf_.size() && depthOf_[static_cast<size_t>(index)] != 0)
+            return depthOf_[static_cast<size_t>(index)];
+        if (farDepthOf_.empty()) return 0;
+        const auto far = farDepthOf_.find(index);
+        return far == farDepthOf_.end() ? 0 : far->second;
+    }
+    static constexpr size_t kNearIndex = size_t{1} << 20;
+    std::vector<int> depthOf_;
+    std::unordered_map<int32_t, int> farDepthOf_;
     std::map<int, int64_t> atDepth_;
 };
 
