@@ -44,10 +44,11 @@ bool SameInAnyCase(std::string_view a, std::string_view b) {
     return true;
 }
 
-// Takes the value out of a tag line if the line is one of the seven tags. The
-// value runs from its fixed start up to the character in front of the first
-// "]" at or after column 5, which is taken to be the closing quote.
-void TakeTag(const std::string& line, std::array<std::string, 7>& values) {
+// Takes the value out of a tag line if the line is one of the seven tags and
+// the name wants it. The value runs from its fixed start up to the character
+// in front of the first "]" at or after column 5, which is taken to be the
+// closing quote; a line too short for that fails, wanted or not.
+void TakeTag(const std::string& line, std::array<std::string, 7>& values, const std::array<bool, 7>& wanted) {
     // The letter behind the bracket tells the few tags worth a closer look.
     if (line.size() < 2) return;
     switch (Upper(line[1])) {
@@ -61,7 +62,7 @@ void TakeTag(const std::string& line, std::array<std::string, 7>& values) {
         long start = static_cast<long>(kTags[k].valueStart);
         long length = p - start - 1;
         if (length < 0) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
-        values[k] = line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length));
+        if (wanted[k]) values[k].assign(line, static_cast<size_t>(start - 1), static_cast<size_t>(length));
         return;
     }
 }
@@ -148,12 +149,16 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
 
     // The tag section. Every line of it goes into the game's comment; the
     // line that ends it is dropped.
-    std::array<std::string, 7> values;
+    static thread_local std::array<std::string, 7> values;
+    for (std::string& value : values) value.clear();
+    // The seven tags' values are kept only for a name made of them.
+    std::array<bool, 7> wanted = tags.chkTag;
+    if (!tags.byName.empty()) wanted.fill(false);
     std::vector<std::string> named(tags.byName.size());
     std::string& pending = walk.Pending();
     line = state.ImportLine;
     for (;;) {
-        TakeTag(line, values);
+        TakeTag(line, values, wanted);
         if (!named.empty()) TakeNamedTag(line, tags.byName, named);
         pending += "\r\n";
         pending += line;
@@ -170,7 +175,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
 
     walk.SetPly(0);
     game.GameMoves[0] = std::move(name);
-    game.GameComments[0] = pending;
+    game.GameComments[0].swap(pending);  // the slot was empty
     pending.clear();
 
     // The move text, up to the next tag line or the end of the file.

@@ -38,15 +38,26 @@ void MoveWalker::Start(GameRecord& game) {
 }
 
 void MoveWalker::UsePgnRules() {
+    if (braces_) return;
     pgn_ = true;
     open_ = "{";
     close_ = "}";
+    SetStops();
 }
 
 void MoveWalker::UseSanRules(std::string_view commentStart, std::string_view commentEnd) {
     pgn_ = false;
     open_.assign(commentStart);
     close_.assign(commentEnd);
+    SetStops();
+}
+
+void MoveWalker::SetStops() {
+    braces_ = pgn_ && open_ == "{";
+    stops_.fill(false);
+    stops_[' '] = true;
+    if (open_.size() == 1 || open_.size() == 2) stops_[static_cast<unsigned char>(open_[0])] = true;
+    if (pgn_) stops_['('] = stops_[';'] = true;
 }
 
 // How many characters the mark covers if it stands at i, else 0.
@@ -62,22 +73,30 @@ void MoveWalker::WalkLine(std::string_view text) {
     if (cut_) return;
     // The blank behind the line ends a token standing at its end, and every
     // line of a comment ends in a blank.
-    if (!inComment_ && !inVariation_ && pgn_ && open_ == "{") {
+    if (!inComment_ && !inVariation_ && braces_) {
         // Plain move text, the usual line, is cut at its blanks where it
         // stands; the walk below takes over at the first character that
         // opens a comment or a variation.
         size_t i = 0;
         while (i < text.size()) {
             const char c = text[i];
-            if (c != ' ' && MayStop(c)) break;  // a comment or a variation opens
             if (c == ' ') {
                 EndToken();
                 if (cut_) return;
                 ++i;
                 continue;
             }
+            if (MayStop(c)) break;  // a comment or a variation opens
             size_t end = i + 1;
             while (end < text.size() && !MayStop(text[end])) ++end;
+            if (token_.empty() && (end == text.size() || text[end] == ' ')) {
+                // A whole token, ended by its blank or the one behind the
+                // line: taken where it stands.
+                EndToken(text.substr(i, end - i));
+                if (cut_ || end == text.size()) return;
+                i = end + 1;
+                continue;
+            }
             token_.append(text.data() + i, end - i);
             i = end;
         }
@@ -155,11 +174,6 @@ void MoveWalker::WalkLine(std::string_view text) {
     }
 }
 
-bool MoveWalker::MayStop(char c) const {
-    return c == ' ' || ((open_.size() == 1 || open_.size() == 2) && c == open_[0]) ||
-           (pgn_ && (c == '(' || c == ';'));
-}
-
 namespace {
 
 // A token that ParseToken would take as it stands for a move with no mark:
@@ -185,31 +199,37 @@ bool IsMoveNumber(std::string_view token) {
 }  // namespace
 
 void MoveWalker::EndToken() {
-    if (!token_.empty()) {  // a token never holds a blank
+    EndToken(token_);
+    token_.clear();
+}
+
+void MoveWalker::EndToken(std::string_view token) {
+    if (!token.empty()) {  // a token never holds a blank
         // A plain move is its own text and a move number nothing; anything
         // else goes through ParseToken.
-        const bool plain = IsPlainMove(token_);
+        const bool plain = IsPlainMove(token);
         bool isMove = plain;
-        if (plain || IsMoveNumber(token_))
+        if (plain || IsMoveNumber(token))
             note_.clear();
         else
-            isMove = chess::ParseToken(token_, move_, note_);
+            isMove = chess::ParseToken(token, move_, note_);
         if (isMove) {
             if (plyLimit_ > 0 && ply_ >= plyLimit_) {
                 cut_ = true;  // past the plies kept: this move and all that follows go
             } else {
                 if (ply_ >= kMaxPly) throw Error("Subscript out of range", errors::kSubscriptOutOfRange);
                 ++ply_;
-                game_->GameMoves[ply_] = plain ? token_ : move_;
+                if (plain)
+                    game_->GameMoves[ply_].assign(token);
+                else
+                    game_->GameMoves[ply_] = move_;
             }
         }
         if (cut_) {
-            token_.clear();
             pending_.clear();
             return;
         }
         if (!note_.empty()) pending_ += note_;
-        token_.clear();
     }
     if (!pending_.empty()) {
         // A note replaces what the ply's comment held.

@@ -4,6 +4,7 @@
 // parentheses and line comments count.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -28,8 +29,11 @@ bool ReadRemarks(ImportState& state, char head, bool skipLeadingBlanks);
 class MoveWalker {
 public:
     // A walker keeps its room from game to game: Start begins each one.
-    MoveWalker() = default;
-    explicit MoveWalker(GameRecord& game) { Start(game); }
+    MoveWalker() { SetStops(); }
+    explicit MoveWalker(GameRecord& game) {
+        SetStops();
+        Start(game);
+    }
     // Begins a game: everything of the last one is forgotten, the PGN rules
     // hold, and no ply limit.
     void Start(GameRecord& game);
@@ -65,14 +69,20 @@ public:
 
 private:
     size_t Matches(const std::string& mark, size_t i) const;
-    bool MayStop(char c) const;
+    bool MayStop(char c) const { return stops_[static_cast<unsigned char>(c)]; }
+    void SetStops();
     void EndToken();
+    void EndToken(std::string_view token);
     void Attach(std::string_view text);
 
     GameRecord* game_ = nullptr;
     bool pgn_ = true;
     std::string open_ = "{";
     std::string close_ = "}";
+    bool braces_ = true;  // the PGN rules: plain move text is cut where it stands
+    // The characters that may end a token: a blank, the first of the
+    // comment's opening mark, and with PGN "(" and ";".
+    std::array<bool, 256> stops_ = {};
 
     int16_t ply_ = -1;
     int16_t plyLimit_ = 0;
