@@ -75,8 +75,14 @@ public:
     const char* Raw() const { return &squares_[0][0][0]; }
 
     // Puts the code (colour, piece) on square `index` of the layout, 0..63,
-    // without looking at it: for a move played back.
-    void PutAt(int index, char colour, char piece) { Put(index / 8 + 1, index % 8 + 1, colour, piece); }
+    // with `shown`, its layout character, without looking at either: for a
+    // move played back.
+    void PutAt(int index, char colour, char piece, char shown) {
+        char* square = squares_[index / 8 + 1][index % 8 + 1];
+        square[0] = colour;
+        square[1] = piece;
+        layout_[index] = shown;
+    }
 
 private:
     explicit ImportBoard(int);  // every square "no"

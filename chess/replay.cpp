@@ -1,5 +1,6 @@
 #include "chess/replay.h"
 
+#include <array>
 #include <cstring>
 #include <string_view>
 
@@ -21,6 +22,24 @@ constexpr Step kValid = Step{1} << 63;
 constexpr std::string_view kColours = "wbn";
 constexpr std::string_view kPieces = "pnbrqko";
 
+// A change's code as the board keeps it: colour, piece and layout character,
+// by the change's colour (2 bits) and piece (3 bits).
+struct Code {
+    char colour, piece, shown;
+};
+constexpr std::array<Code, 32> kCodes = [] {
+    std::array<Code, 32> codes{};
+    for (size_t c = 0; c < kColours.size(); ++c)
+        for (size_t p = 0; p < kPieces.size(); ++p) {
+            const char colour = kColours[c], piece = kPieces[p];
+            const char shown = colour == 'n' && piece == 'o' ? '0'
+                               : colour == 'w'               ? static_cast<char>(piece - 'a' + 'A')
+                                                             : piece;
+            codes[c | p << 2] = {colour, piece, shown};
+        }
+    return codes;
+}();
+
 }  // namespace
 
 void StepRecorder::Before(const ImportBoard& board) { std::memcpy(before_, board.Raw(), sizeof before_); }
@@ -31,6 +50,12 @@ Step StepRecorder::After(const ImportBoard& board) const {
     const char* after = board.Raw();
     for (int i = 0; i < 64; ++i) {
         const size_t at = static_cast<size_t>((i / 8 + 1) * 9 + i % 8 + 1) * 2;
+        // A rank's 16 bytes lie together: one that didn't change is passed
+        // over whole.
+        if (i % 8 == 0 && std::memcmp(after + at, before_ + at, 16) == 0) {
+            i += 7;
+            continue;
+        }
         if (after[at] == before_[at] && after[at + 1] == before_[at + 1]) continue;
         const size_t c = kColours.find(after[at]);
         const size_t p = kPieces.find(after[at + 1]);
@@ -54,8 +79,8 @@ void Replay(ImportBoard& board, Step step, int16_t ply) {
     const int count = static_cast<int>(step >> kCountShift & 7);
     for (int k = 0; k < count; ++k) {
         const Step change = step >> (k * kChangeBits);
-        const int square = static_cast<int>(change & 63);
-        board.PutAt(square, kColours[change >> 6 & 3], kPieces[change >> 8 & 7]);
+        const Code& code = kCodes[change >> 6 & 31];
+        board.PutAt(static_cast<int>(change & 63), code.colour, code.piece, code.shown);
     }
     const auto file = static_cast<int16_t>(step >> kFileShift & 15);
     if (file != 0) board.EnPassant.DoubleStep((ply % 2) != 0, file);
