@@ -17,6 +17,7 @@
 #include "import/moves_table.h"
 #include "import/program_dir.h"
 #include "import/readers.h"
+#include "import/record_spool.h"
 #include "library/format.h"
 #include "library/text.h"
 #include "library/text_codec.h"
@@ -73,6 +74,10 @@ public:
         EmptyWorkingDatabase(db, path, hold);
         MovesTable table(db);
         table.Clear();
+        if (options_.spoolRecords) {
+            spool_ = std::make_shared<RecordSpool>();
+            if (!spool_->Open(library::FolderOf(LibraryPath(options_)))) spool_.reset();
+        }
         // One transaction for the whole import. Its commit is the import's
         // last step, on a cancel too: an import whose records didn't reach
         // the file has failed.
@@ -126,6 +131,11 @@ public:
     }
 
     int32_t RecordCount() const { return counter_; }
+    // The records encoded on the way, if they all were.
+    std::shared_ptr<RecordSpool> Spool() {
+        if (spool_ && spool_->Finish() && spool_->Count() == counter_) return spool_;
+        return nullptr;
+    }
 
 private:
     enum class GameEnd { Done, Skipped, Cancelled };
@@ -229,6 +239,7 @@ private:
                 row.layout = layout_;
                 row.tag = recorder_.After(board_);
                 table.Add(row);
+                if (spool_) spool_->Add(row.index, row.parent, row.newBranch, row.description, row.remarks, row.layout);
                 parent = counter_;
             }
         }
@@ -245,6 +256,7 @@ private:
     chess::ImportBoard board_;
     // What the move of a record did to the board is its tag in the table.
     chess::StepRecorder recorder_;
+    std::shared_ptr<RecordSpool> spool_;
     // The known ground's lookups: the word and the key of each ply.
     static constexpr int16_t kAhead = 8;
     std::array<uint64_t, kMaxPly + 1> words_{};
@@ -292,6 +304,7 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
     session.ImportRemarks.clear();
     session.recordCount = 0;
     session.hold.reset();  // a new import of the same session
+    session.spool.reset();
 
     WorkingDatabase db;
     LineSource file;
@@ -313,7 +326,10 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
     file.Close();
     db.Close();
     // The records stay this import's until its library is written.
-    if (result) session.hold = std::move(hold);
+    if (result) {
+        session.hold = std::move(hold);
+        session.spool = builder->Spool();
+    }
 
     session.ImportRemarks = state.ImportRemarks;
     session.recordCount = builder->RecordCount();
@@ -329,13 +345,17 @@ bool BuildTree(const ImportOptions& options, ImportHost& host, ImportSession& se
 
 // A text longer than a library can hold is cut by the writer; the host may
 // want to say so. `what` names it, and record 0 is the header.
-void NoteCut(ImportHost& host, const std::string& text, const char* what, int32_t record) {
-    if (text.size() <= library::kMaxStringBytes) return;
+void NoteCutBytes(ImportHost& host, size_t bytes, const char* what, int32_t record) {
+    if (bytes <= library::kMaxStringBytes) return;
     std::string note = what;
     if (record > 0) note += " of record " + std::to_string(record);
-    note += " has " + std::to_string(text.size()) + " bytes: cut to the " + std::to_string(library::kMaxStringBytes) +
+    note += " has " + std::to_string(bytes) + " bytes: cut to the " + std::to_string(library::kMaxStringBytes) +
             " that a library can hold";
     host.Notice(note);
+}
+
+void NoteCut(ImportHost& host, const std::string& text, const char* what, int32_t record) {
+    NoteCutBytes(host, text.size(), what, record);
 }
 
 std::string LibraryNameProblem(const std::string& name) {
@@ -370,7 +390,10 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
     // Whatever happens here, the working database is free afterwards.
     struct EndHold {
         ImportSession& session;
-        ~EndHold() { session.hold.reset(); }
+        ~EndHold() {
+            session.hold.reset();
+            session.spool.reset();
+        }
     } endHold{session};
 
     if (!MayWriteLibrary(options, host)) return false;
@@ -432,18 +455,41 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
 
         int32_t counter = 0;
         std::string shown;
-        library::LibraryNodeRecord record;
-        while (more) {
+        // Each record as it is written: the count, and a look for Cancel;
+        // false once the user has cancelled.
+        const auto next = [&]() {
             ++counter;
             shown.assign(" ");
             shown += std::to_string(counter);
             host.ShowCount(shown);
             host.Yield();
-            if (!host.Running()) {
-                result = false;
-                if (!host.KeepCancelledLibrary()) throw Cancelled{};
-                break;
+            if (host.Running()) return true;
+            result = false;
+            if (!host.KeepCancelledLibrary()) throw Cancelled{};
+            return false;
+        };
+        // The records that the import encoded on its way come from there,
+        // the same bytes as the table holds.
+        const RecordSpool* spool =
+            importHeld && session.spool && session.book == name && session.spool->Count() == header.RecCount
+                ? session.spool.get()
+                : nullptr;
+        if (spool) {
+            size_t cut = 0;
+            const auto& cuts = spool->Cuts();
+            while (counter < spool->Count()) {
+                if (!next()) break;
+                for (; cut < cuts.size() && cuts[cut].index == counter; ++cut)
+                    NoteCutBytes(host, cuts[cut].bytes, cuts[cut].remarks ? "The comment" : "The move text", counter);
+                host.RecordWritten(counter, spool->ParentOf(counter));
             }
+            const int32_t whole = result ? counter : counter - 1;
+            if (!writer.WriteEncoded(spool->Fd(), spool->BytesUpTo(whole))) ThrowWriteError(writer.Error(), fileName);
+            more = false;
+        }
+        library::LibraryNodeRecord record;
+        while (more) {
+            if (!next()) break;
             record.index = static_cast<int32_t>(rows.Int(0));
             record.parent = static_cast<int32_t>(rows.Int(1));
             record.new_branch = !rows.IsNull(2) && rows.Int(2) == -1;

@@ -39,6 +39,10 @@ struct ImportOptions {
     // Games read on a thread of their own while the ones before them are
     // played (the command line); the window reads on its one thread.
     bool readAhead = false;
+    // The library's records are also encoded as they are added, so that
+    // WriteLibrary copies them instead of reading the table back (the
+    // command line).
+    bool spoolRecords = false;
 };
 
 enum FixMoveAction : int16_t { kFixCancel = 3, kFixAccept = 4, kFixSkip = 5 };
@@ -89,6 +93,7 @@ public:
 };
 
 class ImportLock;
+class RecordSpool;
 
 // State that lives from BuildTree on into WriteLibrary.
 struct ImportSession {
@@ -98,6 +103,8 @@ struct ImportSession {
     // The hold on the working database from a BuildTree that succeeded to
     // the end of WriteLibrary.
     std::shared_ptr<ImportLock> hold;
+    // The records as BuildTree encoded them, when it was asked to and could.
+    std::shared_ptr<RecordSpool> spool;
 };
 
 // Plays every game of the file and merges it into the table Moves of

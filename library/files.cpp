@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -174,6 +175,39 @@ bool AtomicFile::Write(std::string_view bytes) {
     if (fd_ < 0) return false;
     buffer_.append(bytes);
     if (buffer_.size() >= kWriteBlock) return Flush();
+    return error_ == 0;
+}
+
+bool AtomicFile::CopyFrom(int fd, uint64_t length) {
+    if (!Flush()) return false;
+    // In the kernel where it can; by reading and writing where it can't.
+    loff_t from = 0;
+    bool inKernel = true;
+    std::string block;
+    while (from < static_cast<loff_t>(length) && error_ == 0) {
+        const size_t want = static_cast<size_t>(std::min<uint64_t>(length - static_cast<uint64_t>(from), 1u << 20));
+        ssize_t n = -1;
+        if (inKernel) {
+            n = ::copy_file_range(fd, &from, fd_, nullptr, want, 0);
+            if (n < 0 && (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP)) {
+                inKernel = false;
+                continue;
+            }
+        } else {
+            block.resize(want);
+            n = ::pread(fd, block.data(), want, from);
+            if (n > 0) {
+                buffer_.assign(block.data(), static_cast<size_t>(n));
+                if (!Flush()) return false;
+                from += n;
+            }
+        }
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            return Fail(errno);
+        }
+        if (n == 0) return Fail(EIO);  // the file holds less than it should
+    }
     return error_ == 0;
 }
 

@@ -36,6 +36,8 @@ public:
     bool Open(const std::string& path);
     // Appends bytes; they reach the file in large blocks.
     bool Write(std::string_view bytes);
+    // Appends the first `length` bytes of the file `fd`, which must hold them.
+    bool CopyFrom(int fd, uint64_t length);
     // Writes what is left, syncs, and puts the file in place; false if
     // anything failed on the way.
     bool Close();

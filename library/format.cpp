@@ -37,12 +37,16 @@ void EncodeHeader(const LibraryHeader& h, std::string& out) {
 }
 
 void EncodeRecord(const LibraryNodeRecord& r, std::string& out) {
-    PutLE(out, static_cast<uint32_t>(r.index), 4);
-    PutLE(out, static_cast<uint32_t>(r.parent), 4);
-    PutLE(out, r.new_branch ? 0xFFFFu : 0u, 2);
-    PutString(out, r.description);
-    PutString(out, r.remarks);
-    std::string_view layout = r.BoardLayout;
+    EncodeRecord(r.index, r.parent, r.new_branch, r.description, r.remarks, r.BoardLayout, out);
+}
+
+void EncodeRecord(int32_t index, int32_t parent, bool newBranch, std::string_view description,
+                  std::string_view remarks, std::string_view layout, std::string& out) {
+    PutLE(out, static_cast<uint32_t>(index), 4);
+    PutLE(out, static_cast<uint32_t>(parent), 4);
+    PutLE(out, newBranch ? 0xFFFFu : 0u, 2);
+    PutString(out, description);
+    PutString(out, remarks);
     layout = layout.substr(0, std::min(layout.size(), kLayoutBytes));
     out.append(layout);
     out.append(kLayoutBytes - layout.size(), ' ');
@@ -165,6 +169,8 @@ bool LibraryWriter::WriteRecord(const LibraryNodeRecord& record) {
     EncodeRecord(record, buffer_);
     return file_.Write(buffer_);
 }
+
+bool LibraryWriter::WriteEncoded(int fd, uint64_t length) { return file_.CopyFrom(fd, length); }
 
 bool LibraryWriter::Close() { return file_.Close(); }
 

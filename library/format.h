@@ -36,6 +36,9 @@ inline constexpr size_t kMaxStringBytes = 0xFFFF;
 // is cut at 65,535 bytes; a layout is blank-filled or cut to 64 bytes.
 void EncodeHeader(const LibraryHeader& header, std::string& out);
 void EncodeRecord(const LibraryNodeRecord& record, std::string& out);
+// The same from the fields, for a writer that holds no record.
+void EncodeRecord(int32_t index, int32_t parent, bool newBranch, std::string_view description,
+                  std::string_view remarks, std::string_view layout, std::string& out);
 
 // Reads a library front to back. The whole file is read into memory when it
 // is opened and closed at once, so the file is free again during the load.
@@ -82,6 +85,8 @@ public:
     bool Open(const std::string& path);
     bool WriteHeader(const LibraryHeader& header);
     bool WriteRecord(const LibraryNodeRecord& record);
+    // Records encoded beforehand: the first `length` bytes of the file `fd`.
+    bool WriteEncoded(int fd, uint64_t length);
     // Writes what is left, syncs, and puts the file in place; false if
     // anything failed on the way.
     bool Close();

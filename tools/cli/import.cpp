@@ -371,6 +371,7 @@ int Import(int argc, char** argv) {
     options.ignoreQuestion = !keepQuestionMarks;
     options.tags = {true, false, false, false, true, true, false};  // Event, White, Black
     options.readAhead = true;  // games are read on a second thread
+    options.spoolRecords = true;
     if (tagsGiven->count() > 0 && !ParseTags(tags, options)) return Usage();
     if (pliesGiven->count() > 0) {
         char* end = nullptr;

@@ -1,0 +1,62 @@
+#include "import/record_spool.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "library/format.h"
+
+namespace vantrel::import {
+
+namespace {
+constexpr size_t kBlock = size_t{1} << 20;
+}
+
+RecordSpool::~RecordSpool() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+bool RecordSpool::Open(const std::string& folder) {
+    fd_ = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (fd_ < 0) return false;
+    buffer_.reserve(kBlock + 4096);
+    return true;
+}
+
+void RecordSpool::Add(int32_t index, int32_t parent, bool newBranch, std::string_view description,
+                      std::string_view remarks, std::string_view layout) {
+    if (failed_) return;
+    if (index != Count() + 1) {
+        failed_ = true;
+        return;
+    }
+    library::EncodeRecord(index, parent, newBranch, description, remarks, layout, buffer_);
+    if (description.size() > library::kMaxStringBytes) cuts_.push_back({index, false, description.size()});
+    if (remarks.size() > library::kMaxStringBytes) cuts_.push_back({index, true, remarks.size()});
+    parents_.push_back(parent);
+    ends_.push_back(written_ + buffer_.size());
+    if (buffer_.size() >= kBlock) WriteOut();
+}
+
+bool RecordSpool::WriteOut() {
+    const char* p = buffer_.data();
+    size_t left = buffer_.size();
+    while (left > 0) {
+        const ssize_t n = ::write(fd_, p, left);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            failed_ = true;
+            break;
+        }
+        p += n;
+        left -= static_cast<size_t>(n);
+    }
+    written_ += buffer_.size() - left;
+    buffer_.clear();
+    return !failed_;
+}
+
+bool RecordSpool::Finish() { return fd_ >= 0 && !failed_ && WriteOut(); }
+
+}  // namespace vantrel::import
