@@ -19,7 +19,7 @@
 namespace vantrel::import {
 namespace {
 
-bool HasHighBytes(const std::string& s) {
+bool HasHighBytes(std::string_view s) {
     // Eight bytes at a time, then the rest.
     size_t i = 0;
     for (; i + 8 <= s.size(); i += 8) {
@@ -227,6 +227,30 @@ void LineSource::ReadLine(std::string& line) {
         line = text::Utf8ToCp1252(raw_);
     else
         line.swap(raw_);
+}
+
+std::string_view LineSource::NextLine() {
+    if (!Eof()) {
+        // A line that ends in the block ahead of its last byte, so that the
+        // block stays where it is until the next call.
+        const char* begin = buffer_.data() + pos_;
+        const size_t left = buffer_.size() - pos_;
+        if (const auto* lf = static_cast<const char*>(std::memchr(begin, '\n', left));
+            lf != nullptr && lf + 1 < begin + left) {
+            const char* end = lf;
+            if (const auto* cr = static_cast<const char*>(std::memchr(begin, '\r', static_cast<size_t>(lf - begin))))
+                end = cr;
+            ++lines_;
+            pos_ += static_cast<size_t>(end - begin) + 1;
+            if (*end == '\r' && end[1] == '\n') ++pos_;
+            const std::string_view raw(begin, static_cast<size_t>(end - begin));
+            if (!HasHighBytes(raw) || !text::LooksLikeUtf8(raw)) return raw;
+            line_ = text::Utf8ToCp1252(raw);
+            return line_;
+        }
+    }
+    ReadLine(line_);
+    return line_;
 }
 
 std::string LineSource::ReadLine() {

@@ -48,21 +48,21 @@ bool SameInAnyCase(std::string_view a, std::string_view b) {
 // the name wants it. The value runs from its fixed start up to the character
 // in front of the first "]" at or after column 5, which is taken to be the
 // closing quote; a line too short for that fails, wanted or not.
-void TakeTag(const std::string& line, std::array<std::string, 7>& values, const std::array<bool, 7>& wanted) {
+void TakeTag(std::string_view line, std::array<std::string, 7>& values, const std::array<bool, 7>& wanted) {
     // The letter behind the bracket tells the few tags worth a closer look.
     if (line.size() < 2) return;
     switch (Upper(line[1])) {
     case 'E': case 'S': case 'D': case 'R': case 'W': case 'B': break;
     default: return;
     }
-    size_t found = line.size() >= 5 ? line.find(']', 4) : std::string::npos;
-    long p = found == std::string::npos ? 0 : static_cast<long>(found) + 1;
+    size_t found = line.size() >= 5 ? line.find(']', 4) : std::string_view::npos;
+    long p = found == std::string_view::npos ? 0 : static_cast<long>(found) + 1;
     for (size_t k = 0; k < kTags.size(); ++k) {
         if (!FrontIs(line, kTags[k].front)) continue;
         long start = static_cast<long>(kTags[k].valueStart);
         long length = p - start - 1;
         if (length < 0) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
-        if (wanted[k]) values[k].assign(line, static_cast<size_t>(start - 1), static_cast<size_t>(length));
+        if (wanted[k]) values[k].assign(line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length)));
         return;
     }
 }
@@ -106,9 +106,9 @@ void CollapseBlanks(std::string& s) {
     s.resize(out);
 }
 
-std::string MakeName(const std::array<std::string, 7>& values, const std::vector<std::string>& named,
-                     const PgnTagChoice& tags) {
-    std::string name;
+void MakeName(const std::array<std::string, 7>& values, const std::vector<std::string>& named,
+              const PgnTagChoice& tags, std::string& name) {
+    name.clear();
     if (!tags.byName.empty()) {
         for (const std::string& value : named) {
             if (value.empty()) continue;
@@ -116,7 +116,7 @@ std::string MakeName(const std::array<std::string, 7>& values, const std::vector
             name += value;
         }
     } else {
-        if (tags.chkTag[0]) name = values[0];
+        if (tags.chkTag[0]) name.assign(values[0]);
         for (size_t i = 1; i < values.size(); ++i) {
             if (tags.chkTag[i] && !values[i].empty()) {
                 name += ' ';
@@ -127,7 +127,6 @@ std::string MakeName(const std::array<std::string, 7>& values, const std::vector
     if (tags.chkIgnoreQuestion) RemoveQuestionMarks(name);
     TrimBlanksInPlace(name);
     CollapseBlanks(name);
-    return name;
 }
 
 }  // namespace
@@ -141,7 +140,6 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     walk.SetPlyLimit(state.PlyLimit);
     TrimBlanksInPlace(state.ImportLine);
     LineSource& in = *state.ImportFile;
-    static thread_local std::string line;
 
     // Text ahead of the first tag section is the library's remarks; blank
     // lines at the top of the file are skipped.
@@ -156,36 +154,36 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     if (!tags.byName.empty()) wanted.fill(false);
     std::vector<std::string> named(tags.byName.size());
     std::string& pending = walk.Pending();
-    line = state.ImportLine;
+    std::string_view line = state.ImportLine;
     for (;;) {
         TakeTag(line, values, wanted);
         if (!named.empty()) TakeNamedTag(line, tags.byName, named);
         pending += "\r\n";
         pending += line;
-        in.ReadLine(line);
-        TrimBlanksInPlace(line);
+        line = TrimBlanks(in.NextLine());
         if (in.Eof()) {
             state.ImportAtEnd = true;
             break;
         }
         if (!line.starts_with('[')) break;
     }
-    std::string name = MakeName(values, named, tags);
+    // Made in room kept from game to game, and swapped into the record.
+    static thread_local std::string name;
+    MakeName(values, named, tags, name);
     if (state.ImportAtEnd) return -1;
 
     walk.SetPly(0);
-    game.GameMoves[0] = std::move(name);
+    game.GameMoves[0].swap(name);  // the slot was empty
     game.GameComments[0].swap(pending);  // the slot was empty
     pending.clear();
 
     // The move text, up to the next tag line or the end of the file.
     while (!state.ImportAtEnd) {
-        in.ReadLine(line);
-        TrimBlanksInPlace(line);
+        line = TrimBlanks(in.NextLine());
         if (in.Eof()) state.ImportAtEnd = true;
         if (line.starts_with('%')) continue;
         if (line.starts_with('[')) {
-            state.ImportLine = line;
+            state.ImportLine.assign(line);
             break;
         }
         walk.WalkLine(line);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "import/game_record.h"
@@ -43,6 +44,9 @@ public:
     std::string ReadLine();
     // The same into a string that the caller keeps, so that its room is reused.
     void ReadLine(std::string& line);
+    // The same as a view, valid until the next call of anything here: where
+    // it can be, a view of the block read, with no copy.
+    std::string_view NextLine();
     // True as soon as the last line has been read (at once for an empty file).
     // A line end at the very end of the file makes no extra empty line.
     bool Eof();
@@ -77,6 +81,7 @@ private:
     bool memory_ = false;
     bool bomChecked_ = false;
     std::string raw_;  // the line's bytes as they stand in the file
+    std::string line_;  // NextLine's line, where it isn't in the block
     std::string path_;
     int64_t lines_ = 0;
 };

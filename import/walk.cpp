@@ -219,10 +219,9 @@ void MoveWalker::EndToken(std::string_view token) {
             } else {
                 if (ply_ >= kMaxPly) throw Error("Subscript out of range", errors::kSubscriptOutOfRange);
                 ++ply_;
-                if (plain)
-                    game_->GameMoves[ply_].assign(token);
-                else
-                    game_->GameMoves[ply_] = move_;
+                std::string& slot = game_->GameMoves[ply_];
+                slot.clear();
+                slot.append(plain ? token : std::string_view(move_));
             }
         }
         if (cut_) {
