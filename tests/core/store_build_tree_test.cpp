@@ -204,15 +204,27 @@ TEST_F(BuildTreeTest, ReaderFailureEndsInTheErrorDialogAndKeepsEarlierRecords) {
 // among them, whether the games are read ahead on a second thread or not.
 TEST_F(BuildTreeTest, MovesPlayedBackLeaveTheBoardsOfTheResolverWithOrWithoutReadingAhead) {
     std::vector<std::vector<Row>> tables;
+    std::vector<Strings> gamesRead;
     for (const bool ahead : {false, true}) {
         options.readAhead = ahead;
-        ASSERT_TRUE(Build("[Event \"a\"]\n\n1. e4 d5 2. e5 f5 3. Nf3 Nc6 4. Bb5 Bd7 5. O-O e6\n\n"
-                          "[Event \"b\"]\n\n1. e4 d5 2. e5 f5 3. exf6 Nxf6 4. Nf3 e6 5. Be2 Be7 6. 0-0 O-O\n\n"
-                          "[Event \"c\"]\n\n1. e4 d5 2. e5 f5 3. exf6 Nxf6 4. Nf3 e6 5. Be2 Be7 6. oo 0-0 7. d4\n\n"
-                          "[Event \"d\"]\n\n1. e4 d5 2. e5 f5 3. Nf3 Nc6 4. Bb5 Bd7 5. 0-0 e6 6. d4\n"));
+        host = RecordingHost{};
+        // Many times over, each game named apart, so that the games read
+        // ahead go round the slots and come back in the file's order.
+        std::string text;
+        for (int k = 0; k < 200; ++k) {
+            const std::string n = std::to_string(k);
+            text += "[Event \"a" + n + "\"]\n\n1. e4 d5 2. e5 f5 3. Nf3 Nc6 4. Bb5 Bd7 5. O-O e6\n\n"
+                    "[Event \"b" + n + "\"]\n\n1. e4 d5 2. e5 f5 3. exf6 Nxf6 4. Nf3 e6 5. Be2 Be7 6. 0-0 O-O\n\n"
+                    "[Event \"c" + n + "\"]\n\n1. e4 d5 2. e5 f5 3. exf6 Nxf6 4. Nf3 e6 5. Be2 Be7 6. oo 0-0 7. d4\n\n"
+                    "[Event \"d" + n + "\"]\n\n1. e4 d5 2. e5 f5 3. Nf3 Nc6 4. Bb5 Bd7 5. 0-0 e6 6. d4\n\n";
+        }
+        ASSERT_TRUE(Build(text));
         EXPECT_TRUE(host.fixCalls.empty() && host.Silent());
         tables.push_back(Rows());
+        gamesRead.push_back(host.games);
     }
+    EXPECT_EQ(gamesRead[0].size(), 800u);
+    EXPECT_EQ(gamesRead[0], gamesRead[1]);
     const std::vector<Row>& rows = tables[1];
     ASSERT_EQ(rows.size(), 20u);
     EXPECT_EQ(Briefs(tables[0]), Briefs(rows));

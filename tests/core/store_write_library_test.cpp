@@ -130,6 +130,31 @@ TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
     EXPECT_EQ(library::LoadLibrary(Path(), contents), library::LoadResult::Ok);
 }
 
+// The records encoded on the way give the file the table gives, cut texts,
+// counts and a stop on the way included.
+TEST_F(WriteLibraryTest, RecordsEncodedOnTheWayGiveTheFileOfTheTable) {
+    const std::string pgn = "[Event \"a\"]\n\ne4 {" + std::string(70000, 'c') + "} e5 Nf3\n\n[Event \"b\"]\n\nd4 d5\n";
+    std::string bytes[2][2];
+    Strings notices[2];
+    for (int spool = 0; spool < 2; ++spool) {
+        options.spoolRecords = spool == 1;
+        for (int stop = 0; stop < 2; ++stop) {
+            host = RecordingHost{};
+            ASSERT_TRUE(Build(pgn));
+            host.cancelAtCount = stop ? static_cast<int>(host.counts.size()) + 3 : 0;
+            ASSERT_EQ(session.spool != nullptr, spool == 1);
+            ASSERT_EQ(Write(), stop == 0);
+            bytes[spool][stop] = ReadFile(Path());
+            if (!stop) notices[spool] = host.notices;
+        }
+    }
+    EXPECT_EQ(notices[1], (Strings{"The comment of record 1 has 70015 bytes: cut to the 65535 that a library can hold"}));
+    EXPECT_EQ(notices[0], notices[1]);
+    EXPECT_EQ(bytes[0][0], bytes[1][0]);
+    EXPECT_EQ(bytes[0][1], bytes[1][1]);
+    EXPECT_LT(bytes[1][1].size(), bytes[1][0].size());
+}
+
 // From a game file to a library and back: the loaded tree holds a node for
 // each record, and every position the generator played.
 TEST_F(WriteLibraryTest, MadeUpGamesRoundTripWithEveryPosition) {
