@@ -49,22 +49,26 @@ bool SameInAnyCase(std::string_view a, std::string_view b) {
 // in front of the first "]" at or after column 5, which is taken to be the
 // closing quote; a line too short for that fails, wanted or not.
 void TakeTag(std::string_view line, std::array<std::string, 7>& values, const std::array<bool, 7>& wanted) {
-    // The letter behind the bracket tells the few tags worth a closer look.
+    // The letter behind the bracket tells the one tag it may be; only R has
+    // two.
     if (line.size() < 2) return;
+    size_t k = 0;
     switch (Upper(line[1])) {
-    case 'E': case 'S': case 'D': case 'R': case 'W': case 'B': break;
+    case 'E': k = 0; break;
+    case 'S': k = 1; break;
+    case 'D': k = 2; break;
+    case 'R': k = FrontIs(line, kTags[3].front) ? 3 : 6; break;
+    case 'W': k = 4; break;
+    case 'B': k = 5; break;
     default: return;
     }
+    if (!FrontIs(line, kTags[k].front)) return;
     size_t found = line.size() >= 5 ? line.find(']', 4) : std::string_view::npos;
     long p = found == std::string_view::npos ? 0 : static_cast<long>(found) + 1;
-    for (size_t k = 0; k < kTags.size(); ++k) {
-        if (!FrontIs(line, kTags[k].front)) continue;
-        long start = static_cast<long>(kTags[k].valueStart);
-        long length = p - start - 1;
-        if (length < 0) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
-        if (wanted[k]) values[k].assign(line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length)));
-        return;
-    }
+    long start = static_cast<long>(kTags[k].valueStart);
+    long length = p - start - 1;
+    if (length < 0) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
+    if (wanted[k]) values[k].assign(line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length)));
 }
 
 // Takes the value of a tag chosen by name: the line's tag name runs from

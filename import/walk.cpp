@@ -204,6 +204,17 @@ void MoveWalker::EndToken() {
 }
 
 void MoveWalker::EndToken(std::string_view token) {
+    if (pending_.empty()) {
+        // The usual tokens, with no comment waiting: a plain move that is
+        // kept, or a move number.
+        if (IsPlainMove(token) && (plyLimit_ == 0 || ply_ < plyLimit_) && ply_ < kMaxPly) {
+            std::string& slot = game_->GameMoves[++ply_];
+            slot.clear();
+            slot.append(token);
+            return;
+        }
+        if (IsMoveNumber(token)) return;
+    }
     if (!token.empty()) {  // a token never holds a blank
         // A plain move is its own text and a move number nothing; anything
         // else goes through ParseToken.
@@ -212,7 +223,7 @@ void MoveWalker::EndToken(std::string_view token) {
         if (plain || IsMoveNumber(token))
             note_.clear();
         else
-            isMove = chess::ParseToken(token, move_, note_);
+            isMove = Parse(token);
         if (isMove) {
             if (plyLimit_ > 0 && ply_ >= plyLimit_) {
                 cut_ = true;  // past the plies kept: this move and all that follows go
@@ -235,6 +246,22 @@ void MoveWalker::EndToken(std::string_view token) {
         game_->GameComments[ply_].swap(pending_);
         pending_.clear();
     }
+}
+
+// ParseToken, into move_ and note_.
+bool MoveWalker::Parse(std::string_view token) {
+    for (const Parsed& known : parsed_) {
+        if (known.token == token) {
+            move_.clear();
+            note_ = known.note;
+            return false;
+        }
+    }
+    if (chess::ParseToken(token, move_, note_)) return true;
+    Parsed& noted = parsed_[nextParsed_++ % parsed_.size()];
+    noted.token.assign(token);
+    noted.note = note_;
+    return false;
 }
 
 void MoveWalker::Attach(std::string_view text) {

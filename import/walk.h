@@ -74,6 +74,7 @@ private:
     void EndToken();
     void EndToken(std::string_view token);
     void Attach(std::string_view text);
+    bool Parse(std::string_view token);
 
     GameRecord* game_ = nullptr;
     bool pgn_ = true;
@@ -92,6 +93,13 @@ private:
     std::string pending_;
     std::string move_;
     std::string note_;
+    // ParseToken's answers for the last tokens that it found no move in:
+    // results and marks come back game after game.
+    struct Parsed {
+        std::string token, note;
+    };
+    std::array<Parsed, 4> parsed_;
+    size_t nextParsed_ = 0;
     bool inComment_ = false;
     bool inVariation_ = false;
     int depth_ = 0;
