@@ -75,13 +75,17 @@ Step StepRecorder::After(const ImportBoard& board) const {
 }
 
 void Replay(ImportBoard& board, Step step, int16_t ply) {
-    board.EnPassant.Age();
     const int count = static_cast<int>(step >> kCountShift & 7);
     for (int k = 0; k < count; ++k) {
         const Step change = step >> (k * kChangeBits);
         const Code& code = kCodes[change >> 6 & 31];
         board.PutAt(static_cast<int>(change & 63), code.colour, code.piece, code.shown);
     }
+    ReplayEnPassant(board, step, ply);
+}
+
+void ReplayEnPassant(ImportBoard& board, Step step, int16_t ply) {
+    board.EnPassant.Age();
     const auto file = static_cast<int16_t>(step >> kFileShift & 15);
     if (file != 0) board.EnPassant.DoubleStep((ply % 2) != 0, file);
 }

@@ -29,5 +29,8 @@ private:
 // Does on the board what the resolution of `ply` did, ageing the en passant
 // record as every call of ResolveMove does.
 void Replay(ImportBoard& board, Step step, int16_t ply);
+// Only what Replay does to the en passant record: for a move whose squares
+// no one will look at, as the next game puts the pieces back anyway.
+void ReplayEnPassant(ImportBoard& board, Step step, int16_t ply);
 
 }  // namespace vantrel::chess

@@ -152,6 +152,14 @@ private:
         // fetched, a few plies before the walk needs them.
         keys_[0] = table.Key(0);
         int16_t keyed = 0;
+        // Moves on known ground are put on the board only when a move comes
+        // that needs the board: most games end on known ground, and then
+        // only their en passant record, which the next game inherits, is
+        // brought up to date.
+        int16_t played = 0;
+        const auto catchUp = [&](int16_t upTo) {
+            for (; played < upTo; ++played) chess::Replay(board_, steps_[played + 1], static_cast<int16_t>(played + 1));
+        };
         for (int16_t i = 1; i <= n; ++i) {
             if (!branched) {
                 for (const int16_t last = std::min<int16_t>(n, static_cast<int16_t>(i + kAhead)); keyed < last;) {
@@ -164,11 +172,13 @@ private:
                 // this node is played back as it was resolved then.
                 const MovesTable::Found known = table.Lookup(keys_[i], parent, words_[i]);
                 if (known.child != 0 && known.tag != chess::kNoStep) {
-                    chess::Replay(board_, known.tag, i);
+                    steps_[i] = known.tag;
                     parent = known.child;
                     continue;
                 }
             }
+            catchUp(static_cast<int16_t>(i - 1));
+            played = i;  // the resolver plays this one
             // The resolver rewrites castling in its own copy; GameMoves keeps
             // what the file said.
             move_ = game.GameMoves[i];
@@ -243,6 +253,7 @@ private:
                 parent = counter_;
             }
         }
+        for (; played < n; ++played) chess::ReplayEnPassant(board_, steps_[played + 1], static_cast<int16_t>(played + 1));
         return GameEnd::Done;
     }
 
@@ -259,6 +270,7 @@ private:
     std::shared_ptr<RecordSpool> spool_;
     // The known ground's lookups: the word and the key of each ply.
     static constexpr int16_t kAhead = 8;
+    std::array<chess::Step, kMaxPly + 1> steps_{};  // the known plies' steps, by ply
     std::array<uint64_t, kMaxPly + 1> words_{};
     std::array<uint64_t, kMaxPly + 1> keys_{};
     GameRecord* game_ = nullptr;  // the game being played, as the feed holds it
