@@ -100,6 +100,14 @@ GameFeed::Game* GameFeed::Next() {
         }
     }
     current_ = slots_[next_ % kSlots].get();
+    // The next game's first moves are fetched from the reader's core while
+    // this one is played.
+    if (next_ + 1 < ready_) {
+        const Game& after = *slots_[(next_ + 1) % kSlots];
+        const auto* moves = reinterpret_cast<const char*>(after.record.GameMoves.data());
+        for (size_t line = 0; line < kFetched; line += 64) __builtin_prefetch(moves + line);
+        __builtin_prefetch(&after.lastPly);
+    }
     return current_;
 }
 

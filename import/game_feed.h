@@ -72,6 +72,7 @@ private:
     // costs no trip between the cores' caches.
     static constexpr size_t kSlots = 256;
     static constexpr size_t kGiveBack = 16;  // slots played before taken_ moves
+    static constexpr size_t kFetched = 16 * sizeof(std::string);  // of the next game's moves
     alignas(64) std::atomic<size_t> written_{0};
     alignas(64) std::atomic<size_t> taken_{0};
     alignas(64) std::atomic<bool> finished_{false}, stop_{false};
