@@ -58,7 +58,9 @@ void GameFeed::ReadAhead() {
             }
             if (stop_.load() || state_.ImportAtEnd) break;
             ReadOne(*slots_[written % kSlots]);
-            written_.store(++written, std::memory_order_release);
+            // Stored before the flag is looked at, both in one order for both
+            // sides, so that a player falling asleep can't miss this game.
+            written_.store(++written);
             if (playerAsleep_.load() && written - taken_.load() >= kSlots / 4) Wake(playerAsleep_);
         }
     } catch (...) {

@@ -63,13 +63,13 @@ private:
     std::vector<std::unique_ptr<Game>> slots_;
 
     // Read ahead: slots [taken_, written_) are read and not yet played; each
-    // counter has one writer. A side that has to wait sleeps until the other
-    // has done a good stretch, so the two seldom hand the core to the kernel:
-    // the reader, woken on a full ring, until half of it is free; this side,
-    // waiting for games, until a quarter of it is read.
-    // Each side looks at the other's counter only when its own view of it
-    // runs out, and the two counters lie apart, so that a game handed over
-    // costs no trip between the cores' caches.
+    // counter has one writer. Each side looks at the other's counter only
+    // when its own view of it runs out, and the counters lie apart, so that a
+    // game handed over costs no trip between the cores' caches. A side that
+    // has to wait sleeps until the other has done a good stretch, so the two
+    // seldom hand the core to the kernel: the reader, woken on a full ring,
+    // until half of it is free; this side, waiting for games, until a quarter
+    // of it is read.
     static constexpr size_t kSlots = 256;
     static constexpr size_t kGiveBack = 16;  // slots played before taken_ moves
     static constexpr size_t kFetched = 16 * sizeof(std::string);  // of the next game's moves

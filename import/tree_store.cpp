@@ -2,8 +2,8 @@
 
 #include <sys/stat.h>
 
-#include <cerrno>
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -268,9 +268,10 @@ private:
     // What the move of a record did to the board is its tag in the table.
     chess::StepRecorder recorder_;
     std::shared_ptr<RecordSpool> spool_;
-    // The known ground's lookups: the word and the key of each ply.
+    // The walk over known ground: how many plies ahead a slot is fetched,
+    // and each ply's step (until it is put on the board), move word and key.
     static constexpr int16_t kAhead = 8;
-    std::array<chess::Step, kMaxPly + 1> steps_{};  // the known plies' steps, by ply
+    std::array<chess::Step, kMaxPly + 1> steps_{};
     std::array<uint64_t, kMaxPly + 1> words_{};
     std::array<uint64_t, kMaxPly + 1> keys_{};
     GameRecord* game_ = nullptr;  // the game being played, as the feed holds it
