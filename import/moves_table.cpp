@@ -3,7 +3,6 @@
 #include <sqlite3.h>
 #include <sys/mman.h>
 
-#include <cstring>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -30,9 +29,9 @@ namespace {
 constexpr size_t kShortMove = 7;
 
 uint64_t MoveWord(std::string_view move) {
-    uint64_t word = 0;
-    if (!move.empty()) std::memcpy(&word, move.data(), move.size());
-    return word | (static_cast<uint64_t>(move.size()) << 56);
+    uint64_t word = static_cast<uint64_t>(move.size()) << 56;
+    for (size_t i = 0; i < move.size(); ++i) word |= static_cast<uint64_t>(static_cast<unsigned char>(move[i])) << (8 * i);
+    return word;
 }
 
 // --- The batch as a table ------------------------------------------------------
