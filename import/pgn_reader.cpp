@@ -139,8 +139,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     game.Clear();
     // The walker and the line keep their room from game to game.
     static thread_local MoveWalker walk;
-    walk.Start(game);
-    walk.UsePgnRules();
+    walk.Start(game);  // with the PGN rules
     walk.SetPlyLimit(state.PlyLimit);
     TrimBlanksInPlace(state.ImportLine);
     LineSource& in = *state.ImportFile;

@@ -204,17 +204,6 @@ void MoveWalker::EndToken() {
 }
 
 void MoveWalker::EndToken(std::string_view token) {
-    if (pending_.empty()) {
-        // The usual tokens, with no comment waiting: a plain move that is
-        // kept, or a move number.
-        if (IsPlainMove(token) && (plyLimit_ == 0 || ply_ < plyLimit_) && ply_ < kMaxPly) {
-            std::string& slot = game_->GameMoves[++ply_];
-            slot.clear();
-            slot.append(token);
-            return;
-        }
-        if (IsMoveNumber(token)) return;
-    }
     if (!token.empty()) {  // a token never holds a blank
         // A plain move is its own text and a move number nothing; anything
         // else goes through ParseToken.
