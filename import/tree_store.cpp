@@ -452,13 +452,23 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
             header.RecCount = static_cast<int32_t>(count.Int(0));
         }
 
-        // One forward pass in the order the records were added, which puts
-        // every parent ahead of its children.
-        Statement rows = db.Prepare(
-            R"(SELECT "index", "parent", "new_branch", "description", "BoardLayout", "remarks" )"
-            R"(FROM Moves WHERE "book" = ?1 ORDER BY "index")");
-        rows.Bind(1, name);
-        bool more = rows.Step();
+        // The records that the import encoded on its way come from there,
+        // the same bytes as the table holds; else one forward pass over the
+        // table in the order the records were added, which puts every parent
+        // ahead of its children.
+        const RecordSpool* spool =
+            importHeld && session.spool && session.book == name && session.spool->Count() == header.RecCount
+                ? session.spool.get()
+                : nullptr;
+        Statement rows;
+        bool more = false;
+        if (!spool) {
+            rows = db.Prepare(
+                R"(SELECT "index", "parent", "new_branch", "description", "BoardLayout", "remarks" )"
+                R"(FROM Moves WHERE "book" = ?1 ORDER BY "index")");
+            rows.Bind(1, name);
+            more = rows.Step();
+        }
 
         if (!writer.Open(path)) {
             if (writer.Error() == ENOENT) throw FileNotOpened{};
@@ -481,12 +491,6 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
             if (!host.KeepCancelledLibrary()) throw Cancelled{};
             return false;
         };
-        // The records that the import encoded on its way come from there,
-        // the same bytes as the table holds.
-        const RecordSpool* spool =
-            importHeld && session.spool && session.book == name && session.spool->Count() == header.RecCount
-                ? session.spool.get()
-                : nullptr;
         if (spool) {
             size_t cut = 0;
             const auto& cuts = spool->Cuts();
@@ -498,7 +502,6 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
             }
             const int32_t whole = result ? counter : counter - 1;
             if (!writer.WriteEncoded(spool->Fd(), spool->BytesUpTo(whole))) ThrowWriteError(writer.Error(), fileName);
-            more = false;
         }
         library::LibraryNodeRecord record;
         while (more) {
