@@ -6,6 +6,10 @@
 #include <archive.h>
 #include <unistd.h>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -30,6 +34,32 @@ bool HasHighBytes(std::string_view s) {
     for (; i < s.size(); ++i)
         if (static_cast<unsigned char>(s[i]) >= 0x80) return true;
     return false;
+}
+
+// The first CR or LF in [p, stop), or stop; `high` is raised if a byte of
+// 0x80 or more comes ahead of it. Sixteen bytes at a time where the machine
+// can, then byte by byte.
+const char* FindLineEnd(const char* p, const char* stop, bool& high) {
+    unsigned highBits = 0;
+#ifdef __SSE2__
+    const __m128i lf = _mm_set1_epi8('\n');
+    const __m128i cr = _mm_set1_epi8('\r');
+    for (; stop - p >= 16; p += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        const auto ends = static_cast<unsigned>(
+            _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(bytes, lf), _mm_cmpeq_epi8(bytes, cr))));
+        const auto highs = static_cast<unsigned>(_mm_movemask_epi8(bytes));
+        if (ends != 0) {
+            const int at = __builtin_ctz(ends);
+            high = (highBits | (highs & ((1u << at) - 1))) != 0;
+            return p + at;
+        }
+        highBits |= highs;
+    }
+#endif
+    for (; p < stop && *p != '\n' && *p != '\r'; ++p) highBits |= static_cast<unsigned char>(*p) & 0x80u;
+    high = highBits != 0;
+    return p;
 }
 
 // Whether the file starts as a compressed stream or a zip archive does (a
@@ -104,21 +134,23 @@ bool LineSource::Fill() {
         buffer_.erase(0, pos_);
         pos_ = 0;
     }
-    size_t had = buffer_.size();
-    buffer_.resize(had + kBlock);
+    // Read into a block of its own and appended: the buffer's room is then
+    // never cleared for bytes that overwrite it at once.
+    if (!block_) block_ = std::make_unique<char[]>(kBlock);
+    size_t got = 0;
     if (packed_) {
-        const size_t got = ReadPacked(buffer_.data() + had, kBlock);
-        buffer_.resize(had + got);
-        return got > 0;
+        got = ReadPacked(block_.get(), kBlock);
+    } else {
+        got = std::fread(block_.get(), 1, kBlock, file_);
+        bytesRead_ += static_cast<int64_t>(got);
+        if (got == 0 && std::ferror(file_)) {
+            // A file that can't be read on is an error, not the end of the games.
+            const int error = errno;
+            throw Error("Couldn't read " + text::AnyToCp1252(path_) + ": " + std::strerror(error),
+                        errors::kDeviceIoError);
+        }
     }
-    size_t got = std::fread(buffer_.data() + had, 1, kBlock, file_);
-    buffer_.resize(had + got);
-    bytesRead_ += static_cast<int64_t>(got);
-    if (got == 0 && std::ferror(file_)) {
-        // A file that can't be read on is an error, not the end of the games.
-        const int error = errno;
-        throw Error("Couldn't read " + text::AnyToCp1252(path_) + ": " + std::strerror(error), errors::kDeviceIoError);
-    }
+    buffer_.append(block_.get(), got);
     return got > 0;
 }
 
@@ -191,7 +223,7 @@ void LineSource::CheckBom() {
     if (buffer_.compare(pos_, 3, "\xEF\xBB\xBF") == 0) pos_ += 3;
 }
 
-bool LineSource::Eof() {
+bool LineSource::AtEnd() {
     CheckBom();
     while (pos_ >= buffer_.size()) {
         if (!Fill()) return true;
@@ -232,19 +264,26 @@ void LineSource::ReadLine(std::string& line) {
 std::string_view LineSource::NextLine() {
     if (!Eof()) {
         // A line that ends in the block ahead of its last byte, so that the
-        // block stays where it is until the next call.
+        // block stays where it is until the next call: ended by LF, or by
+        // CR LF, or by a CR with an LF somewhere behind it in the block.
         const char* begin = buffer_.data() + pos_;
-        const size_t left = buffer_.size() - pos_;
-        if (const auto* lf = static_cast<const char*>(std::memchr(begin, '\n', left));
-            lf != nullptr && lf + 1 < begin + left) {
-            const char* end = lf;
-            if (const auto* cr = static_cast<const char*>(std::memchr(begin, '\r', static_cast<size_t>(lf - begin))))
-                end = cr;
+        const char* stop = buffer_.data() + buffer_.size();
+        bool high = false;
+        const char* end = FindLineEnd(begin, stop, high);
+        const char* after = end + 1;  // the next line's start
+        bool whole = false;
+        if (end < stop && *end == '\n') {
+            whole = after < stop;
+        } else if (end < stop) {  // a CR
+            if (after < stop && *after == '\n') ++after;
+            const auto* lf = static_cast<const char*>(std::memchr(end, '\n', static_cast<size_t>(stop - end)));
+            whole = lf != nullptr && lf + 1 < stop;
+        }
+        if (whole) {
             ++lines_;
-            pos_ += static_cast<size_t>(end - begin) + 1;
-            if (*end == '\r' && end[1] == '\n') ++pos_;
+            pos_ = static_cast<size_t>(after - buffer_.data());
             const std::string_view raw(begin, static_cast<size_t>(end - begin));
-            if (!HasHighBytes(raw) || !text::LooksLikeUtf8(raw)) return raw;
+            if (!high || !text::LooksLikeUtf8(raw)) return raw;
             line_ = text::Utf8ToCp1252(raw);
             return line_;
         }

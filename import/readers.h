@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,7 +50,7 @@ public:
     std::string_view NextLine();
     // True as soon as the last line has been read (at once for an empty file).
     // A line end at the very end of the file makes no extra empty line.
-    bool Eof();
+    bool Eof() { return bomChecked_ && pos_ < buffer_.size() ? false : AtEnd(); }
     // How many lines have been handed out: the number of the last one.
     int64_t LineNumber() const { return lines_; }
     // How much of the file on disk has been read so far, in bytes: of a
@@ -60,6 +61,7 @@ public:
 
 private:
     bool Fill();
+    bool AtEnd();
     void CheckBom();
     size_t ReadPacked(char* out, size_t room);
     [[noreturn]] void ThrowPackedError();
@@ -76,6 +78,7 @@ private:
     bool bomPending_ = false;     // the entry's start not yet looked at for a byte-order mark
     bool lineEndOwed_ = false;    // the entry before ended without a line end
     bool packedAtEnd_ = false;
+    std::unique_ptr<char[]> block_;  // what one read brings
     std::string buffer_;  // bytes read but not yet handed out start at pos_
     size_t pos_ = 0;
     bool memory_ = false;
