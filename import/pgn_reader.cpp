@@ -3,7 +3,10 @@
 // It goes by the first character of each trimmed line and by fixed columns
 // of the tag lines, not by the full PGN grammar; only tags chosen by name
 // are taken apart at their quotes.
+#include <algorithm>
 #include <array>
+#include <cstring>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -30,10 +33,12 @@ constexpr std::array<TagColumn, 7> kTags = {{
 
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
+// A tag line's front: its bracket, then a tag's name in capitals, which a
+// letter matches in either case.
 bool FrontIs(std::string_view line, std::string_view upperFront) {
-    if (line.size() < upperFront.size()) return false;
-    for (size_t k = 0; k < upperFront.size(); ++k)
-        if (Upper(line[k]) != upperFront[k]) return false;
+    if (line.size() < upperFront.size() || line[0] != upperFront[0]) return false;
+    for (size_t k = 1; k < upperFront.size(); ++k)
+        if ((line[k] & ~0x20) != upperFront[k]) return false;
     return true;
 }
 
@@ -110,6 +115,35 @@ void CollapseBlanks(std::string& s) {
     s.resize(out);
 }
 
+// The tag section's lines, each behind a line end, gathered with a copy
+// each and handed to the game's comment in one go.
+class TagText {
+public:
+    void Clear() { size_ = 0; }
+    void Add(std::string_view line) {
+        const size_t need = size_ + 2 + line.size();
+        if (need > room_) Grow(need);
+        char* at = data_.get() + size_;
+        at[0] = '\r';
+        at[1] = '\n';
+        std::memcpy(at + 2, line.data(), line.size());
+        size_ = need;
+    }
+    std::string_view View() const { return {data_.get(), size_}; }
+
+private:
+    void Grow(size_t need) {
+        const size_t room = std::max(need, room_ * 2);
+        auto data = std::make_unique<char[]>(room);
+        if (size_ > 0) std::memcpy(data.get(), data_.get(), size_);
+        data_ = std::move(data);
+        room_ = room;
+    }
+    std::unique_ptr<char[]> data_;
+    size_t size_ = 0;
+    size_t room_ = 0;
+};
+
 void MakeName(const std::array<std::string, 7>& values, const std::vector<std::string>& named,
               const PgnTagChoice& tags, std::string& name) {
     name.clear();
@@ -156,13 +190,13 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     std::array<bool, 7> wanted = tags.chkTag;
     if (!tags.byName.empty()) wanted.fill(false);
     std::vector<std::string> named(tags.byName.size());
-    std::string& pending = walk.Pending();
+    static thread_local TagText tagText;
+    tagText.Clear();
     std::string_view line = state.ImportLine;
     for (;;) {
         TakeTag(line, values, wanted);
         if (!named.empty()) TakeNamedTag(line, tags.byName, named);
-        pending += "\r\n";
-        pending += line;
+        tagText.Add(line);
         line = TrimBlanks(in.NextLine());
         if (in.Eof()) {
             state.ImportAtEnd = true;
@@ -177,8 +211,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
 
     walk.SetPly(0);
     game.GameMoves[0].swap(name);  // the slot was empty
-    game.GameComments[0].swap(pending);  // the slot was empty
-    pending.clear();
+    game.GameComments[0].assign(tagText.View());  // the slot was empty
 
     // The move text, up to the next tag line or the end of the file.
     while (!state.ImportAtEnd) {

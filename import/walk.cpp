@@ -67,6 +67,40 @@ size_t MoveWalker::Matches(const std::string& mark, size_t i) const {
     return 0;
 }
 
+namespace {
+
+// What a character tells of a token that it starts or ends.
+enum : uint8_t { kLetter = 1, kDigit = 2, kMarkBehind = 4 };
+constexpr std::array<uint8_t, 256> kCharClass = [] {
+    std::array<uint8_t, 256> classes{};
+    for (int c = 'a'; c <= 'z'; ++c) classes[static_cast<size_t>(c)] |= kLetter;
+    for (int c = 'A'; c <= 'Z'; ++c) classes[static_cast<size_t>(c)] |= kLetter;
+    for (int c = '0'; c <= '9'; ++c) classes[static_cast<size_t>(c)] |= kDigit;
+    for (const char c : std::string_view("!?+#=*-")) classes[static_cast<unsigned char>(c)] |= kMarkBehind;
+    return classes;
+}();
+
+uint8_t ClassOf(char c) { return kCharClass[static_cast<unsigned char>(c)]; }
+
+// A token that ParseToken would take as it stands for a move with no mark:
+// a letter first, a length a move can have (2 to 6), and no mark behind it.
+bool IsPlainMove(std::string_view token) {
+    return token.size() - 2 <= 4 && (ClassOf(token.front()) & kLetter) != 0 &&
+           (ClassOf(token.back()) & kMarkBehind) == 0;
+}
+
+// A move number, such as "12." or "12...": digits and dots and nothing
+// else. "00..." is castling, not a number.
+bool IsMoveNumber(std::string_view token) {
+    if (token.empty() || (ClassOf(token.front()) & kDigit) == 0 || token.starts_with("00")) return false;
+    size_t i = 1;
+    while (i < token.size() && (ClassOf(token[i]) & kDigit) != 0) ++i;
+    while (i < token.size() && token[i] == '.') ++i;
+    return i == token.size();
+}
+
+}  // namespace
+
 void MoveWalker::WalkLine(std::string_view text) {
     // Past the plies kept nothing of the game is stored any more: its lines
     // need no walk.
@@ -92,7 +126,24 @@ void MoveWalker::WalkLine(std::string_view text) {
             if (token_.empty() && (end == text.size() || text[end] == ' ')) {
                 // A whole token, ended by its blank or the one behind the
                 // line: taken where it stands.
-                EndToken(text.substr(i, end - i));
+                const std::string_view token = text.substr(i, end - i);
+                if (pending_.empty() && plyLimit_ == 0 && ply_ < kMaxPly) {
+                    // Nothing waits to be attached and no limit is near: a
+                    // plain move fills the next slot, a move number leaves
+                    // no trace.
+                    if (IsPlainMove(token)) {
+                        game_->GameMoves[++ply_].append(token);  // the slot is empty
+                        if (end == text.size()) return;
+                        i = end + 1;
+                        continue;
+                    }
+                    if (IsMoveNumber(token)) {
+                        if (end == text.size()) return;
+                        i = end + 1;
+                        continue;
+                    }
+                }
+                EndToken(token);
                 if (cut_ || end == text.size()) return;
                 i = end + 1;
                 continue;
@@ -174,29 +225,6 @@ void MoveWalker::WalkLine(std::string_view text) {
     }
 }
 
-namespace {
-
-// A token that ParseToken would take as it stands for a move with no mark:
-// a letter first, a length a move can have, and no mark behind it.
-bool IsPlainMove(std::string_view token) {
-    if (token.size() < 2 || token.size() > 6) return false;
-    const char first = token.front();
-    if (!((first >= 'a' && first <= 'z') || (first >= 'A' && first <= 'Z'))) return false;
-    const char last = token.back();
-    return last != '!' && last != '?' && last != '+' && last != '#' && last != '=' && last != '*' && last != '-';
-}
-
-// A move number, such as "12." or "12...": digits and dots and nothing
-// else. "00..." is castling, not a number.
-bool IsMoveNumber(std::string_view token) {
-    if (token.empty() || token.front() < '0' || token.front() > '9' || token.starts_with("00")) return false;
-    size_t i = 0;
-    while (i < token.size() && token[i] >= '0' && token[i] <= '9') ++i;
-    while (i < token.size() && token[i] == '.') ++i;
-    return i == token.size();
-}
-
-}  // namespace
 
 void MoveWalker::EndToken() {
     EndToken(token_);

@@ -50,10 +50,6 @@ public:
     int16_t Ply() const { return ply_; }
     void SetPly(int16_t ply) { ply_ = ply; }
 
-    // Comment text being gathered. The PGN reader keeps the tag lines here
-    // until the move text begins.
-    std::string& Pending() { return pending_; }
-
     // Keeps only the first `limit` plies (1..250) of the game: later moves,
     // with their marks and comments, are read and dropped, so a longer game
     // raises no error. 0, the default, keeps every ply up to the 250 a game
