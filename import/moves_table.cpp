@@ -1,6 +1,8 @@
 #include "import/moves_table.h"
 
 #include <sqlite3.h>
+#include <pthread.h>
+#include <sched.h>
 #include <sys/mman.h>
 
 #include <new>
@@ -169,8 +171,9 @@ T* MovesTable::HugePages<T>::allocate(size_t n) {
     return static_cast<T*>(p);
 }
 
-MovesTable::MovesTable(WorkingDatabase& db) : db_(db), pending_(std::make_unique<PendingBatch>()) {
-    RegisterBatch(db_.Handle(), pending_.get());
+MovesTable::MovesTable(WorkingDatabase& db)
+    : db_(db), pending_(std::make_unique<PendingBatch>()), writing_(std::make_unique<PendingBatch>()) {
+    RegisterBatch(db_.Handle(), writing_.get());
     try {
         add_ = db_.Prepare(R"(INSERT INTO Moves ("index", "parent", "move", "book", "description", "new_branch", )"
                            R"("remarks", "BoardLayout") SELECT * FROM vantrel_batch)");
@@ -182,12 +185,22 @@ MovesTable::MovesTable(WorkingDatabase& db) : db_(db), pending_(std::make_unique
 }
 
 MovesTable::~MovesTable() {
+    if (writer_.joinable()) {
+        {
+            std::unique_lock<std::mutex> hold(writerLock_);
+            writerWake_.wait(hold, [&] { return !writerBusy_; });
+            writerStop_ = true;
+        }
+        writerWake_.notify_all();
+        writer_.join();
+    }
     add_ = Statement();
     // The connection may outlive this table: it must forget the batch.
     if (db_.IsOpen()) RegisterBatch(db_.Handle(), nullptr);
 }
 
 void MovesTable::Clear() {
+    WaitForWriter();
     pending_->rows.clear();
     pending_->texts.clear();
     db_.Execute("DELETE FROM Moves");
@@ -245,7 +258,21 @@ int32_t MovesTable::Find(int32_t parent, std::string_view move) const {
 void MovesTable::Add(const MoveRow& row) {
     if (static_cast<size_t>(row.index) != nodes_.size() + 1)
         throw std::logic_error("record " + std::to_string(row.index) + " added out of order");
-    if (pending_->rows.size() >= kBatch) Flush();
+    if (pending_->rows.size() >= kBatch) {
+        if (writer_.joinable()) {
+            // Handed to the writer once it is done with the one before.
+            WaitForWriter();
+            HandOver();
+            ++handedOver_;
+            {
+                std::lock_guard<std::mutex> hold(writerLock_);
+                writerBusy_ = true;
+            }
+            writerWake_.notify_all();
+        } else {
+            Flush();
+        }
+    }
 
     // Into the batch: the texts one behind the other.
     PendingRow pending{row.index, row.parent, row.newBranch ? -1 : 0, {}};
@@ -298,14 +325,27 @@ void MovesTable::Place(const Pair& pair, uint64_t key) {
 }
 
 void MovesTable::Flush() {
+    WaitForWriter();
     if (pending_->rows.empty()) return;
+    HandOver();
+    Write();
+}
+
+// The rows added go to the batch that the database reads, whose room the
+// batch being filled takes over.
+void MovesTable::HandOver() {
+    pending_->rows.swap(writing_->rows);
+    pending_->texts.swap(writing_->texts);
+}
+
+void MovesTable::Write() {
     struct Drop {
-        PendingBatch& pending;
+        PendingBatch& batch;
         ~Drop() {
-            pending.rows.clear();
-            pending.texts.clear();
+            batch.rows.clear();
+            batch.texts.clear();
         }
-    } drop{*pending_};
+    } drop{*writing_};
     try {
         add_.Step();
     } catch (...) {
@@ -313,6 +353,50 @@ void MovesTable::Flush() {
         throw;
     }
     add_.Reset();
+}
+
+void MovesTable::WriteBehind() {
+    if (!writer_.joinable()) writer_ = std::thread([this] { WriterLoop(); });
+}
+
+void MovesTable::WaitForWriter() {
+    if (!writer_.joinable()) return;
+    std::exception_ptr failure;
+    {
+        std::unique_lock<std::mutex> hold(writerLock_);
+        writerWake_.wait(hold, [&] { return !writerBusy_; });
+        failure = std::exchange(writerFailure_, nullptr);
+    }
+    if (failure) {
+        writerFailed_ = true;
+        std::rethrow_exception(failure);
+    }
+}
+
+void MovesTable::WriterLoop() {
+#ifdef __linux__
+    // The writer takes only a core that the reader and the player leave
+    // idle, so it never slows them; when it falls behind, the player waits
+    // for it at the next batch and so leaves it a core.
+    const sched_param idle{};
+    pthread_setschedparam(pthread_self(), SCHED_IDLE, &idle);
+#endif
+    std::unique_lock<std::mutex> hold(writerLock_);
+    for (;;) {
+        writerWake_.wait(hold, [&] { return writerBusy_ || writerStop_; });
+        if (writerStop_) return;
+        hold.unlock();
+        std::exception_ptr failure;
+        try {
+            Write();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        hold.lock();
+        writerFailure_ = failure;
+        writerBusy_ = false;
+        writerWake_.notify_all();
+    }
 }
 
 }  // namespace vantrel::import

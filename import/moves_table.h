@@ -2,11 +2,15 @@
 // writer use it: emptying, the lookup by (parent, move) and adding.
 #pragma once
 
+#include <condition_variable>
 #include <cstdint>
 #include <cstdlib>
+#include <exception>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "import/working_database.h"
@@ -72,9 +76,21 @@ public:
     // as the tree store numbers them. A pair (parent, move) keeps its first
     // record.
     void Add(const MoveRow& row);
-    // Writes the records held back. Throws DatabaseError; the batch is
-    // dropped either way.
+    // Writes the records held back, and waits for a batch being written
+    // behind. Throws DatabaseError; the batches are dropped either way.
     void Flush();
+
+    // From now on a full batch is written on a thread of its own while the
+    // next one fills (the command line; the window keeps to one thread).
+    // The connection is then the writer's while it writes: the caller
+    // touches it only after Flush. A write that fails is thrown by the
+    // Add that hands over the next batch, or by Flush; Failed tells
+    // whether that happened, and WrittenUpTo how far the table got.
+    void WriteBehind();
+    // How many batches have gone to the writer, and whether the last thing
+    // thrown was a batch that failed there.
+    size_t HandedOver() const { return handedOver_; }
+    bool WriterFailed() const { return writerFailed_; }
 
 
 private:
@@ -123,7 +139,22 @@ private:
     size_t pairs_ = 0;
 
     WorkingDatabase& db_;
+    // Records are added to pending_; the database reads writing_, which
+    // takes pending_'s rows when they are written.
     std::unique_ptr<PendingBatch> pending_;
+    std::unique_ptr<PendingBatch> writing_;
+    void HandOver();
+    void Write();  // writing_ into the table
+    void WaitForWriter();
+    void WriterLoop();
+    std::thread writer_;
+    std::mutex writerLock_;
+    std::condition_variable writerWake_;
+    bool writerBusy_ = false;  // writing_ is being written
+    bool writerStop_ = false;
+    std::exception_ptr writerFailure_;
+    size_t handedOver_ = 0;
+    bool writerFailed_ = false;
     Statement add_;
     std::vector<Node> nodes_;  // record i at nodes_[i - 1]
     int32_t firstRoot_ = 0;

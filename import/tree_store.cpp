@@ -74,6 +74,7 @@ public:
         EmptyWorkingDatabase(db, path, hold);
         MovesTable table(db);
         table.Clear();
+        if (options_.writeBehind) table.WriteBehind();
         if (options_.spoolRecords) {
             spool_ = std::make_shared<RecordSpool>();
             if (!spool_->Open(library::FolderOf(LibraryPath(options_)))) spool_.reset();
@@ -94,6 +95,18 @@ public:
         bool result = false;
         int32_t gameNumber = 0;
         int32_t current = 0;  // the game being read or played
+        // A batch written behind fails after its game has been played: the
+        // failure is told in the game that handed it over.
+        struct Handed {
+            int32_t number = 0;
+            int64_t line = 0;
+            GameRecord game;
+        };
+        std::unique_ptr<Handed> handed;
+        size_t batches = 0;
+        const auto failedInHanded = [&] {
+            if (handed) host_.FailedInGame(handed->number, handed->line, handed->game);
+        };
         try {
             for (;;) {
                 current = gameNumber + 1;
@@ -106,7 +119,13 @@ public:
                 if (n >= 0) host_.GameRead(++gameNumber, n, *game_);
                 host_.ReadProgress(read->bytes);
 
-                if (PlayGame(table, n) == GameEnd::Cancelled) {
+                const GameEnd end = PlayGame(table, n);
+                if (table.HandedOver() != batches) {
+                    batches = table.HandedOver();
+                    if (!handed) handed = std::make_unique<Handed>();
+                    *handed = {current, read->line, *game_};
+                }
+                if (end == GameEnd::Cancelled) {
                     result = false;
                     break;
                 }
@@ -114,8 +133,11 @@ public:
         } catch (...) {
             static const GameRecord kNoGame;
             const GameFeed::Game* failed = feed.Current();
-            host_.FailedInGame(current, failed != nullptr ? failed->line : file.LineNumber(),
-                               failed != nullptr ? failed->record : kNoGame);
+            if (table.WriterFailed())
+                failedInHanded();
+            else
+                host_.FailedInGame(current, failed != nullptr ? failed->line : file.LineNumber(),
+                                   failed != nullptr ? failed->record : kNoGame);
             // The records so far go to the table all the same, as far as it
             // takes them.
             try {
@@ -125,7 +147,12 @@ public:
             throw;
         }
         feed.Stop();
-        table.Flush();
+        try {
+            table.Flush();
+        } catch (...) {
+            if (table.WriterFailed()) failedInHanded();
+            throw;
+        }
         db.Commit();
         return result;
     }

@@ -43,6 +43,9 @@ struct ImportOptions {
     // WriteLibrary copies them instead of reading the table back (the
     // command line).
     bool spoolRecords = false;
+    // The records reach the table on a thread of their own, a batch at a
+    // time, while the next batch is played (the command line).
+    bool writeBehind = false;
 };
 
 enum FixMoveAction : int16_t { kFixCancel = 3, kFixAccept = 4, kFixSkip = 5 };

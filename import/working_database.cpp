@@ -113,7 +113,7 @@ void WorkingDatabase::Open(const std::string& path) {
     ConfigureEngine();
     sqlite3* db = nullptr;
     // No SQLITE_OPEN_CREATE: a missing file is a failure, never a new database.
-    // One thread uses a connection: SQLite needs no locks of its own.
+    // One thread at a time uses a connection: SQLite needs no locks of its own.
     int rc = sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     if (rc != SQLITE_OK) {
         struct stat st{};

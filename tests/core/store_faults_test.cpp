@@ -78,6 +78,32 @@ TEST_F(StoreFaultTest, ACommitThatFailsEndsTheImportWithTheEnginesMessage) {
     EXPECT_EQ(fs::file_size(DbPath()), fresh);
 }
 
+// Batches written behind on a thread of their own fail after the game that
+// handed them over has been played: the failure is told as it is when the
+// batch is written in place, in that game.
+TEST_F(StoreFaultTest, ABatchThatFailsBehindIsToldInTheGameThatHandedItOver) {
+    sqlite3* db = nullptr;
+    ASSERT_EQ(sqlite3_open(DbPath().c_str(), &db), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db,
+                           "CREATE TRIGGER Full BEFORE INSERT ON Moves WHEN NEW.\"index\" = 9000 "
+                           "BEGIN SELECT RAISE(ABORT, 'no room for 9000'); END",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(db);
+    const std::string games = ManyGames(400);  // more than two batches of records
+    std::vector<std::string> told;
+    for (const bool behind : {false, true}) {
+        options.writeBehind = options.readAhead = behind;
+        host = RecordingHost{};
+        EXPECT_FALSE(Build(games));
+        ASSERT_EQ(host.errors.size(), 1u);
+        EXPECT_EQ(host.errors[0].first, "no room for 9000");
+        told.push_back(host.failedIn);
+    }
+    EXPECT_NE(told[0], "");
+    EXPECT_EQ(told[1], told[0]);
+}
+
 TEST_F(StoreFaultTest, AFullDiskIsToldAsDiskFullAndTheOlderLibraryStays) {
     SmallDisk disk(dir / "disk");
     // Root (as in CI) can always mount one; anyone else can't.

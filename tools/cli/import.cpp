@@ -372,6 +372,7 @@ int Import(int argc, char** argv) {
     options.tags = {true, false, false, false, true, true, false};  // Event, White, Black
     options.readAhead = true;  // games are read on a second thread
     options.spoolRecords = true;
+    options.writeBehind = true;  // and the table written on a third
     if (tagsGiven->count() > 0 && !ParseTags(tags, options)) return Usage();
     if (pliesGiven->count() > 0) {
         char* end = nullptr;
