@@ -268,8 +268,7 @@ const char* CastlingText(std::string_view move) {
     return nullptr;
 }
 
-std::string_view NodeText(std::string_view move) {
-    if (move.empty() || (move[0] != 'o' && move[0] != 'O' && move[0] != '0')) return move;
+std::string_view CastlingNodeText(std::string_view move) {
     const char* text = CastlingText(move);
     return text != nullptr ? std::string_view(text) : std::string_view();
 }

@@ -39,7 +39,11 @@ const char* CastlingText(std::string_view move);
 
 // The text under which a resolved move stands in the tree: the move itself,
 // or a castling's one spelling. Empty for a text that can only fail.
-std::string_view NodeText(std::string_view move);
+std::string_view CastlingNodeText(std::string_view move);
+inline std::string_view NodeText(std::string_view move) {
+    if (move.empty() || (move[0] != 'o' && move[0] != 'O' && move[0] != '0')) return move;
+    return CastlingNodeText(move);
+}
 
 // Counts the pieces of that kind and colour within the hints (0 = no hint).
 // Leaves the square of the n-th of them in rank and file (n below 1 counts

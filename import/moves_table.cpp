@@ -26,15 +26,6 @@ struct PendingBatch {
 
 namespace {
 
-// A move of up to seven bytes as one word: its bytes, and its length in the
-// top byte.
-constexpr size_t kShortMove = 7;
-
-uint64_t MoveWord(std::string_view move) {
-    uint64_t word = static_cast<uint64_t>(move.size()) << 56;
-    for (size_t i = 0; i < move.size(); ++i) word |= static_cast<uint64_t>(static_cast<unsigned char>(move[i])) << (8 * i);
-    return word;
-}
 
 // --- The batch as a table ------------------------------------------------------
 //
@@ -222,30 +213,10 @@ int32_t MovesTable::FirstChild(int32_t parent) const {
     return nodes_[static_cast<size_t>(parent) - 1].firstChild;
 }
 
-uint64_t MovesTable::Word(std::string_view move) { return move.size() > kShortMove ? kLongMove : MoveWord(move); }
 
-uint64_t MovesTable::ChildKey(uint64_t parentKey, uint64_t word) {
-    uint64_t h = (parentKey ^ word) * 0x9E3779B97F4A7C15ull;
-    h ^= h >> 29;
-    h *= 0xBF58476D1CE4E5B9ull;
-    return h ^ (h >> 32);
-}
 
-uint64_t MovesTable::Key(int32_t index) const {
-    if (index <= 0 || static_cast<size_t>(index) > nodes_.size()) return rootKey_;
-    return nodes_[static_cast<size_t>(index) - 1].key;
-}
 
-void MovesTable::Prefetch(uint64_t key) const { __builtin_prefetch(&lookup_[Slot(key)]); }
 
-MovesTable::Found MovesTable::Lookup(uint64_t key, int32_t parent, uint64_t word) const {
-    if (word == kLongMove) return {};
-    for (size_t at = Slot(key);; at = (at + 1) & (lookup_.size() - 1)) {
-        const Pair& pair = lookup_[at];
-        if (pair.child == 0) return {};
-        if (pair.word == word && pair.parent == parent) return {pair.child, pair.tag};
-    }
-}
 
 int32_t MovesTable::Find(int32_t parent, std::string_view move) const {
     const uint64_t word = Word(move);

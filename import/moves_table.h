@@ -61,17 +61,43 @@ public:
     // Key(0) is the root's key, ChildKey that of a move from a node.
     // Words and keys of moves of more than seven bytes are valid but find
     // nothing in Lookup.
-    static uint64_t Word(std::string_view move);
-    static uint64_t ChildKey(uint64_t parentKey, uint64_t word);
-    uint64_t Key(int32_t index) const;
+    // These run for every ply of every game: they stand here, to be inlined.
+    static uint64_t Word(std::string_view move) {
+        // A move of up to seven bytes as one word: its bytes, and its length
+        // in the top byte.
+        if (move.size() > kShortMove) return kLongMove;
+        uint64_t word = static_cast<uint64_t>(move.size()) << 56;
+        for (size_t i = 0; i < move.size(); ++i)
+            word |= static_cast<uint64_t>(static_cast<unsigned char>(move[i])) << (8 * i);
+        return word;
+    }
+    static uint64_t ChildKey(uint64_t parentKey, uint64_t word) {
+        uint64_t h = (parentKey ^ word) * 0x9E3779B97F4A7C15ull;
+        h ^= h >> 29;
+        h *= 0xBF58476D1CE4E5B9ull;
+        return h ^ (h >> 32);
+    }
+    uint64_t Key(int32_t index) const {
+        if (index <= 0 || static_cast<size_t>(index) > nodes_.size()) return rootKey_;
+        return nodes_[static_cast<size_t>(index) - 1].key;
+    }
     // Asks for the slot of `key` to be fetched; it doesn't wait.
-    void Prefetch(uint64_t key) const;
+    void Prefetch(uint64_t key) const { __builtin_prefetch(lookup_.data() + Slot(key)); }
     struct Found {
         int32_t child = 0;  // 0: none
         uint64_t tag = 0;
     };
     // The child of `parent` by `word`, whose key is `key`, with its tag.
-    Found Lookup(uint64_t key, int32_t parent, uint64_t word) const;
+    Found Lookup(uint64_t key, int32_t parent, uint64_t word) const {
+        if (word == kLongMove) return {};
+        const Pair* pairs = lookup_.data();
+        const size_t mask = lookup_.size() - 1;
+        for (size_t at = static_cast<size_t>(key) & mask;; at = (at + 1) & mask) {
+            const Pair& pair = pairs[at];
+            if (pair.child == 0) return {};
+            if (pair.word == word && pair.parent == parent) return {pair.child, pair.tag};
+        }
+    }
     // Records come with the indexes 1, 2, 3, ... in the order they are added,
     // as the tree store numbers them. A pair (parent, move) keeps its first
     // record.
@@ -105,6 +131,7 @@ private:
         int32_t nextSibling = 0;  // index of the next child of the same parent
     };
     static constexpr uint64_t kLongMove = uint64_t{0xFF} << 56;
+    static constexpr size_t kShortMove = 7;
 
     bool Matches(const Node& node, uint64_t word, std::string_view move) const;
     int32_t FirstChild(int32_t parent) const;
