@@ -179,7 +179,7 @@ MovesTable::~MovesTable() {
     if (writer_.joinable()) {
         {
             std::unique_lock<std::mutex> hold(writerLock_);
-            writerWake_.wait(hold, [&] { return !writerBusy_; });
+            queued_.clear();  // left by a failure: never written
             writerStop_ = true;
         }
         writerWake_.notify_all();
@@ -230,19 +230,10 @@ void MovesTable::Add(const MoveRow& row) {
     if (static_cast<size_t>(row.index) != nodes_.size() + 1)
         throw std::logic_error("record " + std::to_string(row.index) + " added out of order");
     if (pending_->rows.size() >= kBatch) {
-        if (writer_.joinable()) {
-            // Handed to the writer once it is done with the one before.
-            WaitForWriter();
-            HandOver();
-            ++handedOver_;
-            {
-                std::lock_guard<std::mutex> hold(writerLock_);
-                writerBusy_ = true;
-            }
-            writerWake_.notify_all();
-        } else {
+        if (writer_.joinable())
+            Queue();
+        else
             Flush();
-        }
     }
 
     // Into the batch: the texts one behind the other.
@@ -330,41 +321,81 @@ void MovesTable::WriteBehind() {
     if (!writer_.joinable()) writer_ = std::thread([this] { WriterLoop(); });
 }
 
+// Hands the full batch to the writer, waiting only while kQueued batches
+// are still to be written, and goes on with an empty one.
+void MovesTable::Queue() {
+    std::unique_lock<std::mutex> hold(writerLock_);
+    writerWake_.wait(hold, [&] { return queued_.size() < kQueued || writerFailure_; });
+    ThrowWriterFailure(hold);
+    queued_.push_back(std::move(pending_));
+    ++handedOver_;
+    if (!spare_.empty()) {
+        pending_ = std::move(spare_.back());
+        spare_.pop_back();
+    } else {
+        pending_ = std::make_unique<PendingBatch>();
+        pending_->rows.reserve(kBatch);
+    }
+    hold.unlock();
+    writerWake_.notify_all();
+}
+
 void MovesTable::WaitForWriter() {
     if (!writer_.joinable()) return;
-    std::exception_ptr failure;
-    {
-        std::unique_lock<std::mutex> hold(writerLock_);
-        writerWake_.wait(hold, [&] { return !writerBusy_; });
-        failure = std::exchange(writerFailure_, nullptr);
-    }
-    if (failure) {
-        writerFailed_ = true;
-        std::rethrow_exception(failure);
-    }
+    std::unique_lock<std::mutex> hold(writerLock_);
+    writerWake_.wait(hold, [&] { return (queued_.empty() && !writerBusy_) || writerFailure_; });
+    ThrowWriterFailure(hold);
+}
+
+void MovesTable::ThrowWriterFailure(std::unique_lock<std::mutex>& hold) {
+    if (!writerFailure_) return;
+    // The batches behind the one that failed are dropped: the import ends.
+    writerWake_.wait(hold, [&] { return !writerBusy_; });
+    queued_.clear();
+    writerFailed_ = true;
+    const std::exception_ptr failure = std::exchange(writerFailure_, nullptr);
+    hold.unlock();
+    std::rethrow_exception(failure);
 }
 
 void MovesTable::WriterLoop() {
 #ifdef __linux__
     // The writer takes only a core that the reader and the player leave
-    // idle, so it never slows them; when it falls behind, the player waits
-    // for it at the next batch and so leaves it a core.
+    // idle, so it never slows them.
     const sched_param idle{};
     pthread_setschedparam(pthread_self(), SCHED_IDLE, &idle);
 #endif
+    size_t taken = 0;  // batches taken from the queue
     std::unique_lock<std::mutex> hold(writerLock_);
     for (;;) {
-        writerWake_.wait(hold, [&] { return writerBusy_ || writerStop_; });
-        if (writerStop_) return;
+        writerWake_.wait(hold, [&] { return !queued_.empty() || writerStop_; });
+        if (queued_.empty()) return;
+        std::unique_ptr<PendingBatch> batch = std::move(queued_.front());
+        queued_.pop_front();
+        ++taken;
+        writerBusy_ = true;
+        const bool failedBefore = writerFailed_ || writerFailure_;
         hold.unlock();
+        // The database reads writing_: the batch's rows go there, and the
+        // batch takes writing_'s emptied room back.
+        writing_->rows.swap(batch->rows);
+        writing_->texts.swap(batch->texts);
         std::exception_ptr failure;
         try {
-            Write();
+            if (!failedBefore) Write();
         } catch (...) {
             failure = std::current_exception();
         }
+        writing_->rows.clear();
+        writing_->texts.clear();
+        writing_->rows.swap(batch->rows);
+        writing_->texts.swap(batch->texts);
         hold.lock();
-        writerFailure_ = failure;
+        if (failure && !writerFailure_) {
+            writerFailure_ = failure;
+            failedBatch_ = taken;
+        }
+        spare_.push_back(std::move(batch));
         writerBusy_ = false;
         writerWake_.notify_all();
     }

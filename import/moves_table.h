@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <cstdlib>
+#include <deque>
 #include <exception>
 #include <memory>
 #include <mutex>
@@ -113,10 +114,12 @@ public:
     // Add that hands over the next batch, or by Flush; Failed tells
     // whether that happened, and WrittenUpTo how far the table got.
     void WriteBehind();
-    // How many batches have gone to the writer, and whether the last thing
-    // thrown was a batch that failed there.
+    // How many batches have gone to the writer (the first is 1), and which
+    // of them failed there once that failure has been thrown; 0 till then.
     size_t HandedOver() const { return handedOver_; }
-    bool WriterFailed() const { return writerFailed_; }
+    size_t FailedBatch() const { return writerFailed_ ? failedBatch_ : 0; }
+    // Batches that may wait for the writer before Add waits for it.
+    static constexpr size_t kQueued = 4;
 
 
 private:
@@ -172,16 +175,21 @@ private:
     std::unique_ptr<PendingBatch> writing_;
     void HandOver();
     void Write();  // writing_ into the table
+    void Queue();
     void WaitForWriter();
+    void ThrowWriterFailure(std::unique_lock<std::mutex>& hold);
     void WriterLoop();
     std::thread writer_;
     std::mutex writerLock_;
     std::condition_variable writerWake_;
-    bool writerBusy_ = false;  // writing_ is being written
+    std::deque<std::unique_ptr<PendingBatch>> queued_;  // oldest first
+    std::vector<std::unique_ptr<PendingBatch>> spare_;  // written, for their room
+    bool writerBusy_ = false;  // a batch is being written
     bool writerStop_ = false;
-    std::exception_ptr writerFailure_;
+    std::exception_ptr writerFailure_;  // not yet thrown
     size_t handedOver_ = 0;
-    bool writerFailed_ = false;
+    size_t failedBatch_ = 0;
+    bool writerFailed_ = false;  // thrown
     Statement add_;
     std::vector<Node> nodes_;  // record i at nodes_[i - 1]
     int32_t firstRoot_ = 0;

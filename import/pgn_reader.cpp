@@ -107,8 +107,12 @@ void RemoveQuestionMarks(std::string& name) {
 }
 
 void CollapseBlanks(std::string& s) {
-    size_t out = 0;
-    for (size_t i = 0; i < s.size(); ++i) {
+    // Most names have no two blanks in a row: nothing to move.
+    size_t first = 1;
+    while (first < s.size() && !(s[first] == ' ' && s[first - 1] == ' ')) ++first;
+    if (first >= s.size()) return;
+    size_t out = first;
+    for (size_t i = first; i < s.size(); ++i) {
         if (s[i] == ' ' && out > 0 && s[out - 1] == ' ') continue;
         s[out++] = s[i];
     }

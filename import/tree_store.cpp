@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <deque>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -96,16 +97,18 @@ public:
         int32_t gameNumber = 0;
         int32_t current = 0;  // the game being read or played
         // A batch written behind fails after its game has been played: the
-        // failure is told in the game that handed it over.
+        // failure is told in the game that handed it over. The games of the
+        // batches that may still be waiting are kept.
         struct Handed {
+            size_t batch = 0;
             int32_t number = 0;
             int64_t line = 0;
             GameRecord game;
         };
-        std::unique_ptr<Handed> handed;
-        size_t batches = 0;
+        std::deque<std::unique_ptr<Handed>> handed;
         const auto failedInHanded = [&] {
-            if (handed) host_.FailedInGame(handed->number, handed->line, handed->game);
+            for (const auto& h : handed)
+                if (h->batch == table.FailedBatch()) host_.FailedInGame(h->number, h->line, h->game);
         };
         try {
             for (;;) {
@@ -120,10 +123,16 @@ public:
                 host_.ReadProgress(read->bytes);
 
                 const GameEnd end = PlayGame(table, n);
-                if (table.HandedOver() != batches) {
-                    batches = table.HandedOver();
-                    if (!handed) handed = std::make_unique<Handed>();
-                    *handed = {current, read->line, *game_};
+                if (table.HandedOver() != (handed.empty() ? 0 : handed.back()->batch)) {
+                    std::unique_ptr<Handed> h;
+                    if (handed.size() > MovesTable::kQueued + 1) {
+                        h = std::move(handed.front());
+                        handed.pop_front();
+                    } else {
+                        h = std::make_unique<Handed>();
+                    }
+                    *h = {table.HandedOver(), current, read->line, *game_};
+                    handed.push_back(std::move(h));
                 }
                 if (end == GameEnd::Cancelled) {
                     result = false;
@@ -133,7 +142,7 @@ public:
         } catch (...) {
             static const GameRecord kNoGame;
             const GameFeed::Game* failed = feed.Current();
-            if (table.WriterFailed())
+            if (table.FailedBatch() != 0)
                 failedInHanded();
             else
                 host_.FailedInGame(current, failed != nullptr ? failed->line : file.LineNumber(),
@@ -150,7 +159,7 @@ public:
         try {
             table.Flush();
         } catch (...) {
-            if (table.WriterFailed()) failedInHanded();
+            if (table.FailedBatch() != 0) failedInHanded();
             throw;
         }
         db.Commit();

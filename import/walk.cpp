@@ -99,6 +99,22 @@ bool IsMoveNumber(std::string_view token) {
     return i == token.size();
 }
 
+// The results that end nearly every game, with the notes ParseToken gives
+// them: worked out once.
+struct KnownNote {
+    std::string_view token;
+    std::string note;
+};
+const std::array<KnownNote, 4>& Results() {
+    static const std::array<KnownNote, 4> results = [] {
+        std::array<KnownNote, 4> known{{{"1-0", {}}, {"0-1", {}}, {"1/2-1/2", {}}, {"*", {}}}};
+        std::string move;
+        for (KnownNote& k : known) chess::ParseToken(k.token, move, k.note);
+        return known;
+    }();
+    return results;
+}
+
 }  // namespace
 
 void MoveWalker::WalkLine(std::string_view text) {
@@ -138,6 +154,16 @@ void MoveWalker::WalkLine(std::string_view text) {
                         continue;
                     }
                     if (IsMoveNumber(token)) {
+                        if (end == text.size()) return;
+                        i = end + 1;
+                        continue;
+                    }
+                    // A result: its note replaces the comment of the last ply.
+                    const KnownNote* result = nullptr;
+                    for (const KnownNote& known : Results())
+                        if (known.token == token) result = &known;
+                    if (result != nullptr && ply_ >= 0) {
+                        game_->GameComments[ply_].assign(result->note);
                         if (end == text.size()) return;
                         i = end + 1;
                         continue;
