@@ -24,6 +24,12 @@ bool RecordSpool::Open(const std::string& folder) {
     return true;
 }
 
+void RecordSpool::Reserve(uint64_t bytes) {
+    if (failed_ || Count() > 0 || room_ == bytes) return;
+    room_ = bytes;
+    if (::lseek(fd_, static_cast<off_t>(room_), SEEK_SET) < 0) failed_ = true;
+}
+
 void RecordSpool::Add(int32_t index, int32_t parent, bool newBranch, std::string_view description,
                       std::string_view remarks, std::string_view layout) {
     if (failed_) return;
@@ -52,7 +58,11 @@ bool RecordSpool::WriteOut() {
         p += n;
         left -= static_cast<size_t>(n);
     }
-    written_ += buffer_.size() - left;
+    // Sent on its way to the disk now, not waited for.
+    const uint64_t done = buffer_.size() - left;
+    if (done > 0)
+        ::sync_file_range(fd_, static_cast<off64_t>(room_ + written_), static_cast<off64_t>(done), SYNC_FILE_RANGE_WRITE);
+    written_ += done;
     buffer_.clear();
     return !failed_;
 }

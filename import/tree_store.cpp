@@ -37,6 +37,20 @@ constexpr const char* kTroubleTitle = "Couldn't parse book";
 
 }  // namespace
 
+namespace {
+
+// The bytes of the header of a library with this name and these remarks.
+uint64_t HeaderBytes(std::string_view book, std::string_view remarks) {
+    library::LibraryHeader header;
+    header.book = book;
+    header.LibRemarks = remarks;
+    std::string bytes;
+    library::EncodeHeader(header, bytes);
+    return bytes.size();
+}
+
+}  // namespace
+
 void Report(ImportHost& host, const std::string& fileText) {
     try {
         throw;
@@ -116,6 +130,12 @@ public:
                 GameFeed::Game* read = feed.Next();
                 if (read == nullptr) break;
                 game_ = &read->record;
+                if (spool_ && gameNumber == 0) {
+                    // The remarks stand before the first game, so the
+                    // header's size is known now: its room goes ahead of
+                    // the records. (The reader is done with them.)
+                    spool_->Reserve(HeaderBytes(bookName_, state.ImportRemarks));
+                }
                 board_.ResetImportBoard();
                 const int16_t n = read->lastPly;
                 if (n > 0) result = true;
@@ -506,7 +526,10 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
             more = rows.Step();
         }
 
-        if (!writer.Open(path)) {
+        // Records encoded on the way behind room of the header's size
+        // become the library itself where the file can take its name.
+        const bool inPlace = spool && spool->HeaderRoom() == HeaderBytes(header.book, header.LibRemarks);
+        if (!(inPlace ? writer.Open(path, spool->Fd()) : writer.Open(path))) {
             if (writer.Error() == ENOENT) throw FileNotOpened{};
             ThrowWriteError(writer.Error(), fileName);
         }
@@ -537,7 +560,10 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
                 host.RecordWritten(counter, spool->ParentOf(counter));
             }
             const int32_t whole = result ? counter : counter - 1;
-            if (!writer.WriteEncoded(spool->Fd(), spool->BytesUpTo(whole))) ThrowWriteError(writer.Error(), fileName);
+            const bool written = writer.Adopted()
+                                     ? writer.Truncate(spool->HeaderRoom() + spool->BytesUpTo(whole))
+                                     : writer.WriteEncoded(spool->Fd(), spool->HeaderRoom(), spool->BytesUpTo(whole));
+            if (!written) ThrowWriteError(writer.Error(), fileName);
         }
         library::LibraryNodeRecord record;
         while (more) {

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <fstream>
 
 namespace vantrel::library {
 namespace {
@@ -125,8 +126,47 @@ bool AtomicFile::Fail(int error) {
     return false;
 }
 
-bool AtomicFile::Open(const std::string& path) {
+bool AtomicFile::Open(const std::string& path) { return Open(path, -1); }
+
+namespace {
+
+// The process's umask, as the system tells it; -1 where it doesn't.
+int ProcessUmask() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.starts_with("Umask:")) return static_cast<int>(std::strtol(line.c_str() + 6, nullptr, 8));
+    return -1;
+}
+
+}  // namespace
+
+// Gives the unnamed file the temporary name, with the mode Open would give
+// the file it makes.
+bool AtomicFile::Name(int unnamed, const struct stat* replaced) {
+    int mode = 0;
+    if (replaced != nullptr) {
+        mode = static_cast<int>(replaced->st_mode & 07777);
+    } else {
+        const int mask = ProcessUmask();
+        if (mask < 0) return false;
+        mode = 0666 & ~mask;
+    }
+    const std::string proc = "/proc/self/fd/" + std::to_string(unnamed);
+    if (::linkat(AT_FDCWD, proc.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+    fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CLOEXEC);
+    if (fd_ < 0 || ::fchmod(fd_, static_cast<mode_t>(mode)) != 0) {
+        if (fd_ >= 0) ::close(fd_);
+        fd_ = -1;
+        ::unlink(temporary_.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool AtomicFile::Open(const std::string& path, int unnamed) {
     Abandon();
+    adopted_ = false;
     error_ = 0;
     buffer_.clear();
     target_ = FollowLinks(path);
@@ -141,8 +181,17 @@ bool AtomicFile::Open(const std::string& path) {
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary_ = folder + "/" + std::string(kTemporaryPrefix) + std::to_string(::getpid()) + "-" +
                      std::to_string(++serial) + std::string(kTemporarySuffix);
+        if (unnamed >= 0 && !adopted_) {
+            adopted_ = Name(unnamed, replaces ? &st : nullptr);
+            if (adopted_) break;
+            if (errno == EEXIST) continue;
+        }
         fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd_ >= 0 || errno != EEXIST) break;
+    }
+    if (adopted_) {
+        buffer_.reserve(kWriteBlock + 4096);
+        return true;
     }
     if (fd_ < 0) {
         temporary_.clear();
@@ -178,10 +227,11 @@ bool AtomicFile::Write(std::string_view bytes) {
     return error_ == 0;
 }
 
-bool AtomicFile::CopyFrom(int fd, uint64_t length) {
+bool AtomicFile::CopyFrom(int fd, uint64_t start, uint64_t length) {
     if (!Flush()) return false;
     // In the kernel where it can; by reading and writing where it can't.
-    loff_t from = 0;
+    length += start;
+    auto from = static_cast<loff_t>(start);
     bool inKernel = true;
     std::string block;
     while (from < static_cast<loff_t>(length) && error_ == 0) {
@@ -209,6 +259,12 @@ bool AtomicFile::CopyFrom(int fd, uint64_t length) {
         if (n == 0) return Fail(EIO);  // the file holds less than it should
     }
     return error_ == 0;
+}
+
+bool AtomicFile::Truncate(uint64_t length) {
+    if (!Flush()) return false;
+    if (::ftruncate(fd_, static_cast<off_t>(length)) != 0) return Fail(errno);
+    return true;
 }
 
 bool AtomicFile::Close() {

@@ -2,6 +2,8 @@
 // writing a file so that it replaces what stood there only when it is whole.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <string>
 #include <string_view>
 
@@ -34,10 +36,19 @@ public:
     // temporary file can't be made. Temporary files that processes which no
     // longer run left in that folder are removed first.
     bool Open(const std::string& path);
+    // The same, but the temporary file is, where it can be, the unnamed file
+    // `unnamed` (made with O_TMPFILE in the target's folder) given a name:
+    // its bytes are then already there, and writing starts over them at
+    // its front. Where it can't be, an empty file is made as Open makes it;
+    // Adopted tells which.
+    bool Open(const std::string& path, int unnamed);
+    bool Adopted() const { return adopted_; }
     // Appends bytes; they reach the file in large blocks.
     bool Write(std::string_view bytes);
-    // Appends the first `length` bytes of the file `fd`, which must hold them.
-    bool CopyFrom(int fd, uint64_t length);
+    // Appends `length` bytes of the file `fd` from `from` on, which it must hold.
+    bool CopyFrom(int fd, uint64_t from, uint64_t length);
+    // Ends the file after its first `length` bytes.
+    bool Truncate(uint64_t length);
     // Writes what is left, syncs, and puts the file in place; false if
     // anything failed on the way.
     bool Close();
@@ -53,7 +64,10 @@ private:
     bool Flush();
     bool Fail(int error);
 
+    bool Name(int unnamed, const struct ::stat* replaced);
+
     int fd_ = -1;
+    bool adopted_ = false;
     std::string target_;
     std::string temporary_;
     std::string buffer_;

@@ -156,6 +156,11 @@ bool LibraryWriter::Open(const std::string& path) {
     return file_.Open(path);
 }
 
+bool LibraryWriter::Open(const std::string& path, int unnamed) {
+    buffer_.clear();
+    return file_.Open(path, unnamed);
+}
+
 bool LibraryWriter::WriteHeader(const LibraryHeader& header) {
     if (!file_.IsOpen()) return false;
     buffer_.clear();
@@ -170,7 +175,7 @@ bool LibraryWriter::WriteRecord(const LibraryNodeRecord& record) {
     return file_.Write(buffer_);
 }
 
-bool LibraryWriter::WriteEncoded(int fd, uint64_t length) { return file_.CopyFrom(fd, length); }
+bool LibraryWriter::WriteEncoded(int fd, uint64_t from, uint64_t length) { return file_.CopyFrom(fd, from, length); }
 
 bool LibraryWriter::Close() { return file_.Close(); }
 

@@ -83,10 +83,17 @@ public:
     // path names a folder, something else than a plain file, or a library
     // the user may not write.
     bool Open(const std::string& path);
+    // The same onto records encoded beforehand into the unnamed file
+    // `unnamed`, behind room left for the header (see AtomicFile::Open):
+    // where Adopted, the header is written over that room, and Truncate
+    // ends the file behind the records kept.
+    bool Open(const std::string& path, int unnamed);
+    bool Adopted() const { return file_.Adopted(); }
+    bool Truncate(uint64_t length) { return file_.Truncate(length); }
     bool WriteHeader(const LibraryHeader& header);
     bool WriteRecord(const LibraryNodeRecord& record);
-    // Records encoded beforehand: the first `length` bytes of the file `fd`.
-    bool WriteEncoded(int fd, uint64_t length);
+    // Records encoded beforehand: `length` bytes of the file `fd` from `from` on.
+    bool WriteEncoded(int fd, uint64_t from, uint64_t length);
     // Writes what is left, syncs, and puts the file in place; false if
     // anything failed on the way.
     bool Close();

@@ -1,6 +1,7 @@
 // WriteLibrary: the table Moves dumped into a library file; and from a game
 // file to a library and back, with the right positions throughout.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "library/format.h"
 #include "library/loader.h"
@@ -136,9 +137,14 @@ TEST_F(WriteLibraryTest, RecordsEncodedOnTheWayGiveTheFileOfTheTable) {
     const std::string pgn = "[Event \"a\"]\n\ne4 {" + std::string(70000, 'c') + "} e5 Nf3\n\n[Event \"b\"]\n\nd4 d5\n";
     std::string bytes[2][2];
     Strings notices[2];
+    mode_t modes[2][2] = {};
+    // The spooled file becomes the library: with the mode a new file gets,
+    // or the one of the library it replaces.
+    const mode_t mask = ::umask(027);
     for (int spool = 0; spool < 2; ++spool) {
         options.spoolRecords = spool == 1;
         for (int stop = 0; stop < 2; ++stop) {
+            fs::remove(Path());
             host = RecordingHost{};
             ASSERT_TRUE(Build(pgn));
             host.cancelAtCount = stop ? static_cast<int>(host.counts.size()) + 3 : 0;
@@ -146,8 +152,23 @@ TEST_F(WriteLibraryTest, RecordsEncodedOnTheWayGiveTheFileOfTheTable) {
             ASSERT_EQ(Write(), stop == 0);
             bytes[spool][stop] = ReadFile(Path());
             if (!stop) notices[spool] = host.notices;
+            struct stat st {};
+            ::stat(Path().c_str(), &st);
+            modes[spool][stop] = st.st_mode & 07777;
+            if (stop) {
+                ::chmod(Path().c_str(), 0604);
+                host = RecordingHost{};
+                ASSERT_TRUE(Build(pgn) && Write());
+                ::stat(Path().c_str(), &st);
+                EXPECT_EQ(st.st_mode & 07777, 0604u);
+            }
         }
     }
+    ::umask(mask);
+    EXPECT_EQ(modes[1][0], 0640u);
+    EXPECT_EQ(modes[0][0], modes[1][0]);
+    for (const auto& entry : fs::directory_iterator(dir.str()))
+        EXPECT_FALSE(entry.path().filename().string().starts_with(".vantrel.")) << entry.path();
     EXPECT_EQ(notices[1], (Strings{"The comment of record 1 has 70015 bytes: cut to the 65535 that a library can hold"}));
     EXPECT_EQ(notices[0], notices[1]);
     EXPECT_EQ(bytes[0][0], bytes[1][0]);
