@@ -90,4 +90,17 @@ void ReplayEnPassant(ImportBoard& board, Step step, int16_t ply) {
     if (file != 0) board.EnPassant.DoubleStep((ply % 2) != 0, file);
 }
 
+void ReplayEnPassant(ImportBoard& board, const Step* steps, int16_t from, int16_t to) {
+    int16_t last = to;
+    while (last > from && (steps[last] >> kFileShift & 15) == 0) --last;
+    int ages = to - from;
+    if (last > from) {
+        // Its own ageing comes before the double step, which sets every field.
+        board.EnPassant.DoubleStep((last % 2) != 0, static_cast<int16_t>(steps[last] >> kFileShift & 15));
+        ages = to - last;
+    }
+    // Two ageings end any record; more change nothing.
+    for (int k = 0; k < ages && k < 2; ++k) board.EnPassant.Age();
+}
+
 }  // namespace vantrel::chess

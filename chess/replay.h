@@ -32,5 +32,9 @@ void Replay(ImportBoard& board, Step step, int16_t ply);
 // Only what Replay does to the en passant record: for a move whose squares
 // no one will look at, as the next game puts the pieces back anyway.
 void ReplayEnPassant(ImportBoard& board, Step step, int16_t ply);
+// The en passant record as ReplayEnPassant, ply by ply, leaves it after
+// plies `from` + 1 to `to`, whose steps are steps[from + 1] to steps[to]:
+// the last double step among them, aged by the plies behind it.
+void ReplayEnPassant(ImportBoard& board, const Step* steps, int16_t from, int16_t to);
 
 }  // namespace vantrel::chess

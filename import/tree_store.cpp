@@ -309,7 +309,7 @@ private:
                 parent = counter_;
             }
         }
-        for (; played < n; ++played) chess::ReplayEnPassant(board_, steps_[played + 1], static_cast<int16_t>(played + 1));
+        if (played < n) chess::ReplayEnPassant(board_, steps_.data(), played, n);
         return GameEnd::Done;
     }
 

@@ -8,10 +8,13 @@
 
 #include <cctype>
 #include <sstream>
+#include <tuple>
+#include <vector>
 
 #include "chess/board.h"
 #include "chess/legal.h"
 #include "chess/move_repair.h"
+#include "chess/replay.h"
 #include "chess/resolver.h"
 
 namespace {
@@ -202,6 +205,37 @@ TEST(Resolver, EnPassantTiming) {
         SetUpBoard(board, l.before);
         EXPECT_EQ(PlayLine(board, l.moves), l.results) << l.moves;
         EXPECT_EQ(board.BoardToLayout(), LayoutOf(l.after)) << l.moves;
+    }
+}
+
+// A run of plies played back at once leaves the en passant record that the
+// plies one by one leave, whatever the record held before.
+TEST(Replay, EnPassantOfARunOfPliesIsThatOfEachPlyInTurn) {
+    ImportBoard board;
+    StepRecorder recorder;
+    std::vector<Step> steps(1);
+    int16_t ply = 0;
+    for (std::string move : {"e4", "e6", "d4", "d5", "Nc3", "c5", "a3", "b5", "h3", "g5", "Nf3", "Nc6"}) {
+        recorder.Before(board);
+        ASSERT_EQ(ResolveMove(board, move, ++ply), kResolved) << move;
+        steps.push_back(recorder.After(board));
+    }
+    const auto fields = [](const EnPassantRecord& r) {
+        return std::make_tuple(r.Active, r.Aged, r.Side, r.PawnFile, r.PawnRank, r.PassedRank);
+    };
+    for (int before = 0; before < 3; ++before) {
+        EnPassantRecord start;
+        if (before > 0) start.DoubleStep(false, 7);
+        if (before > 1) start.Age();
+        for (int16_t from = 0; from <= ply; ++from) {
+            for (int16_t to = from; to <= ply; ++to) {
+                ImportBoard each, run;
+                each.EnPassant = run.EnPassant = start;
+                for (int16_t k = from + 1; k <= to; ++k) ReplayEnPassant(each, steps[static_cast<size_t>(k)], k);
+                ReplayEnPassant(run, steps.data(), from, to);
+                EXPECT_EQ(fields(run.EnPassant), fields(each.EnPassant)) << before << " " << from << " " << to;
+            }
+        }
     }
 }
 
