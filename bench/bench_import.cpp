@@ -30,6 +30,7 @@ using namespace vantrel;
 class QuietHost : public import::ImportHost {
 public:
     void ShowCount(const std::string&) override {}
+    bool ShowsCount() const override { return false; }
     bool Running() const override { return true; }
     import::FixMoveAction AskFixMove(int16_t, int16_t, int16_t, import::GameRecord&, const chess::ImportBoard&) override {
         ++unresolved;

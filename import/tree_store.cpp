@@ -270,7 +270,7 @@ private:
 
             if (addRecord) {
                 ++counter_;
-                host_.ShowCount(std::to_string(counter_));
+                if (host_.ShowsCount()) host_.ShowCount(std::to_string(counter_));
                 host_.Yield();
                 if (!host_.Running()) return GameEnd::Cancelled;
 
@@ -541,9 +541,11 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
         // false once the user has cancelled.
         const auto next = [&]() {
             ++counter;
-            shown.assign(" ");
-            shown += std::to_string(counter);
-            host.ShowCount(shown);
+            if (host.ShowsCount()) {
+                shown.assign(" ");
+                shown += std::to_string(counter);
+                host.ShowCount(shown);
+            }
             host.Yield();
             if (host.Running()) return true;
             result = false;

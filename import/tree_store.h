@@ -56,6 +56,8 @@ public:
     virtual ~ImportHost() = default;
     // lblCount.
     virtual void ShowCount(const std::string& text) = 0;
+    // False for a host with no counter to show: the text is then not made.
+    virtual bool ShowsCount() const { return true; }
     // Let pending events run (a click on Cancel comes in here).
     virtual void Yield() {}
     // ImportRunning: false once the user has cancelled.

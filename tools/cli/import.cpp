@@ -136,6 +136,7 @@ public:
     }
 
     void ShowCount(const std::string&) override {}
+    bool ShowsCount() const override { return false; }
     bool Running() const override { return gInterrupted == 0; }
     // An interrupt is no Cancel button: the library that stood there stays.
     bool KeepCancelledLibrary() const override { return false; }
@@ -145,9 +146,8 @@ public:
         where_ += ", line " + std::to_string(line) + " of " + file_;
     }
 
-    void GameRead(int32_t number, int16_t, const import::GameRecord& game) override {
+    void GameRead(int32_t number, int16_t, const import::GameRecord&) override {
         gameNumber_ = number;
-        gameName_ = game.GameMoves[0];
     }
 
     import::FixMoveAction AskFixMove(int16_t ply, int16_t, int16_t errorCode, import::GameRecord& game,
@@ -168,7 +168,7 @@ public:
         ++unresolved_;
         ClearStatus();
         std::fprintf(stderr, "game %d (%s), ply %d, move %s: %s; rest of the game skipped\n", gameNumber_,
-                     Out(gameName_).c_str(), ply, Out(game.GameMoves[ply]).c_str(), ReasonText(errorCode));
+                     Out(game.GameMoves[0]).c_str(), ply, Out(game.GameMoves[ply]).c_str(), ReasonText(errorCode));
         return import::kFixSkip;
     }
 
@@ -252,7 +252,6 @@ private:
     int32_t lastGame_ = 0;
     int16_t lastPly_ = 0;
     int32_t gameNumber_ = 0;
-    std::string gameName_;
     int unresolved_ = 0;
     // The depth of a record written, 0 for one that wasn't.
     int DepthOf(int32_t index) const {
