@@ -42,14 +42,27 @@ void EncodeRecord(const LibraryNodeRecord& r, std::string& out) {
 
 void EncodeRecord(int32_t index, int32_t parent, bool newBranch, std::string_view description,
                   std::string_view remarks, std::string_view layout, std::string& out) {
-    PutLE(out, static_cast<uint32_t>(index), 4);
-    PutLE(out, static_cast<uint32_t>(parent), 4);
-    PutLE(out, newBranch ? 0xFFFFu : 0u, 2);
-    PutString(out, description);
-    PutString(out, remarks);
+    // The record's size is known: the room is made once and filled in place.
+    description = description.substr(0, std::min(description.size(), kMaxStringBytes));
+    remarks = remarks.substr(0, std::min(remarks.size(), kMaxStringBytes));
     layout = layout.substr(0, std::min(layout.size(), kLayoutBytes));
-    out.append(layout);
-    out.append(kLayoutBytes - layout.size(), ' ');
+    const size_t start = out.size();
+    out.resize(start + 14 + description.size() + remarks.size() + kLayoutBytes, ' ');
+    char* at = out.data() + start;
+    const auto put = [&at](uint32_t v, int bytes) {
+        for (int i = 0; i < bytes; ++i) *at++ = static_cast<char>((v >> (8 * i)) & 0xFF);
+    };
+    const auto text = [&](std::string_view s) {
+        put(static_cast<uint32_t>(s.size()), 2);
+        if (!s.empty()) std::memcpy(at, s.data(), s.size());
+        at += s.size();
+    };
+    put(static_cast<uint32_t>(index), 4);
+    put(static_cast<uint32_t>(parent), 4);
+    put(newBranch ? 0xFFFFu : 0u, 2);
+    text(description);
+    text(remarks);
+    if (!layout.empty()) std::memcpy(at, layout.data(), layout.size());  // the rest stays blank
 }
 
 bool LibraryReader::Open(const std::string& path) {
