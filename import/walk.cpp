@@ -117,6 +117,34 @@ const std::array<KnownNote, 4>& Results() {
 
 }  // namespace
 
+size_t MoveWalker::WalkPlain(std::string_view text) {
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const char* p = begin;
+    while (p < end) {
+        if (*p == ' ') {
+            ++p;
+            continue;
+        }
+        const char* q = p + 1;
+        while (q < end && !MayStop(*q)) ++q;
+        if (q < end && *q != ' ') break;  // a comment or a variation opens
+        const std::string_view token(p, static_cast<size_t>(q - p));
+        if ((ClassOf(*p) & kLetter) != 0) {
+            if (!IsPlainMove(token) || ply_ >= kMaxPly) break;
+            game_->GameMoves[++ply_].append(token);  // the slot is empty
+        } else if (!IsMoveNumber(token)) {
+            const KnownNote* result = nullptr;
+            for (const KnownNote& known : Results())
+                if (known.token == token) result = &known;
+            if (result == nullptr || ply_ < 0) break;
+            game_->GameComments[ply_].assign(result->note);
+        }
+        p = q;
+    }
+    return static_cast<size_t>(p - begin);
+}
+
 void MoveWalker::WalkLine(std::string_view text) {
     // Past the plies kept nothing of the game is stored any more: its lines
     // need no walk.
@@ -127,7 +155,9 @@ void MoveWalker::WalkLine(std::string_view text) {
         // Plain move text, the usual line, is cut at its blanks where it
         // stands; the walk below takes over at the first character that
         // opens a comment or a variation.
-        size_t i = 0;
+        // While nothing is pending, the tight walk goes first.
+        size_t i = token_.empty() && pending_.empty() && plyLimit_ == 0 ? WalkPlain(text) : 0;
+        if (i == text.size()) return;
         while (i < text.size()) {
             const char c = text[i];
             if (c == ' ') {

@@ -67,6 +67,11 @@ private:
     size_t Matches(const std::string& mark, size_t i) const;
     bool MayStop(char c) const { return stops_[static_cast<unsigned char>(c)]; }
     void SetStops();
+    // The usual line while nothing is pending and no limit is set: plain
+    // moves go to their slots, move numbers and results are taken at once.
+    // Returns where the first token that needs more begins, or the line's
+    // length.
+    size_t WalkPlain(std::string_view text);
     void EndToken();
     void EndToken(std::string_view token);
     void Attach(std::string_view text);
