@@ -134,6 +134,7 @@ size_t MoveWalker::WalkPlain(std::string_view text) {
             if (!IsPlainMove(token) || ply_ >= kMaxPly) break;
             game_->GameMoves[++ply_].append(token);  // the slot is empty
         } else if (!IsMoveNumber(token)) {
+            // A result: its note replaces the comment of the last ply.
             const KnownNote* result = nullptr;
             for (const KnownNote& known : Results())
                 if (known.token == token) result = &known;
@@ -155,10 +156,14 @@ void MoveWalker::WalkLine(std::string_view text) {
         // Plain move text, the usual line, is cut at its blanks where it
         // stands; the walk below takes over at the first character that
         // opens a comment or a variation.
-        // While nothing is pending, the tight walk goes first.
-        size_t i = token_.empty() && pending_.empty() && plyLimit_ == 0 ? WalkPlain(text) : 0;
-        if (i == text.size()) return;
+        size_t i = 0;
         while (i < text.size()) {
+            // While nothing is pending, the tight walk goes as far as it
+            // can; the rest here takes the token it stops at.
+            if (token_.empty() && pending_.empty() && plyLimit_ == 0) {
+                i += WalkPlain(text.substr(i));
+                if (i == text.size()) return;
+            }
             const char c = text[i];
             if (c == ' ') {
                 EndToken();
@@ -172,34 +177,7 @@ void MoveWalker::WalkLine(std::string_view text) {
             if (token_.empty() && (end == text.size() || text[end] == ' ')) {
                 // A whole token, ended by its blank or the one behind the
                 // line: taken where it stands.
-                const std::string_view token = text.substr(i, end - i);
-                if (pending_.empty() && plyLimit_ == 0 && ply_ < kMaxPly) {
-                    // Nothing waits to be attached and no limit is near: a
-                    // plain move fills the next slot, a move number leaves
-                    // no trace.
-                    if (IsPlainMove(token)) {
-                        game_->GameMoves[++ply_].append(token);  // the slot is empty
-                        if (end == text.size()) return;
-                        i = end + 1;
-                        continue;
-                    }
-                    if (IsMoveNumber(token)) {
-                        if (end == text.size()) return;
-                        i = end + 1;
-                        continue;
-                    }
-                    // A result: its note replaces the comment of the last ply.
-                    const KnownNote* result = nullptr;
-                    for (const KnownNote& known : Results())
-                        if (known.token == token) result = &known;
-                    if (result != nullptr && ply_ >= 0) {
-                        game_->GameComments[ply_].assign(result->note);
-                        if (end == text.size()) return;
-                        i = end + 1;
-                        continue;
-                    }
-                }
-                EndToken(token);
+                EndToken(text.substr(i, end - i));
                 if (cut_ || end == text.size()) return;
                 i = end + 1;
                 continue;
@@ -280,7 +258,6 @@ void MoveWalker::WalkLine(std::string_view text) {
         i = end - 1;
     }
 }
-
 
 void MoveWalker::EndToken() {
     EndToken(token_);
