@@ -26,7 +26,6 @@ struct PendingBatch {
 
 namespace {
 
-
 // --- The batch as a table ------------------------------------------------------
 //
 // A read-only table over PendingBatch, known to the connection by
@@ -212,11 +211,6 @@ int32_t MovesTable::FirstChild(int32_t parent) const {
     if (parent < 0 || static_cast<size_t>(parent) > nodes_.size()) return 0;
     return nodes_[static_cast<size_t>(parent) - 1].firstChild;
 }
-
-
-
-
-
 
 int32_t MovesTable::Find(int32_t parent, std::string_view move) const {
     const uint64_t word = Word(move);

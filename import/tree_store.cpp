@@ -35,10 +35,6 @@ struct Cancelled {};
 constexpr const char* kTroubleText = "Trouble with 'Tessimo.Mdb'";
 constexpr const char* kTroubleTitle = "Couldn't parse book";
 
-}  // namespace
-
-namespace {
-
 // The bytes of the header of a library with this name and these remarks.
 uint64_t HeaderBytes(std::string_view book, std::string_view remarks) {
     library::LibraryHeader header;
