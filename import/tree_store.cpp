@@ -580,6 +580,10 @@ bool WriteLibrary(const ImportOptions& options, ImportHost& host, ImportSession&
         }
         rows.Reset();
         db.Close();
+        // The records reach the disk; an interrupt that comes while they do
+        // still leaves the library that stood there.
+        if (!writer.Sync()) ThrowWriteError(writer.Error(), fileName);
+        if (!host.KeepCancelledLibrary() && !host.Running()) throw Cancelled{};
         // A cancelled write still puts in place what it has: a library of
         // the records so far, which loads.
         if (!writer.Close()) ThrowWriteError(writer.Error(), fileName);

@@ -142,31 +142,32 @@ int ProcessUmask() {
 }  // namespace
 
 // Gives the unnamed file the temporary name, with the mode Open would give
-// the file it makes.
-bool AtomicFile::Name(int unnamed, const struct stat* replaced) {
+// the file it makes. 0 when it has, EEXIST when the name is taken, another
+// errno when the file can't be named.
+int AtomicFile::Name(int unnamed, const struct stat* replaced) {
     int mode = 0;
     if (replaced != nullptr) {
         mode = static_cast<int>(replaced->st_mode & 07777);
     } else {
         const int mask = ProcessUmask();
-        if (mask < 0) return false;
+        if (mask < 0) return ENOTSUP;
         mode = 0666 & ~mask;
     }
     const std::string proc = "/proc/self/fd/" + std::to_string(unnamed);
-    if (::linkat(AT_FDCWD, proc.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+    if (::linkat(AT_FDCWD, proc.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) != 0) return errno;
     fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CLOEXEC);
     if (fd_ < 0 || ::fchmod(fd_, static_cast<mode_t>(mode)) != 0) {
         if (fd_ >= 0) ::close(fd_);
         fd_ = -1;
         ::unlink(temporary_.c_str());
-        return false;
+        return EPERM;
     }
-    return true;
+    return 0;
 }
 
 bool AtomicFile::Open(const std::string& path, int unnamed) {
     Abandon();
-    adopted_ = false;
+    adopted_ = synced_ = false;
     error_ = 0;
     buffer_.clear();
     target_ = FollowLinks(path);
@@ -181,10 +182,12 @@ bool AtomicFile::Open(const std::string& path, int unnamed) {
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary_ = folder + "/" + std::string(kTemporaryPrefix) + std::to_string(::getpid()) + "-" +
                      std::to_string(++serial) + std::string(kTemporarySuffix);
-        if (unnamed >= 0 && !adopted_) {
-            adopted_ = Name(unnamed, replaces ? &st : nullptr);
+        if (unnamed >= 0) {
+            const int named = Name(unnamed, replaces ? &st : nullptr);
+            adopted_ = named == 0;
             if (adopted_) break;
-            if (errno == EEXIST) continue;
+            if (named == EEXIST) continue;
+            unnamed = -1;  // made as Open makes it, from here on
         }
         fd_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd_ >= 0 || errno != EEXIST) break;
@@ -204,6 +207,7 @@ bool AtomicFile::Open(const std::string& path, int unnamed) {
 
 bool AtomicFile::Flush() {
     if (fd_ < 0) return false;
+    if (!buffer_.empty()) synced_ = false;
     const char* p = buffer_.data();
     size_t left = buffer_.size();
     while (left > 0 && error_ == 0) {
@@ -229,6 +233,7 @@ bool AtomicFile::Write(std::string_view bytes) {
 
 bool AtomicFile::CopyFrom(int fd, uint64_t start, uint64_t length) {
     if (!Flush()) return false;
+    synced_ = false;
     // In the kernel where it can; by reading and writing where it can't.
     length += start;
     auto from = static_cast<loff_t>(start);
@@ -263,14 +268,24 @@ bool AtomicFile::CopyFrom(int fd, uint64_t start, uint64_t length) {
 
 bool AtomicFile::Truncate(uint64_t length) {
     if (!Flush()) return false;
+    synced_ = false;
     if (::ftruncate(fd_, static_cast<off_t>(length)) != 0) return Fail(errno);
+    return true;
+}
+
+bool AtomicFile::Sync() {
+    if (fd_ < 0 || !Flush()) return false;
+    if (::fsync(fd_) != 0) return Fail(errno);
+    synced_ = true;
     return true;
 }
 
 bool AtomicFile::Close() {
     if (fd_ < 0) return false;
-    Flush();
-    if (error_ == 0 && ::fsync(fd_) != 0) Fail(errno);
+    if (!synced_ || !buffer_.empty()) {
+        Flush();
+        if (error_ == 0 && ::fsync(fd_) != 0) Fail(errno);
+    }
     if (::close(fd_) != 0) Fail(errno);
     fd_ = -1;
     if (error_ == 0 && ::rename(temporary_.c_str(), target_.c_str()) != 0) Fail(errno);

@@ -49,6 +49,9 @@ public:
     bool CopyFrom(int fd, uint64_t from, uint64_t length);
     // Ends the file after its first `length` bytes.
     bool Truncate(uint64_t length);
+    // Writes what is left and syncs it, so that Close only has to put the
+    // file in place; false if anything failed on the way.
+    bool Sync();
     // Writes what is left, syncs, and puts the file in place; false if
     // anything failed on the way.
     bool Close();
@@ -64,10 +67,11 @@ private:
     bool Flush();
     bool Fail(int error);
 
-    bool Name(int unnamed, const struct ::stat* replaced);
+    int Name(int unnamed, const struct ::stat* replaced);
 
     int fd_ = -1;
     bool adopted_ = false;
+    bool synced_ = false;  // nothing written since the last sync
     std::string target_;
     std::string temporary_;
     std::string buffer_;

@@ -94,6 +94,8 @@ public:
     bool WriteRecord(const LibraryNodeRecord& record);
     // Records encoded beforehand: `length` bytes of the file `fd` from `from` on.
     bool WriteEncoded(int fd, uint64_t from, uint64_t length);
+    // Writes what is left and syncs it (see AtomicFile::Sync).
+    bool Sync() { return file_.Sync(); }
     // Writes what is left, syncs, and puts the file in place; false if
     // anything failed on the way.
     bool Close();

@@ -86,6 +86,7 @@ public:
         if (cancelAtCount > 0 && static_cast<int>(counts.size()) == cancelAtCount) running = false;
     }
     bool Running() const override { return running; }
+    bool KeepCancelledLibrary() const override { return keepCancelled; }
     // Answers from the script: an action, and for "accept" the move typed in.
     import::FixMoveAction AskFixMove(int16_t ply, int16_t lastPly, int16_t code, import::GameRecord& game,
                        const chess::ImportBoard& board) override {
@@ -124,6 +125,7 @@ public:
     int yields = 0;
     bool running = true;
     int cancelAtCount = 0;  // Running() turns false at the yield after this count
+    bool keepCancelled = true;  // as the wizard; the command line keeps nothing
     std::deque<std::pair<import::FixMoveAction, std::string>> answers;
     Strings fixCalls;   // what the repair dialog was shown: "ply lastPly code move", as GameMoves(ply) holds it
     Strings fixBoards;  // and the board ahead of the bad move

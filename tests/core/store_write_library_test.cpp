@@ -129,6 +129,23 @@ TEST_F(WriteLibraryTest, StopDuringWritingLeavesALoadablePartialFile) {
     EXPECT_EQ(std::to_string(c.header.RecCount) + " " + std::to_string(c.records.size()), "5 2");  // the table's count
     library::LibraryContents contents;
     EXPECT_EQ(library::LoadLibrary(Path(), contents), library::LoadResult::Ok);
+    // A host that keeps nothing of a cancelled write, as the command line:
+    // the library that stood there stays, whether the records come from the
+    // table or were encoded on the way into the file that would have
+    // become the library, and no temporary file is left.
+    const std::string before = ReadFile(Path());
+    for (const bool spool : {false, true}) {
+        options.spoolRecords = spool;
+        host = RecordingHost{};
+        ASSERT_TRUE(Build("[Event \"a\"]\n\ne4 e5 Nf3 Nc6 Bb5\n"));
+        host.keepCancelled = false;
+        host.cancelAtCount = static_cast<int>(host.counts.size()) + 3;
+        EXPECT_FALSE(Write());
+        EXPECT_TRUE(host.Silent());
+        EXPECT_EQ(ReadFile(Path()), before) << spool;
+        for (const auto& entry : fs::directory_iterator(dir.str()))
+            EXPECT_FALSE(entry.path().filename().string().starts_with(".vantrel.")) << entry.path();
+    }
 }
 
 // The records encoded on the way give the file the table gives, cut texts,
