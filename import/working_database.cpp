@@ -158,10 +158,10 @@ void WorkingDatabase::Open(const std::string& path) {
     // and a page cache of 8 MB. That holds the index pages that an import
     // of real games keeps coming back to; a bigger cache saves only some
     // rewrites of pages of made-up games, and takes cache room that the
-    // walk over known moves needs. The rollback journal stays a file, so that a program
-    // that dies in the middle of an import leaves a sound database behind;
-    // it costs next to nothing, as an import starts from an emptied and
-    // shrunk file and the pages it adds need no journal.
+    // walk over known moves needs. The rollback journal stays a file, so
+    // that a program that dies in the middle of an import leaves a sound
+    // database behind; it costs next to nothing, as an import starts from
+    // an emptied and shrunk file and the pages it adds need no journal.
     sqlite3_exec(db_, "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
     sqlite3_exec(db_, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr);
     sqlite3_exec(db_, "PRAGMA cache_size = -8192", nullptr, nullptr, nullptr);
