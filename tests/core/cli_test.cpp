@@ -243,6 +243,12 @@ TEST_F(CliTest, FaultsLeaveTheUsersFilesAndSayWhatHappened) {
     std::string many;
     for (int g = 1; g <= 2000; ++g) gen::AppendPgn(many, "G" + std::to_string(g), "W", "B", gen::PlayGame(rng, 70), rng, false);
     WriteFile(dir / "many.pgn", many);
+    // What an import that no interrupt stops writes, in a folder of its own.
+    fs::create_directories(dir / "whole");
+    ASSERT_EQ(Cli("import " + dir / "many.pgn" + " --name Old --out-dir " + dir / "whole" + " --db " +
+                  dir / "Tessimo.mdb").status,
+              0);
+    const std::string whole = ReadFile(dir / "whole/Old.vnb");
     const auto writing = [&] {
         for (const auto& entry : fs::directory_iterator(dir.str()))
             if (entry.path().filename().string().starts_with(".vantrel.")) return true;
@@ -286,9 +292,7 @@ TEST_F(CliTest, FaultsLeaveTheUsersFilesAndSayWhatHappened) {
         // come only once the new library is in place, and then it stands
         // whole. Otherwise the older one stays.
         if (atTheWrite && WIFEXITED(status) && WEXITSTATUS(status) == 0) {
-            library::LibraryContents contents;
-            EXPECT_EQ(library::LoadLibrary(Lib("Old"), contents), library::LoadResult::Ok);
-            EXPECT_NE(ReadFile(Lib("Old")), old);
+            EXPECT_EQ(ReadFile(Lib("Old")), whole);
             continue;
         }
         EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 1) << status;
