@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <deque>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -108,17 +107,21 @@ public:
         int32_t current = 0;  // the game being read or played
         // A batch written behind fails after its game has been played: the
         // failure is told in the game that handed it over. The games of the
-        // batches that may still be waiting are kept.
+        // batches that may still be waiting are kept, batch n in slot n
+        // modulo their number.
         struct Handed {
             size_t batch = 0;
             int32_t number = 0;
             int64_t line = 0;
             GameRecord game;
         };
-        std::deque<std::unique_ptr<Handed>> handed;
+        std::vector<Handed> handed(options_.writeBehind ? MovesTable::kQueued + 2 : 0);
+        size_t lastHanded = 0;
         const auto failedInHanded = [&] {
-            for (const auto& h : handed)
-                if (h->batch == table.FailedBatch()) host_.FailedInGame(h->number, h->line, h->game);
+            const size_t failed = table.FailedBatch();
+            if (handed.empty() || failed == 0) return;
+            const Handed& h = handed[failed % handed.size()];
+            if (h.batch == failed) host_.FailedInGame(h.number, h.line, h.game);
         };
         try {
             for (;;) {
@@ -139,16 +142,9 @@ public:
                 host_.ReadProgress(read->bytes);
 
                 const GameEnd end = PlayGame(table, n);
-                if (table.HandedOver() != (handed.empty() ? 0 : handed.back()->batch)) {
-                    std::unique_ptr<Handed> h;
-                    if (handed.size() > MovesTable::kQueued + 1) {
-                        h = std::move(handed.front());
-                        handed.pop_front();
-                    } else {
-                        h = std::make_unique<Handed>();
-                    }
-                    *h = {table.HandedOver(), current, read->line, *game_};
-                    handed.push_back(std::move(h));
+                if (table.HandedOver() != lastHanded) {
+                    lastHanded = table.HandedOver();
+                    handed[lastHanded % handed.size()] = {lastHanded, current, read->line, *game_};
                 }
                 if (end == GameEnd::Cancelled) {
                     result = false;

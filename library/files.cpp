@@ -207,7 +207,6 @@ bool AtomicFile::Open(const std::string& path, int unnamed) {
 
 bool AtomicFile::Flush() {
     if (fd_ < 0) return false;
-    if (!buffer_.empty()) synced_ = false;
     const char* p = buffer_.data();
     size_t left = buffer_.size();
     while (left > 0 && error_ == 0) {
@@ -226,6 +225,7 @@ bool AtomicFile::Flush() {
 
 bool AtomicFile::Write(std::string_view bytes) {
     if (fd_ < 0) return false;
+    synced_ = false;
     buffer_.append(bytes);
     if (buffer_.size() >= kWriteBlock) return Flush();
     return error_ == 0;
@@ -282,7 +282,7 @@ bool AtomicFile::Sync() {
 
 bool AtomicFile::Close() {
     if (fd_ < 0) return false;
-    if (!synced_ || !buffer_.empty()) {
+    if (!synced_) {
         Flush();
         if (error_ == 0 && ::fsync(fd_) != 0) Fail(errno);
     }
