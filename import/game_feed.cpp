@@ -26,7 +26,7 @@ GameFeed::Game* GameFeed::ReadOne(Game& game) {
 
 template <class Ready>
 void GameFeed::WaitUntil(std::atomic<bool>& asleep, Ready ready) {
-    for (int spin = 0; spin < 2000; ++spin) {
+    for (int spin = 0; spin < 32; ++spin) {
         if (ready()) return;
         __builtin_ia32_pause();
     }

@@ -48,9 +48,9 @@ public:
 private:
     Game* ReadOne(Game& game);
     void ReadAhead();
-    // Waits until `ready` holds: a short spin, since the other side is
-    // seldom far off, then asleep with `asleep` raised for the other side
-    // to see.
+    // Waits until `ready` holds: a few pauses, then asleep with `asleep`
+    // raised for the other side to see. A longer spin only burns the core
+    // that the working database's writer would have taken.
     template <class Ready>
     void WaitUntil(std::atomic<bool>& asleep, Ready ready);
     void Wake(std::atomic<bool>& asleep);
