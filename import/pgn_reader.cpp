@@ -5,6 +5,7 @@
 // are taken apart at their quotes.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -34,11 +35,44 @@ constexpr std::array<TagColumn, 7> kTags = {{
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 // A tag line's front: its bracket, then a tag's name in capitals, which a
-// letter matches in either case.
-bool FrontIs(std::string_view line, std::string_view upperFront) {
-    if (line.size() < upperFront.size() || line[0] != upperFront[0]) return false;
-    for (size_t k = 1; k < upperFront.size(); ++k)
-        if ((line[k] & ~0x20) != upperFront[k]) return false;
+// letter matches in either case. A line of eight bytes or more is matched
+// in one go against the front's bytes, with the bit of the case masked out
+// behind the bracket.
+struct TagFront {
+    std::string_view upper;
+    uint64_t mask = 0;
+    uint64_t value = 0;
+};
+
+std::array<TagFront, 7> MakeFronts() {
+    std::array<TagFront, 7> fronts;
+    for (size_t t = 0; t < kTags.size(); ++t) {
+        char mask[8] = {};
+        char value[8] = {};
+        const std::string_view upper = kTags[t].front;
+        for (size_t k = 0; k < upper.size(); ++k) {
+            mask[k] = static_cast<char>(k == 0 ? 0xFF : ~0x20);
+            value[k] = upper[k];
+        }
+        fronts[t].upper = upper;
+        std::memcpy(&fronts[t].mask, mask, 8);
+        std::memcpy(&fronts[t].value, value, 8);
+    }
+    return fronts;
+}
+
+const std::array<TagFront, 7> kFronts = MakeFronts();
+
+bool FrontIs(std::string_view line, const TagFront& front) {
+    if (line.size() >= 8) {
+        uint64_t word;
+        std::memcpy(&word, line.data(), 8);
+        return (word & front.mask) == front.value;
+    }
+    const std::string_view upper = front.upper;
+    if (line.size() < upper.size() || line[0] != upper[0]) return false;
+    for (size_t k = 1; k < upper.size(); ++k)
+        if ((line[k] & ~0x20) != upper[k]) return false;
     return true;
 }
 
@@ -62,12 +96,12 @@ void TakeTag(std::string_view line, std::array<std::string, 7>& values, const st
     case 'E': k = 0; break;
     case 'S': k = 1; break;
     case 'D': k = 2; break;
-    case 'R': k = FrontIs(line, kTags[3].front) ? 3 : 6; break;
+    case 'R': k = FrontIs(line, kFronts[3]) ? 3 : 6; break;
     case 'W': k = 4; break;
     case 'B': k = 5; break;
     default: return;
     }
-    if (!FrontIs(line, kTags[k].front)) return;
+    if (!FrontIs(line, kFronts[k])) return;
     size_t found = line.size() >= 5 ? line.find(']', 4) : std::string_view::npos;
     long p = found == std::string_view::npos ? 0 : static_cast<long>(found) + 1;
     long start = static_cast<long>(kTags[k].valueStart);
@@ -106,8 +140,27 @@ void RemoveQuestionMarks(std::string& name) {
     }
 }
 
+// Whether two blanks stand side by side: eight pairs at a time.
+bool HasDoubleBlank(std::string_view s) {
+    constexpr uint64_t kBlanks = 0x2020202020202020ull;
+    constexpr uint64_t kOnes = 0x0101010101010101ull;
+    constexpr uint64_t kHighs = 0x8080808080808080ull;
+    size_t i = 0;
+    for (; i + 9 <= s.size(); i += 8) {
+        uint64_t here, next;
+        std::memcpy(&here, s.data() + i, 8);
+        std::memcpy(&next, s.data() + i + 1, 8);
+        const uint64_t both = (here ^ kBlanks) | (next ^ kBlanks);  // a zero byte where both are blanks
+        if (((both - kOnes) & ~both & kHighs) != 0) return true;
+    }
+    for (; i + 1 < s.size(); ++i)
+        if (s[i] == ' ' && s[i + 1] == ' ') return true;
+    return false;
+}
+
 void CollapseBlanks(std::string& s) {
     // Most names have no two blanks in a row: nothing to move.
+    if (!HasDoubleBlank(s)) return;
     size_t first = 1;
     while (first < s.size() && !(s[first] == ' ' && s[first - 1] == ' ')) ++first;
     if (first >= s.size()) return;
@@ -214,7 +267,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     if (state.ImportAtEnd) return -1;
 
     walk.SetPly(0);
-    game.GameMoves[0].swap(name);  // the slot was empty
+    game.GameMoves[0] = name;
     game.GameComments[0].assign(tagText.View());  // the slot was empty
 
     // The move text, up to the next tag line or the end of the file.

@@ -21,10 +21,10 @@ inline std::string_view TrimBlanks(std::string_view s) {
 inline void TrimBlanksInPlace(std::string& s) {
     size_t e = s.size();
     while (e > 0 && s[e - 1] == ' ') --e;
-    s.resize(e);
+    if (e != s.size()) s.resize(e);
     size_t b = 0;
     while (b < s.size() && s[b] == ' ') ++b;
-    s.erase(0, b);
+    if (b != 0) s.erase(0, b);
 }
 
 // Empty, or blanks only.
