@@ -14,7 +14,7 @@ inline void CheckGame(int16_t last, const import::GameRecord& g) {
     using import::kMaxPly;
     if (last < -1 || last > kMaxPly) std::abort();
     for (int i = 1; i <= kMaxPly; ++i) {
-        const std::string& move = g.GameMoves[static_cast<size_t>(i)];
+        const std::string_view move = g.GameMoves[static_cast<size_t>(i)];
         if (i <= last ? (move.size() < 2 || move.size() > 6) : !move.empty()) std::abort();
         if (i > last && last >= 0 && !g.GameComments[static_cast<size_t>(i)].empty()) std::abort();
     }

@@ -168,7 +168,7 @@ public:
     }
 
 private:
-    void Text(const std::string& s) {
+    void Text(std::string_view s) {
         const auto n = static_cast<uint32_t>(s.size());
         record_.append(reinterpret_cast<const char*>(&n), 4);
         record_.append(s);

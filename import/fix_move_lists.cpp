@@ -4,16 +4,15 @@ namespace vantrel::import {
 namespace {
 
 // A slot of the game record; past the last slot the record reads as empty.
-const std::string& Slot(const GameRecord& game, int i) {
-    static const std::string empty;
-    if (i < 0 || i > kMaxPly) return empty;
+std::string_view Slot(const GameRecord& game, int i) {
+    if (i < 0 || i > kMaxPly) return {};
     return game.GameMoves[static_cast<size_t>(i)];
 }
 
 }  // namespace
 
-std::string FixMoveCell(const std::string& move) {
-    std::string cell = move;
+std::string FixMoveCell(std::string_view move) {
+    std::string cell(move);
     if (cell.size() < 7) cell.append(7 - cell.size(), ' ');
     return cell;
 }

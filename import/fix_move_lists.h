@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "import/game_record.h"
@@ -17,7 +18,7 @@ struct FixMoveLists {
 
 // A move in its column: the text filled up with blanks on the right to 7
 // characters (longer text stays whole).
-std::string FixMoveCell(const std::string& move);
+std::string FixMoveCell(std::string_view move);
 
 // The lists for the bad ply `badPly` of a game whose last ply is `lastPly`.
 FixMoveLists BuildFixMoveLists(const GameRecord& game, int badPly, int lastPly);

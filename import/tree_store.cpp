@@ -190,7 +190,7 @@ private:
 
     GameEnd PlayGame(MovesTable& table, int16_t n) {
         GameRecord& game = *game_;
-        const std::string& gameName = game.GameMoves[0];
+        const std::string_view gameName = game.GameMoves[0];
         const std::string& gameComment = game.GameComments[0];
         int32_t parent = 0;
         bool branched = false;

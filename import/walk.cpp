@@ -115,6 +115,20 @@ const std::array<KnownNote, 4>& Results() {
     return results;
 }
 
+// The result a token is, if it is one of them.
+const KnownNote* KnownResult(std::string_view token) {
+    const auto& results = Results();
+    switch (token.size()) {
+    case 1: return token[0] == '*' ? &results[3] : nullptr;
+    case 3:
+        if (token == "1-0") return &results[0];
+        if (token == "0-1") return &results[1];
+        return nullptr;
+    case 7: return token == "1/2-1/2" ? &results[2] : nullptr;
+    default: return nullptr;
+    }
+}
+
 }  // namespace
 
 size_t MoveWalker::WalkPlain(std::string_view text) {
@@ -129,18 +143,29 @@ size_t MoveWalker::WalkPlain(std::string_view text) {
         const char* q = p + 1;
         while (q < end && !MayStop(*q)) ++q;
         if (q < end && *q != ' ') break;  // a comment or a variation opens
-        const std::string_view token(p, static_cast<size_t>(q - p));
-        if ((ClassOf(*p) & kLetter) != 0) {
-            if (!IsPlainMove(token) || ply_ >= kMaxPly) break;
-            game_->GameMoves[++ply_].append(token);  // the slot is empty
-        } else if (!IsMoveNumber(token)) {
-            // A result: its note replaces the comment of the last ply.
-            const KnownNote* result = nullptr;
-            for (const KnownNote& known : Results())
-                if (known.token == token) result = &known;
-            if (result == nullptr || ply_ < 0) break;
-            game_->GameComments[ply_].assign(result->note);
+        const auto size = static_cast<size_t>(q - p);
+        const uint8_t first = ClassOf(*p);
+        if ((first & kLetter) != 0) {
+            // A plain move: 2 to 6 characters, no mark behind.
+            if (size - 2 > 4 || (ClassOf(q[-1]) & kMarkBehind) != 0 || ply_ >= kMaxPly) break;
+            game_->GameMoves[++ply_].AssignShort(p, size);
+            p = q;
+            continue;
         }
+        if ((first & kDigit) != 0 && !(size > 1 && p[0] == '0' && p[1] == '0')) {
+            // A move number: digits, then dots.
+            const char* r = p + 1;
+            while (r < q && (ClassOf(*r) & kDigit) != 0) ++r;
+            while (r < q && *r == '.') ++r;
+            if (r == q) {
+                p = q;
+                continue;
+            }
+        }
+        // A result: its note replaces the comment of the last ply.
+        const KnownNote* result = KnownResult(std::string_view(p, size));
+        if (result == nullptr || ply_ < 0) break;
+        game_->GameComments[ply_].assign(result->note);
         p = q;
     }
     return static_cast<size_t>(p - begin);
@@ -280,9 +305,7 @@ void MoveWalker::EndToken(std::string_view token) {
             } else {
                 if (ply_ >= kMaxPly) throw Error("Subscript out of range", errors::kSubscriptOutOfRange);
                 ++ply_;
-                std::string& slot = game_->GameMoves[ply_];
-                slot.clear();
-                slot.append(plain ? token : std::string_view(move_));
+                game_->GameMoves[ply_] = plain ? token : std::string_view(move_);
             }
         }
         if (cut_) {

@@ -104,7 +104,7 @@ frmFixMove::frmFixMove(int16_t badMoveIndex, int16_t gameMoveCount, int16_t move
         default: break;
     }
 
-    lblGameName->setText(FromLib(game.GameMoves[0]));
+    lblGameName->setText(FromLib(game.GameMoves[0].str()));
 
     const auto lists = vantrel::import::BuildFixMoveLists(game, badMoveIndex, gameMoveCount);
     txtMovesBefore->setPlainText(JoinLines(lists.before));

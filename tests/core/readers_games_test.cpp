@@ -122,8 +122,11 @@ TEST(LineSource, CompressedFilesAndZipEntriesAreReadAsTheirText) {
 // Slots 0..last of a game record, joined by "|".
 template <typename Slots>
 std::string Joined(const Slots& slots, int last) {
-    std::string out = slots[0];
-    for (int i = 1; i <= last; ++i) out += "|" + slots[static_cast<size_t>(i)];
+    std::string out(slots[0]);
+    for (int i = 1; i <= last; ++i) {
+        out += '|';
+        out += slots[static_cast<size_t>(i)];
+    }
     return out;
 }
 

@@ -162,7 +162,7 @@ TEST(Walk, TwoHundredFiftyPliesFitAndTheNextIsASubscriptError) {
     for (int i = 0; i < 125; ++i) plies += "Nf3 Nf6 ";
     Walked w = WalkLines({plies.c_str(), "$1 {last words}"});
     EXPECT_EQ(w.last, 250);
-    EXPECT_EQ(w.g.GameMoves[250] + " " + w.g.GameComments[250], "Nf6 good Move\r\nlast words");
+    EXPECT_EQ(w.g.GameMoves[250].str() + " " + w.g.GameComments[250], "Nf6 good Move\r\nlast words");
     EXPECT_THROW(WalkLines({(plies + "Nf3").c_str()}), Error);  // its text and number: see the store's tests
 }
 

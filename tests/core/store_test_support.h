@@ -91,7 +91,7 @@ public:
     import::FixMoveAction AskFixMove(int16_t ply, int16_t lastPly, int16_t code, import::GameRecord& game,
                        const chess::ImportBoard& board) override {
         fixCalls.push_back(std::to_string(ply) + " " + std::to_string(lastPly) + " " + std::to_string(code) + " " +
-                           game.GameMoves[ply]);
+                           game.GameMoves[ply].str());
         fixBoards.push_back(board.BoardToLayout());
         if (answers.empty()) {
             ADD_FAILURE() << "unexpected repair request for ply " << ply << " move " << game.GameMoves[ply];
@@ -110,12 +110,12 @@ public:
     void ShowError(const std::string& description, int number) override { errors.push_back({description, number}); }
     void Notice(const std::string& text) override { notices.push_back(text); }
     void GameRead(int32_t number, int16_t lastPly, const import::GameRecord& game) override {
-        games.push_back(std::to_string(number) + " " + game.GameMoves[0] + " " + std::to_string(lastPly));
+        games.push_back(std::to_string(number) + " " + game.GameMoves[0].str() + " " + std::to_string(lastPly));
         if (onGame) onGame(number);
     }
 
     void FailedInGame(int32_t number, int64_t line, const import::GameRecord& game) override {
-        failedIn = std::to_string(number) + " " + game.GameMoves[0] + " " + std::to_string(line);
+        failedIn = std::to_string(number) + " " + game.GameMoves[0].str() + " " + std::to_string(line);
     }
     // Nothing was told to the user.
     bool Silent() const { return messages.empty() && errors.empty(); }

@@ -142,7 +142,7 @@ public:
     bool KeepCancelledLibrary() const override { return false; }
     void FailedInGame(int32_t number, int64_t line, const import::GameRecord& game) override {
         where_ = "game " + std::to_string(number);
-        if (!game.GameMoves[0].empty()) where_ += " (" + Out(game.GameMoves[0]) + ")";
+        if (!game.GameMoves[0].empty()) where_ += " (" + Out(game.GameMoves[0].str()) + ")";
         where_ += ", line " + std::to_string(line) + " of " + file_;
     }
 
@@ -155,7 +155,7 @@ public:
         // A mended move is checked on a copy of the board, so the store takes
         // it; should it come back all the same, it is skipped.
         if (repair_ && !(gameNumber_ == lastGame_ && ply == lastPly_)) {
-            const chess::MoveRepair fix = chess::RepairMove(board, game.GameMoves[ply], ply, errorCode);
+            const chess::MoveRepair fix = chess::RepairMove(board, game.GameMoves[ply].str(), ply, errorCode);
             if (fix.fixed) {
                 lastGame_ = gameNumber_;
                 lastPly_ = ply;
@@ -168,7 +168,7 @@ public:
         ++unresolved_;
         ClearStatus();
         std::fprintf(stderr, "game %d (%s), ply %d, move %s: %s; rest of the game skipped\n", gameNumber_,
-                     Out(game.GameMoves[0]).c_str(), ply, Out(game.GameMoves[ply]).c_str(), ReasonText(errorCode));
+                     Out(game.GameMoves[0].str()).c_str(), ply, Out(game.GameMoves[ply].str()).c_str(), ReasonText(errorCode));
         return import::kFixSkip;
     }
 
