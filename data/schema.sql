@@ -8,9 +8,11 @@
 -- "index" doubles as the row id, so the writer's pass in index order needs no
 -- sort. The only lookup is by ("parent", "move"), which has its own index.
 
--- Large pages: an import writes hundreds of thousands of short records in
--- one go, and the next one frees them all.
-PRAGMA page_size = 65536;
+-- Pages of 16K: an import writes hundreds of thousands of short records in
+-- one go, and the next one frees them all. Larger pages cost more work in
+-- each insert (a longer search in each page, more bytes moved), smaller ones
+-- a deeper tree.
+PRAGMA page_size = 16384;
 
 CREATE TABLE Moves (
     "index"       INTEGER PRIMARY KEY,  -- node number, 1, 2, 3, ... in order of adding
