@@ -14,6 +14,7 @@ constexpr size_t kBlock = size_t{1} << 20;
 }
 
 RecordSpool::~RecordSpool() {
+    if (syncer_.joinable()) syncer_.join();
     if (fd_ >= 0) ::close(fd_);
 }
 
@@ -67,6 +68,16 @@ bool RecordSpool::WriteOut() {
     return !failed_;
 }
 
-bool RecordSpool::Finish() { return fd_ >= 0 && !failed_ && WriteOut(); }
+void RecordSpool::SyncAhead() {
+    if (fd_ < 0 || failed_ || syncer_.joinable() || !WriteOut()) return;
+    // An error the sync meets is told to it alone, not to a sync after it:
+    // it is kept here.
+    syncer_ = std::thread([this] { syncFailed_ = ::fdatasync(fd_) != 0; });
+}
+
+bool RecordSpool::Finish() {
+    if (syncer_.joinable()) syncer_.join();
+    return fd_ >= 0 && !failed_ && WriteOut() && !syncFailed_;
+}
 
 }  // namespace vantrel::import

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace vantrel::import {
@@ -30,7 +31,12 @@ public:
     // The next record: indexes come as 1, 2, 3, ...
     void Add(int32_t index, int32_t parent, bool newBranch, std::string_view description, std::string_view remarks,
              std::string_view layout);
-    // Writes what is held back. True if every record added stands in the file.
+    // Writes what is held back and sends the file to the disk on a thread of
+    // its own, while the caller goes on: the writer's own sync then finds
+    // little left to do. No record may follow.
+    void SyncAhead();
+    // Writes what is held back, and waits for the sync ahead. True if every
+    // record added stands in the file, and on the disk if it was sent there.
     bool Finish();
 
     int32_t Count() const { return static_cast<int32_t>(parents_.size()); }
@@ -52,6 +58,8 @@ private:
 
     int fd_ = -1;
     bool failed_ = false;
+    std::thread syncer_;
+    bool syncFailed_ = false;  // the syncer's, read once it is joined
     std::string buffer_;
     uint64_t room_ = 0;
     uint64_t written_ = 0;  // record bytes in the file

@@ -168,6 +168,9 @@ public:
             throw;
         }
         feed.Stop();
+        // The library's records go to the disk while the table's last
+        // batches are written.
+        if (spool_) spool_->SyncAhead();
         try {
             table.Flush();
         } catch (...) {
