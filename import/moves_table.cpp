@@ -353,12 +353,22 @@ void MovesTable::ThrowWriterFailure(std::unique_lock<std::mutex>& hold) {
 }
 
 void MovesTable::WriterLoop() {
-#ifdef __linux__
     // The writer takes only a core that the reader and the player leave
-    // idle, so it never slows them.
-    const sched_param idle{};
-    pthread_setschedparam(pthread_self(), SCHED_IDLE, &idle);
+    // idle, so that it doesn't slow them, while it keeps up. Once it falls
+    // behind by two batches more than the one in hand it takes its turn
+    // like them: else the player soon waits for it, the reader for the
+    // player, and a core stands idle.
+    bool urgent = true;
+    const auto keepPace = [&urgent](size_t behind) {
+        const bool now = behind >= 2;
+        if (now == urgent) return;
+        urgent = now;
+#ifdef __linux__
+        const sched_param none{};
+        pthread_setschedparam(pthread_self(), urgent ? SCHED_OTHER : SCHED_IDLE, &none);
 #endif
+    };
+    keepPace(0);
     size_t taken = 0;  // batches taken from the queue
     std::unique_lock<std::mutex> hold(writerLock_);
     for (;;) {
@@ -367,6 +377,7 @@ void MovesTable::WriterLoop() {
         std::unique_ptr<PendingBatch> batch = std::move(queued_.front());
         queued_.pop_front();
         ++taken;
+        keepPace(queued_.size());
         writerBusy_ = true;
         const bool failedBefore = writerFailed_ || writerFailure_;
         hold.unlock();
