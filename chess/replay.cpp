@@ -1,6 +1,8 @@
 #include "chess/replay.h"
 
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -21,6 +23,16 @@ constexpr Step kValid = Step{1} << 63;
 
 constexpr std::string_view kColours = "wbn";
 constexpr std::string_view kPieces = "pnbrqko";
+
+// A character's place in kColours or kPieces, or -1.
+constexpr std::array<int8_t, 256> IndexIn(std::string_view letters) {
+    std::array<int8_t, 256> index{};
+    index.fill(-1);
+    for (size_t k = 0; k < letters.size(); ++k) index[static_cast<unsigned char>(letters[k])] = static_cast<int8_t>(k);
+    return index;
+}
+constexpr std::array<int8_t, 256> kColourIndex = IndexIn(kColours);
+constexpr std::array<int8_t, 256> kPieceIndex = IndexIn(kPieces);
 
 // A change's code as the board keeps it: colour, piece and layout character,
 // by the change's colour (2 bits) and piece (3 bits).
@@ -48,21 +60,36 @@ Step StepRecorder::After(const ImportBoard& board) const {
     Step step = kValid;
     int count = 0;
     const char* after = board.Raw();
-    for (int i = 0; i < 64; ++i) {
-        const size_t at = static_cast<size_t>((i / 8 + 1) * 9 + i % 8 + 1) * 2;
-        // A rank's 16 bytes lie together: one that didn't change is passed
-        // over whole.
-        if (i % 8 == 0 && std::memcmp(after + at, before_ + at, 16) == 0) {
-            i += 7;
-            continue;
+    for (int rank = 0; rank < 8; ++rank) {
+        // A rank's 16 bytes lie together, two to a square: the bits that
+        // differ, eight bytes at a time, lead straight to the squares that
+        // changed.
+        const size_t first = static_cast<size_t>((rank + 1) * 9 + 1) * 2;
+        for (size_t half = 0; half < 16; half += 8) {
+            uint64_t now, was;
+            std::memcpy(&now, after + first + half, 8);
+            std::memcpy(&was, before_ + first + half, 8);
+            for (uint64_t differ = now ^ was; differ != 0;) {
+                // The byte of the lowest bit that differs, as the bytes lie in
+                // memory, whatever the machine's byte order.
+                const size_t byte = std::endian::native == std::endian::little
+                                        ? static_cast<size_t>(__builtin_ctzll(differ)) / 8
+                                        : static_cast<size_t>(__builtin_clzll(differ)) / 8;
+                const size_t square = (half + byte) / 2;  // 0..7 within the rank
+                const size_t at = first + square * 2;
+                const int colour = kColourIndex[static_cast<unsigned char>(after[at])];
+                const int piece = kPieceIndex[static_cast<unsigned char>(after[at + 1])];
+                if (count == kMaxChanges || colour < 0 || piece < 0) return kNoStep;
+                const auto i = static_cast<Step>(rank * 8 + static_cast<int>(square));
+                const Step change = i | static_cast<Step>(colour) << 6 | static_cast<Step>(piece) << 8;
+                step |= change << (count * kChangeBits);
+                ++count;
+                // Both bytes of that square are done with.
+                const size_t pair = (square * 2 - half) * 8;
+                const uint64_t mask = uint64_t{0xFFFF} << (std::endian::native == std::endian::little ? pair : 48 - pair);
+                differ &= ~mask;
+            }
         }
-        if (after[at] == before_[at] && after[at + 1] == before_[at + 1]) continue;
-        const size_t c = kColours.find(after[at]);
-        const size_t p = kPieces.find(after[at + 1]);
-        if (count == kMaxChanges || c == std::string_view::npos || p == std::string_view::npos) return kNoStep;
-        const Step change = static_cast<Step>(i) | static_cast<Step>(c) << 6 | static_cast<Step>(p) << 8;
-        step |= change << (count * kChangeBits);
-        ++count;
     }
     step |= static_cast<Step>(count) << kCountShift;
     // A record that is active and not yet aged after the call was made by it.
