@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -70,6 +71,15 @@ public:
     operator std::string_view() const { return view(); }
     std::string str() const { return std::string(view()); }
     char operator[](size_t i) const { return view()[i]; }
+    // A text of 1 to 7 bytes as a word: its bytes as they lie in memory,
+    // zeros behind them. 0 for an empty text or a longer one.
+    uint64_t ShortBytes() const {
+        if (size_ == 0 || size_ > 7) return 0;
+        uint64_t bytes;
+        std::memcpy(&bytes, in_, 8);
+        const unsigned unused = 64 - 8 * size_;
+        return bytes & (std::endian::native == std::endian::little ? ~uint64_t{0} >> unused : ~uint64_t{0} << unused);
+    }
 
     friend bool operator==(const SlotText& a, std::string_view b) { return a.view() == b; }
     friend std::ostream& operator<<(std::ostream& out, const SlotText& text) { return out << text.view(); }

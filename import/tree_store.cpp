@@ -3,8 +3,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -68,6 +70,18 @@ void Report(ImportHost& host, const std::string& fileText) {
 }
 
 namespace {
+
+// A move's word, as MovesTable::Word(chess::NodeText(move)) gives it: for
+// a short move that can't be castling, straight from the slot's bytes.
+uint64_t WordOf(const SlotText& move) {
+    if constexpr (std::endian::native == std::endian::little) {
+        const uint64_t bytes = move.ShortBytes();
+        const auto first = static_cast<char>(bytes);
+        if (bytes != 0 && first != 'o' && first != 'O' && first != '0')
+            return bytes | static_cast<uint64_t>(move.size()) << 56;
+    }
+    return MovesTable::Word(chess::NodeText(move));
+}
 
 // One run of BuildTree, with the state that lives from game to game.
 class TreeBuilder {
@@ -215,7 +229,7 @@ private:
             if (!branched) {
                 for (const int16_t last = std::min<int16_t>(n, static_cast<int16_t>(i + kAhead)); keyed < last;) {
                     ++keyed;
-                    words_[keyed] = MovesTable::Word(chess::NodeText(game.GameMoves[keyed]));
+                    words_[keyed] = WordOf(game.GameMoves[keyed]);
                     keys_[keyed] = MovesTable::ChildKey(keys_[keyed - 1], words_[keyed]);
                     table.Prefetch(keys_[keyed]);
                 }
