@@ -83,11 +83,18 @@ bool SameInAnyCase(std::string_view a, std::string_view b) {
     return true;
 }
 
-// Takes the value out of a tag line if the line is one of the seven tags and
-// the name wants it. The value runs from its fixed start up to the character
-// in front of the first "]" at or after column 5, which is taken to be the
-// closing quote; a line too short for that fails, wanted or not.
-void TakeTag(std::string_view line, std::array<std::string, 7>& values, const std::array<bool, 7>& wanted) {
+// Where a tag's value stands in the text of the tag section.
+struct Span {
+    size_t at = 0;
+    size_t size = 0;
+};
+
+// Notes where the value of a tag line stands if the line is one of the
+// seven tags and the name wants it; `lineAt` is where the line stands in
+// the section's text. The value runs from its fixed start up to the
+// character in front of the first "]" at or after column 5, which is taken
+// to be the closing quote; a line too short for that fails, wanted or not.
+void TakeTag(std::string_view line, size_t lineAt, std::array<Span, 7>& values, const std::array<bool, 7>& wanted) {
     // The letter behind the bracket tells the one tag it may be; only R has
     // two.
     if (line.size() < 2) return;
@@ -107,7 +114,7 @@ void TakeTag(std::string_view line, std::array<std::string, 7>& values, const st
     long start = static_cast<long>(kTags[k].valueStart);
     long length = p - start - 1;
     if (length < 0) throw Error("Invalid procedure call or argument", errors::kInvalidProcedureCall);
-    if (wanted[k]) values[k].assign(line.substr(static_cast<size_t>(start - 1), static_cast<size_t>(length)));
+    if (wanted[k]) values[k] = {lineAt + static_cast<size_t>(start - 1), static_cast<size_t>(length)};
 }
 
 // Takes the value of a tag chosen by name: the line's tag name runs from
@@ -187,6 +194,8 @@ public:
         size_ = need;
     }
     std::string_view View() const { return {data_.get(), size_}; }
+    // Where the next line added will stand.
+    size_t NextAt() const { return size_ + 2; }
 
 private:
     void Grow(size_t need) {
@@ -201,8 +210,9 @@ private:
     size_t room_ = 0;
 };
 
-void MakeName(const std::array<std::string, 7>& values, const std::vector<std::string>& named,
+void MakeName(const std::array<Span, 7>& spans, std::string_view section, const std::vector<std::string>& named,
               const PgnTagChoice& tags, std::string& name) {
+    const auto value = [&](size_t k) { return section.substr(spans[k].at, spans[k].size); };
     name.clear();
     if (!tags.byName.empty()) {
         for (const std::string& value : named) {
@@ -211,11 +221,11 @@ void MakeName(const std::array<std::string, 7>& values, const std::vector<std::s
             name += value;
         }
     } else {
-        if (tags.chkTag[0]) name.assign(values[0]);
-        for (size_t i = 1; i < values.size(); ++i) {
-            if (tags.chkTag[i] && !values[i].empty()) {
+        if (tags.chkTag[0]) name.assign(value(0));
+        for (size_t i = 1; i < spans.size(); ++i) {
+            if (tags.chkTag[i] && spans[i].size > 0) {
                 name += ' ';
-                name += values[i];
+                name += value(i);
             }
         }
     }
@@ -241,9 +251,8 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
 
     // The tag section. Every line of it goes into the game's comment; the
     // line that ends it is dropped.
-    static thread_local std::array<std::string, 7> values;
-    for (std::string& value : values) value.clear();
-    // The seven tags' values are kept only for a name made of them.
+    // Where the seven tags' values stand, kept only for a name made of them.
+    std::array<Span, 7> values{};
     std::array<bool, 7> wanted = tags.chkTag;
     if (!tags.byName.empty()) wanted.fill(false);
     std::vector<std::string> named(tags.byName.size());
@@ -251,7 +260,7 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
     tagText.Clear();
     std::string_view line = state.ImportLine;
     for (;;) {
-        TakeTag(line, values, wanted);
+        TakeTag(line, tagText.NextAt(), values, wanted);
         if (!named.empty()) TakeNamedTag(line, tags.byName, named);
         tagText.Add(line);
         line = TrimBlanks(in.NextLine());
@@ -261,9 +270,9 @@ int16_t ReadPgnGame(ImportState& state, GameRecord& game, const PgnTagChoice& ta
         }
         if (!line.starts_with('[')) break;
     }
-    // Made in room kept from game to game, and swapped into the record.
+    // Made in room kept from game to game.
     static thread_local std::string name;
-    MakeName(values, named, tags, name);
+    MakeName(values, tagText.View(), named, tags, name);
     if (state.ImportAtEnd) return -1;
 
     walk.SetPly(0);
