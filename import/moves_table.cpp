@@ -198,6 +198,7 @@ void MovesTable::Clear() {
     firstRoot_ = 0;
     longMoves_.clear();
     lookup_.assign(kFirstLookup, Pair{});
+    lookupMask_ = kFirstLookup - 1;
     pairs_ = 0;
 }
 
@@ -267,6 +268,7 @@ void MovesTable::Add(const MoveRow& row) {
     if ((pairs_ + 1) * 4 > lookup_.size() * 3) {
         PairSlots old(lookup_.size() * 2);
         old.swap(lookup_);
+        lookupMask_ = lookup_.size() - 1;
         for (const Pair& pair : old)
             if (pair.child != 0) Place(pair, Key(pair.child));
     }
@@ -276,7 +278,7 @@ void MovesTable::Add(const MoveRow& row) {
 
 void MovesTable::Place(const Pair& pair, uint64_t key) {
     size_t at = Slot(key);
-    while (lookup_[at].child != 0) at = (at + 1) & (lookup_.size() - 1);
+    while (lookup_[at].child != 0) at = (at + 1) & lookupMask_;
     lookup_[at] = pair;
 }
 

@@ -111,8 +111,7 @@ public:
     Found Lookup(uint64_t key, int32_t parent, uint64_t word) const {
         if (word == kLongMove) return {};
         const Pair* pairs = lookup_.data();
-        const size_t mask = lookup_.size() - 1;
-        for (size_t at = static_cast<size_t>(key) & mask;; at = (at + 1) & mask) {
+        for (size_t at = Slot(key);; at = (at + 1) & lookupMask_) {
             const Pair& pair = pairs[at];
             if (pair.child == 0) return {};
             if (pair.word == word && pair.parent == parent) return {pair.child, pair.tag};
@@ -168,7 +167,7 @@ private:
         int32_t child = 0;  // 0: the slot is free
     };
     static constexpr size_t kFirstLookup = 1024;
-    size_t Slot(uint64_t key) const { return static_cast<size_t>(key) & (lookup_.size() - 1); }
+    size_t Slot(uint64_t key) const { return static_cast<size_t>(key) & lookupMask_; }
     void Place(const Pair& pair, uint64_t key);
     uint64_t rootKey_ = 0;
     // Megabytes reached at random: on huge pages where the system has them,
@@ -185,6 +184,7 @@ private:
     };
     using PairSlots = std::vector<Pair, HugePages<Pair>>;
     PairSlots lookup_ = PairSlots(kFirstLookup);
+    size_t lookupMask_ = kFirstLookup - 1;  // the lookup's size, a power of two, less one
     size_t pairs_ = 0;
 
     WorkingDatabase& db_;
