@@ -121,8 +121,9 @@ const KnownNote* KnownResult(std::string_view token) {
     switch (token.size()) {
     case 1: return token[0] == '*' ? &results[3] : nullptr;
     case 3:
-        if (token == "1-0") return &results[0];
-        if (token == "0-1") return &results[1];
+        if (token[1] != '-') return nullptr;
+        if (token[0] == '1' && token[2] == '0') return &results[0];
+        if (token[0] == '0' && token[2] == '1') return &results[1];
         return nullptr;
     case 7: return token == "1/2-1/2" ? &results[2] : nullptr;
     default: return nullptr;
