@@ -230,14 +230,20 @@ public:
         } else {
             farDepthOf_[index] = depth;
         }
-        ++atDepth_[depth];
+        if (static_cast<size_t>(depth) >= atDepth_.size()) atDepth_.resize(static_cast<size_t>(depth) + 1);
+        ++atDepth_[static_cast<size_t>(depth)];
     }
 
     int32_t Games() const { return gameNumber_; }
     int Unresolved() const { return unresolved_; }
     int Repaired() const { return repaired_; }
     // The number of records written at each depth of the tree, from 1.
-    const std::map<int, int64_t>& AtDepth() const { return atDepth_; }
+    std::map<int, int64_t> AtDepth() const {
+        std::map<int, int64_t> counts;
+        for (size_t depth = 1; depth < atDepth_.size(); ++depth)
+            if (atDepth_[depth] > 0) counts[static_cast<int>(depth)] = atDepth_[depth];
+        return counts;
+    }
 
 private:
     bool overwrite_;
@@ -264,7 +270,7 @@ private:
     static constexpr size_t kNearIndex = size_t{1} << 20;
     std::vector<int> depthOf_;
     std::unordered_map<int32_t, int> farDepthOf_;
-    std::map<int, int64_t> atDepth_;
+    std::vector<int64_t> atDepth_;  // by depth
 };
 
 // The tags of --tags. A list of the wizard's seven chooses them as its check
