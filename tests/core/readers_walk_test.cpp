@@ -3,7 +3,9 @@
 // comments and the limits of the game record.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <map>
+#include <string>
 
 #include "chess/annotation.h"
 #include "import/game_record.h"
@@ -167,3 +169,27 @@ TEST(Walk, TwoHundredFiftyPliesFitAndTheNextIsASubscriptError) {
 }
 
 }  // namespace
+
+// A slot keeps short texts in place and long ones aside: every length either
+// way, and a short text after a long one, reads back whole; the word of a
+// short text has nothing of what the slot held before.
+TEST(SlotText, EveryLengthReadsBackAndAShortTextHidesWhatStoodBefore) {
+    using vantrel::import::SlotText;
+    SlotText slot;
+    const std::string letters = "abcdefghijklmnopqrstuvwxyz0123456789";
+    for (size_t size = 0; size <= letters.size(); ++size) {
+        slot = std::string(40, 'x');  // a long text first
+        slot = letters.substr(0, size);
+        EXPECT_EQ(slot, letters.substr(0, size)) << size;
+        SlotText copy = slot;
+        EXPECT_EQ(copy.view(), letters.substr(0, size)) << size;
+        if (size >= 2 && size <= 8) {
+            slot = "zzzzzzzzzzzzzzzzzzzz";
+            slot.AssignShort(letters.data(), size);
+            EXPECT_EQ(slot, letters.substr(0, size)) << size;
+        }
+        uint64_t word = 0;
+        if (size >= 1 && size <= 7) std::memcpy(&word, letters.data(), size);
+        EXPECT_EQ(slot.ShortBytes(), word) << size;
+    }
+}
