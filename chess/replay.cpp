@@ -86,7 +86,8 @@ Step StepRecorder::After(const ImportBoard& board) const {
                 ++count;
                 // Both bytes of that square are done with.
                 const size_t pair = (square * 2 - half) * 8;
-                const uint64_t mask = uint64_t{0xFFFF} << (std::endian::native == std::endian::little ? pair : 48 - pair);
+                const size_t shift = std::endian::native == std::endian::little ? pair : 48 - pair;
+                const uint64_t mask = uint64_t{0xFFFF} << shift;
                 differ &= ~mask;
             }
         }

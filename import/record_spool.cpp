@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <system_error>
 
 #include "library/format.h"
 
@@ -72,7 +73,11 @@ void RecordSpool::SyncAhead() {
     if (fd_ < 0 || failed_ || syncer_.joinable() || !WriteOut()) return;
     // An error the sync meets is told to it alone, not to a sync after it:
     // it is kept here.
-    syncer_ = std::thread([this] { syncFailed_ = ::fdatasync(fd_) != 0; });
+    try {
+        syncer_ = std::thread([this] { syncFailed_ = ::fdatasync(fd_) != 0; });
+    } catch (const std::system_error&) {
+        // No thread to be had: the writer's own sync does it all.
+    }
 }
 
 bool RecordSpool::Finish() {

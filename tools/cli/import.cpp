@@ -168,7 +168,8 @@ public:
         ++unresolved_;
         ClearStatus();
         std::fprintf(stderr, "game %d (%s), ply %d, move %s: %s; rest of the game skipped\n", gameNumber_,
-                     Out(game.GameMoves[0].str()).c_str(), ply, Out(game.GameMoves[ply].str()).c_str(), ReasonText(errorCode));
+                     Out(game.GameMoves[0].str()).c_str(), ply, Out(game.GameMoves[ply].str()).c_str(),
+                     ReasonText(errorCode));
         return import::kFixSkip;
     }
 
