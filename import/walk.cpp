@@ -84,14 +84,14 @@ uint8_t ClassOf(char c) { return kCharClass[static_cast<unsigned char>(c)]; }
 
 // A token that ParseToken would take as it stands for a move with no mark:
 // a letter first, a length a move can have (2 to 6), and no mark behind it.
-bool IsPlainMove(std::string_view token) {
+inline bool IsPlainMove(std::string_view token) {
     return token.size() - 2 <= 4 && (ClassOf(token.front()) & kLetter) != 0 &&
            (ClassOf(token.back()) & kMarkBehind) == 0;
 }
 
 // A move number, such as "12." or "12...": digits and dots and nothing
 // else. "00..." is castling, not a number.
-bool IsMoveNumber(std::string_view token) {
+inline bool IsMoveNumber(std::string_view token) {
     if (token.empty() || (ClassOf(token.front()) & kDigit) == 0 || token.starts_with("00")) return false;
     size_t i = 1;
     while (i < token.size() && (ClassOf(token[i]) & kDigit) != 0) ++i;
@@ -144,27 +144,19 @@ size_t MoveWalker::WalkPlain(std::string_view text) {
         const char* q = p + 1;
         while (q < end && !MayStop(*q)) ++q;
         if (q < end && *q != ' ') break;  // a comment or a variation opens
-        const auto size = static_cast<size_t>(q - p);
-        const uint8_t first = ClassOf(*p);
-        if ((first & kLetter) != 0) {
-            // A plain move: 2 to 6 characters, no mark behind.
-            if (size - 2 > 4 || (ClassOf(q[-1]) & kMarkBehind) != 0 || ply_ >= kMaxPly) break;
-            game_->GameMoves[++ply_].AssignShort(p, size);
+        const std::string_view token(p, static_cast<size_t>(q - p));
+        if ((ClassOf(*p) & kLetter) != 0) {
+            if (!IsPlainMove(token) || ply_ >= kMaxPly) break;
+            game_->GameMoves[++ply_].AssignShort(p, token.size());
             p = q;
             continue;
         }
-        if ((first & kDigit) != 0 && !(size > 1 && p[0] == '0' && p[1] == '0')) {
-            // A move number: digits, then dots.
-            const char* r = p + 1;
-            while (r < q && (ClassOf(*r) & kDigit) != 0) ++r;
-            while (r < q && *r == '.') ++r;
-            if (r == q) {
-                p = q;
-                continue;
-            }
+        if (IsMoveNumber(token)) {
+            p = q;
+            continue;
         }
         // A result: its note replaces the comment of the last ply.
-        const KnownNote* result = KnownResult(std::string_view(p, size));
+        const KnownNote* result = KnownResult(token);
         if (result == nullptr || ply_ < 0) break;
         game_->GameComments[ply_].assign(result->note);
         p = q;
