@@ -2,11 +2,9 @@
 // writer use it: emptying, the lookup by (parent, move) and adding.
 #pragma once
 
-#include <bit>
 #include <condition_variable>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <deque>
 #include <exception>
 #include <memory>
@@ -68,27 +66,10 @@ public:
     static uint64_t Word(std::string_view move) {
         // A move of up to seven bytes as one word: its bytes, and its length
         // in the top byte.
-        const size_t size = move.size();
-        if (size > kShortMove) return kLongMove;
-        const char* p = move.data();
-        uint64_t word = static_cast<uint64_t>(size) << 56;
-        if constexpr (std::endian::native == std::endian::little) {
-            // Two loads that overlap in the middle put every byte in its
-            // place: a move is two to five bytes long nearly always.
-            if (size >= 4) {
-                uint32_t front, back;
-                std::memcpy(&front, p, 4);
-                std::memcpy(&back, p + size - 4, 4);
-                return word | front | (static_cast<uint64_t>(back) << (8 * (size - 4)));
-            }
-            if (size >= 2) {
-                uint16_t front, back;
-                std::memcpy(&front, p, 2);
-                std::memcpy(&back, p + size - 2, 2);
-                return word | front | (static_cast<uint64_t>(back) << (8 * (size - 2)));
-            }
-        }
-        for (size_t i = 0; i < size; ++i) word |= static_cast<uint64_t>(static_cast<unsigned char>(p[i])) << (8 * i);
+        if (move.size() > kShortMove) return kLongMove;
+        uint64_t word = static_cast<uint64_t>(move.size()) << 56;
+        for (size_t i = 0; i < move.size(); ++i)
+            word |= static_cast<uint64_t>(static_cast<unsigned char>(move[i])) << (8 * i);
         return word;
     }
     static uint64_t ChildKey(uint64_t parentKey, uint64_t word) {
